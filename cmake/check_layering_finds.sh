@@ -1,0 +1,54 @@
+#!/bin/sh
+# Shows check_layering.sh a small tree with known offenders: it must name exactly those.
+#
+# usage: check_layering_finds.sh SCRATCH
+set -eu
+
+check=$(cd "$(dirname "$0")" && pwd)/check_layering.sh
+scratch=$1
+rm -rf "$scratch"
+mkdir -p "$scratch"
+cd "$scratch"
+: >expected
+
+# put FILE ok|bad INCLUDE: FILE has that one include
+put() {
+    mkdir -p "$(dirname "$1")"
+    echo "#include $3" >>"$1"
+    if [ "$2" = bad ]; then
+        echo "$1:$(awk 'END { print NR }' "$1")" >>expected
+    fi
+}
+
+put include/host/ref.h ok '<atomic>'
+put include/pdf/errors.h ok '<cstdint>'
+put include/pdf/values.h ok '<host/ref.h>'
+put include/host/files.h bad '<pdf/values.h>'
+put include/pdf/values.h bad '"values/scalars.h"'
+put src/host/inflate.h ok '<isa-l/igzip_lib.h>'
+put src/host/inflate.h ok '<pdf/errors.h>'
+put src/host/inflate.h bad '<pdf/values.h>'
+put include/host/files.h bad '"inflate.h"'
+put src/values/scalars.h ok '<pdf/values.h>'
+put src/values/scalars.cpp ok '"scalars.h"'
+put src/values/scalars.cpp ok '"host/inflate.h"'
+put src/values/scalars.cpp bad '"document/state.h"'
+put src/document/state.h ok '"values/scalars.h"'
+put src/document/document_obj.h ok '"reader/loader.h"'
+put src/document/state.h bad '"document/document_obj.h"'
+put src/document/state.h bad '"document_obj.h"'
+put src/reader/loader.h ok '"document/state.h"'
+put src/reader/loader.h bad '"writer/serializer.h"'
+put src/reader/loader.h bad '"document/document_obj.h"'
+put src/reader/loader.h bad '"../forms/form.h"'
+put src/writer/serializer.h bad '<unistd.h>'
+put src/compose/clone.h bad '"forms/form.h"'
+put src/forms/form.h bad '  "compose/clone.h" // why'
+
+if sh "$check" . >report; then
+    echo "the offenders passed" >&2
+    exit 1
+fi
+sed -n 's/^\([^:]*:[0-9]*\): .*/\1/p' report | LC_ALL=C sort >found
+LC_ALL=C sort -o expected expected
+diff expected found
