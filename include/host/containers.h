@@ -1,0 +1,80 @@
+#pragma once
+
+/// @file
+/// Containers that are passed around: counted arrays and vectors.
+
+#include <host/error.h>
+#include <host/ref.h>
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <new>
+#include <span>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+namespace Host {
+
+/// Counted vector; use it as the `std::vector` it is.
+template <class T>
+class TVector final : public RefCount, public std::vector<T> {
+public:
+    TVector() = default;
+    explicit TVector(std::vector<T> items) noexcept : std::vector<T>(std::move(items)) {}
+};
+
+/// Vector that is returned by value.
+template <class T>
+using StackVector = std::vector<T>;
+
+/// Counted, immutable array in one piece of memory.
+template <class T>
+class TConstArray final {
+    static_assert(std::is_trivially_copyable_v<T>);
+
+public:
+    /// A copy of `items`; null with `OutOfMemory` set when memory is exhausted.
+    [[nodiscard]] static Ref<TConstArray> create(std::span<const T> items) noexcept {
+        if (items.size() > (SIZE_MAX - sizeof(TConstArray)) / sizeof(T)) return outOfMemory();
+        void* memory = std::malloc(sizeof(TConstArray) + items.size_bytes());
+        if (memory == nullptr) return outOfMemory();
+        auto* array = new (memory) TConstArray(items.size());
+        if (!items.empty()) std::memcpy(array->begin(), items.data(), items.size_bytes());
+        return Ref<TConstArray>(array);
+    }
+
+    TConstArray(const TConstArray&) = delete;
+    TConstArray& operator=(const TConstArray&) = delete;
+
+    [[nodiscard]] std::size_t size() const noexcept { return size_; }
+    [[nodiscard]] const T* data() const noexcept { return reinterpret_cast<const T*>(this + 1); }
+    [[nodiscard]] std::span<const T> span() const noexcept { return {data(), size_}; }
+    /// The element at an index, which must be below `size()`.
+    const T& operator[](std::size_t index) const noexcept { return data()[index]; }
+
+    void incRef() const noexcept { count_.fetch_add(1, std::memory_order_relaxed); }
+    void decRef() const noexcept {
+        if (count_.fetch_sub(1, std::memory_order_acq_rel) != 1) return;
+        this->~TConstArray();
+        std::free(const_cast<TConstArray*>(this));
+    }
+
+private:
+    explicit TConstArray(std::size_t size) noexcept : size_(size) {}
+    ~TConstArray() = default;
+
+    static Ref<TConstArray> outOfMemory() noexcept {
+        Error::set(OutOfMemory);
+        return nullptr;
+    }
+    [[nodiscard]] T* begin() noexcept { return reinterpret_cast<T*>(this + 1); }
+
+    mutable std::atomic<std::uint32_t> count_{0};
+    std::size_t size_;
+};
+
+} // namespace Host

@@ -1,0 +1,190 @@
+#pragma once
+
+/// @file
+/// Counted objects and the handles that hold them.
+///
+/// Every object of the library lives on the heap, carries its own count and is passed around as
+/// `Ref<T>`. Counting is thread-safe; the objects themselves are not, unless they say so.
+
+#include <host/error.h>
+#include <host/export.h>
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <mutex>
+#include <new>
+#include <type_traits>
+#include <utility>
+
+namespace Host {
+
+/// Counted handle to a `T`; a null handle is the universal "no result".
+///
+/// Copying takes a reference, moving hands it over without touching the count. A `Ref` converts to
+/// the `Ref` of a base class implicitly; the way down is `cast`, which can fail.
+template <class T>
+class Ref {
+public:
+    constexpr Ref() noexcept = default;
+    constexpr Ref(std::nullptr_t) noexcept {}
+
+    /// Takes a reference of its own to `object`, which may be null.
+    explicit Ref(T* object) noexcept : object_(object) {
+        if (object_ != nullptr) object_->incRef();
+    }
+
+    Ref(const Ref& other) noexcept : Ref(other.object_) {}
+    constexpr Ref(Ref&& other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
+
+    template <class U>
+    requires std::is_convertible_v<U*, T*> Ref(const Ref<U>& other)
+    noexcept : Ref(static_cast<T*>(other.get())) {}
+
+    template <class U>
+    requires std::is_convertible_v<U*, T*> Ref(Ref<U>&& other)
+    noexcept : object_(other.detach()) {}
+
+    constexpr ~Ref() {
+        if (object_ != nullptr) object_->decRef();
+    }
+
+    Ref& operator=(const Ref& other) noexcept {
+        Ref(other).swap(*this);
+        return *this;
+    }
+    Ref& operator=(Ref&& other) noexcept {
+        Ref(std::move(other)).swap(*this);
+        return *this;
+    }
+
+    /// Wraps a pointer whose reference the caller already owns: the count stays as it is.
+    [[nodiscard]] static constexpr Ref adopt(T* object) noexcept {
+        Ref result;
+        result.object_ = object;
+        return result;
+    }
+
+    /// Gives the owned reference to the caller and leaves this handle null.
+    [[nodiscard]] T* detach() noexcept { return std::exchange(object_, nullptr); }
+
+    void swap(Ref& other) noexcept { std::swap(object_, other.object_); }
+
+    [[nodiscard]] constexpr T* get() const noexcept { return object_; }
+    constexpr T* operator->() const noexcept { return object_; }
+    constexpr T& operator*() const noexcept { return *object_; }
+    constexpr explicit operator bool() const noexcept { return object_ != nullptr; }
+
+    /// Handles are the same when they hold the same object; values are compared with `equal`.
+    template <class U>
+    friend constexpr bool operator==(const Ref& left, const Ref<U>& right) noexcept {
+        return left.object_ == right.get();
+    }
+    friend constexpr bool operator==(const Ref& left, std::nullptr_t) noexcept {
+        return left.object_ == nullptr;
+    }
+
+private:
+    T* object_ = nullptr;
+};
+
+/// Base of the counted interfaces. Starts uncounted; the first `Ref` takes the first reference and
+/// the last one deletes the object.
+class FILES_PDF_EXPORT RefCount {
+public:
+    RefCount(const RefCount&) = delete;
+    RefCount& operator=(const RefCount&) = delete;
+
+    void incRef() const noexcept { count_.fetch_add(1, std::memory_order_relaxed); }
+
+    void decRef() const noexcept {
+        if (count_.fetch_sub(1, std::memory_order_acq_rel) == 1) delete this;
+    }
+
+protected:
+    RefCount() noexcept = default;
+    virtual ~RefCount();
+
+    /// Takes a reference unless the last one is already gone.
+    [[nodiscard]] bool tryIncRef() const noexcept;
+
+private:
+    mutable std::atomic<std::uint32_t> count_{0};
+};
+
+class Object;
+
+/// Stands between an object and the weak references to it: it outlives the object and knows
+/// whether the object still exists.
+class FILES_PDF_EXPORT GcProxy final : public RefCount {
+public:
+    explicit GcProxy(Object* object) noexcept : object_(object) {}
+
+    void incWeakRef() const noexcept { incRef(); }
+    void decWeakRef() const noexcept { decRef(); }
+
+    /// The object with a reference taken for the caller, or null when it is gone.
+    [[nodiscard]] Object* lockWeakRef() const noexcept;
+
+private:
+    friend class Object;
+    void objectGone() noexcept;
+
+    mutable std::mutex mutex_;
+    Object* object_;
+};
+
+/// Counted object that can be referred to weakly and that carries a lock of its own.
+class FILES_PDF_EXPORT Object : public RefCount {
+public:
+    /// The object's own lock, for the operations that say they hold it. Recursive.
+    void lockRef() const { lock_.lock(); }
+    void unlockRef() const { lock_.unlock(); }
+
+    /// The proxy of this object, made at the first call; null when memory is exhausted.
+    [[nodiscard]] Ref<GcProxy> gcProxy() noexcept;
+
+protected:
+    Object() noexcept = default;
+    ~Object() override;
+
+private:
+    friend class GcProxy;
+
+    mutable std::recursive_mutex lock_;
+    std::atomic<GcProxy*> proxy_{nullptr};
+};
+
+/// Reference that does not keep its object alive. `T` derives from `Object`.
+template <class T>
+class WeakRef {
+public:
+    WeakRef() noexcept = default;
+    explicit WeakRef(T* object) noexcept
+        : proxy_(object != nullptr ? object->gcProxy() : nullptr) {}
+
+    /// The object, or null when it is gone.
+    [[nodiscard]] Ref<T> lock() const noexcept {
+        return Ref<T>::adopt(proxy_ ? static_cast<T*>(proxy_->lockWeakRef()) : nullptr);
+    }
+
+private:
+    Ref<GcProxy> proxy_;
+};
+
+/// Makes a counted `T`. Null, with `OutOfMemory` set, when memory is exhausted; the constructor
+/// must not throw.
+template <class T, class... Arguments>
+[[nodiscard]] Ref<T> make(Arguments&&... arguments) noexcept {
+    T* object = new (std::nothrow) T(std::forward<Arguments>(arguments)...);
+    if (object == nullptr) Error::set(OutOfMemory);
+    return Ref<T>(object);
+}
+
+/// The same object under another interface, or null when it does not have that interface.
+template <class To, class From>
+[[nodiscard]] Ref<To> cast(const Ref<From>& object) noexcept {
+    return Ref<To>(dynamic_cast<To*>(object.get()));
+}
+
+} // namespace Host

@@ -1,0 +1,179 @@
+#pragma once
+
+/// @file
+/// Text of the platform layer: immutable sequences of code points.
+
+#include <host/error.h>
+#include <host/export.h>
+#include <host/ref.h>
+
+#include <algorithm>
+#include <atomic>
+#include <compare>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace Host {
+
+/// Immutable text: a counted sequence of code points that may hold NUL.
+///
+/// Texts whose codes all fit take one byte for each character, others four. Texts compare by code
+/// point. A text holds at most 2147483647 characters. Every `create` gives null with `OutOfMemory`
+/// set when memory is exhausted.
+class FILES_PDF_EXPORT String {
+public:
+    /// Longest text, in characters.
+    static constexpr std::uint64_t maxLength = 0x7FFF'FFFF;
+
+    /// From UTF-8; a byte that belongs to no valid sequence becomes U+FFFD.
+    [[nodiscard]] static Ref<String> create(std::string_view utf8) noexcept;
+    /// From 8-bit codes: each byte is the code of one character.
+    [[nodiscard]] static Ref<String> create(std::span<const std::uint8_t> codes) noexcept;
+    /// From code points.
+    [[nodiscard]] static Ref<String> create(std::u32string_view codePoints) noexcept;
+    /// From UTF-16 code units; an unpaired surrogate is kept as a character of that code.
+    [[nodiscard]] static Ref<String> create(std::u16string_view utf16) noexcept;
+    /// From one character.
+    [[nodiscard]] static Ref<String> create(char32_t character) noexcept;
+
+    /// A text over characters that outlive it, which starts with one reference: made for literals,
+    /// see `_str`.
+    constexpr explicit String(const char* ascii, std::uint32_t length) noexcept
+        : length_(length), characters_(ascii) {}
+
+    String(const String&) = delete;
+    String& operator=(const String&) = delete;
+
+    /// Length in characters (code points).
+    [[nodiscard]] std::uint64_t length() const noexcept { return length_ & maxLength; }
+    [[nodiscard]] bool empty() const noexcept { return length() == 0; }
+
+    /// The code at a zero-based index, which must be below `length()`.
+    [[nodiscard]] char32_t operator[](std::uint64_t index) const noexcept {
+        return wide() ? wideData()[index] : static_cast<unsigned char>(narrowData()[index]);
+    }
+
+    /// The characters as 8-bit codes; empty where a code needs more (`isNarrow` tells).
+    [[nodiscard]] std::string_view narrow() const noexcept {
+        return wide() ? std::string_view{} : std::string_view{narrowData(), length_};
+    }
+    [[nodiscard]] bool isNarrow() const noexcept { return !wide(); }
+
+    /// Same length and same code points.
+    [[nodiscard]] bool equals(const String& other) const noexcept {
+        return this == &other || compare(other) == 0;
+    }
+    [[nodiscard]] bool equals(std::string_view ascii) const noexcept {
+        return !wide() && narrow() == ascii;
+    }
+
+    /// Order by code point; a text stands behind its own beginnings.
+    [[nodiscard]] std::strong_ordering compare(const String& other) const noexcept;
+
+    /// The text in UTF-8. Throws `std::bad_alloc` like any standard string.
+    [[nodiscard]] std::string utf8() const;
+    /// The text as UTF-16 code units. Throws `std::bad_alloc` like any standard string.
+    [[nodiscard]] std::u16string utf16() const;
+
+    void incRef() const noexcept { count_.fetch_add(1, std::memory_order_relaxed); }
+    void decRef() const noexcept {
+        if (count_.fetch_sub(1, std::memory_order_acq_rel) == 1) destroy(this);
+    }
+
+private:
+    static constexpr std::uint32_t wideFlag = 0x8000'0000;
+
+    String() noexcept : String(nullptr, 0) {}
+    template <class Walk>
+    static Ref<String> build(Walk walk) noexcept;
+    template <class Code, class Walk>
+    static Ref<String> fill(Walk walk, std::uint64_t length) noexcept;
+    static void destroy(const String* string) noexcept;
+
+    [[nodiscard]] bool wide() const noexcept { return (length_ & wideFlag) != 0; }
+    [[nodiscard]] const char* narrowData() const noexcept {
+        return static_cast<const char*>(characters_);
+    }
+    [[nodiscard]] const char32_t* wideData() const noexcept {
+        return static_cast<const char32_t*>(characters_);
+    }
+
+    mutable std::atomic<std::uint32_t> count_{1};
+    std::uint32_t length_;
+    const void* characters_;
+};
+
+inline bool operator==(const String& left, const String& right) noexcept {
+    return left.equals(right);
+}
+inline std::strong_ordering operator<=>(const String& left, const String& right) noexcept {
+    return left.compare(right);
+}
+
+/// Characters of a literal as a template argument.
+template <std::size_t size>
+struct LiteralText {
+    consteval LiteralText(const char (&text)[size]) { // NOLINT: a literal converts
+        std::copy_n(text, size, characters);
+        for (char character : text) {
+            if (static_cast<unsigned char>(character) > 0x7F) throw "a literal holds ASCII only";
+        }
+    }
+    char characters[size]{};
+};
+
+/// The one object of a literal. It is never destroyed, so that it may be used at any time.
+template <LiteralText text>
+class Literal {
+public:
+    static const Ref<String>& ref() noexcept { return holder_.ref; }
+
+private:
+    union Holder {
+        Ref<String> ref;
+        constexpr ~Holder() {}
+    };
+    static inline constinit String string_{text.characters, sizeof(text.characters) - 1};
+    static inline constinit Holder holder_{Ref<String>::adopt(&string_)};
+};
+
+inline namespace Literals {
+/// A text that costs nothing to make or to look up: `dictionary->find("Root"_str)`.
+template <LiteralText text>
+[[nodiscard]] const Ref<String>& operator""_str() noexcept {
+    return Literal<text>::ref();
+}
+} // namespace Literals
+
+/// Collects characters one by one; turns into one text at the end. Throws `std::bad_alloc`.
+class FILES_PDF_EXPORT StringBuilder {
+public:
+    void append(char32_t character) {
+        if (character <= 0xFF && wide_.empty()) {
+            narrow_.push_back(static_cast<char>(character));
+        } else {
+            appendWide(character);
+        }
+    }
+    /// Appends 8-bit codes, each of them a character (ASCII text is just that).
+    void append(std::string_view codes);
+    void append(const String& text);
+    /// Appends a number in decimal.
+    void appendNumber(std::uint64_t number);
+    void appendNumber(std::int64_t number);
+
+    /// Empties the builder and keeps its memory.
+    void clear() noexcept;
+    [[nodiscard]] Ref<String> build() const noexcept;
+
+private:
+    void appendWide(char32_t character);
+
+    std::string narrow_;
+    std::u32string wide_;
+};
+
+} // namespace Host

@@ -1,0 +1,178 @@
+#pragma once
+
+/// @file
+/// Element sequences: through a stripe passes everything that a document reads and writes.
+
+#include <host/export.h>
+#include <host/ref.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+namespace Interfaces {
+
+/// A sequence of elements of one size with a current position.
+///
+/// An application that keeps documents in its own storage implements the first six operations;
+/// documents ask for 32-bit elements, each holding one byte of the file (0 to 255). The byte
+/// operations below them have default implementations that go through those six; a stripe that
+/// holds bytes overrides them for speed. A stripe is used by one thread at a time. No operation
+/// throws; one that fails says so by its result and may set the thread's error code.
+class FILES_PDF_EXPORT Stripe : public Host::RefCount {
+public:
+    /// Size of one element in bytes: 4 for every stripe a document accepts.
+    [[nodiscard]] virtual std::uint64_t elementSize() const noexcept = 0;
+    /// Length in elements.
+    [[nodiscard]] virtual std::uint64_t size() const noexcept = 0;
+    /// Current position: the zero-based index of the next element.
+    [[nodiscard]] virtual std::uint64_t position() const noexcept = 0;
+    /// Moves to `position` and gives the position reached; any other one is a failure.
+    virtual std::uint64_t position(std::uint64_t position) noexcept = 0;
+    /// Reads up to `count` elements into `buffer` and moves behind them. Gives the elements read;
+    /// fewer than asked means the end of the data or a fault.
+    virtual std::uint64_t read(void* buffer, std::uint64_t count) noexcept = 0;
+    /// Writes `count` elements at the position and moves behind them. Gives the elements written;
+    /// fewer than asked means a fault.
+    virtual std::uint64_t write(const void* buffer, std::uint64_t count) noexcept = 0;
+
+    /// As `read`, one byte for each element. An element above 255 is no byte: it ends the read.
+    virtual std::uint64_t readBytes(std::uint8_t* buffer, std::uint64_t count) noexcept;
+    /// As `write`, one byte for each element.
+    virtual std::uint64_t writeBytes(const std::uint8_t* bytes, std::uint64_t count) noexcept;
+    /// The consecutive bytes that the stripe holds in memory from `position` on; empty where it
+    /// holds none. They stay valid until the next operation that is not const. Does not move.
+    [[nodiscard]] virtual std::span<const std::uint8_t>
+    window(std::uint64_t position) const noexcept;
+};
+
+} // namespace Interfaces
+
+namespace Utils {
+
+/// Carries element values between sizes: the value stays the same, all 256 of a byte.
+template <class Wide, class Narrow>
+struct Convert {
+    static constexpr Wide widen(Narrow value) noexcept { return static_cast<Wide>(value); }
+    static constexpr bool fits(Wide value) noexcept { return static_cast<Narrow>(value) == value; }
+    static constexpr Narrow narrow(Wide value) noexcept { return static_cast<Narrow>(value); }
+};
+
+} // namespace Utils
+
+namespace Adapters::Stripe {
+
+/// What stripes that present bytes as 32-bit elements share: `read` and `write` in terms of
+/// `readBytes` and `writeBytes`.
+class FILES_PDF_EXPORT Base : public Interfaces::Stripe {
+public:
+    [[nodiscard]] std::uint64_t elementSize() const noexcept override { return 4; }
+    std::uint64_t read(void* buffer, std::uint64_t count) noexcept override;
+    std::uint64_t write(const void* buffer, std::uint64_t count) noexcept override;
+    std::uint64_t readBytes(std::uint8_t* buffer, std::uint64_t count) noexcept override = 0;
+    std::uint64_t writeBytes(const std::uint8_t* bytes, std::uint64_t count) noexcept override = 0;
+};
+
+/// Presents a stripe of 1-byte elements as one of 32-bit elements, or the other way round.
+///
+/// Position and size are the base's own; so is what it reads and writes.
+class FILES_PDF_EXPORT ElementSize final : public Interfaces::Stripe {
+public:
+    /// `elementSize` is what the adapter presents: 1 or 4; the base has the same or the other.
+    /// Null with `NullArgument` or `InvalidArgument` set when that does not hold.
+    [[nodiscard]] static Host::Ref<ElementSize> create(Host::Ref<Interfaces::Stripe> base,
+                                                       std::uint64_t elementSize) noexcept;
+
+    [[nodiscard]] std::uint64_t elementSize() const noexcept override { return elementSize_; }
+    [[nodiscard]] std::uint64_t size() const noexcept override { return base_->size(); }
+    [[nodiscard]] std::uint64_t position() const noexcept override { return base_->position(); }
+    std::uint64_t position(std::uint64_t position) noexcept override {
+        return base_->position(position);
+    }
+    std::uint64_t read(void* buffer, std::uint64_t count) noexcept override;
+    std::uint64_t write(const void* buffer, std::uint64_t count) noexcept override;
+    std::uint64_t readBytes(std::uint8_t* buffer, std::uint64_t count) noexcept override;
+    std::uint64_t writeBytes(const std::uint8_t* bytes, std::uint64_t count) noexcept override;
+    [[nodiscard]] std::span<const std::uint8_t>
+    window(std::uint64_t position) const noexcept override;
+
+    ElementSize(Host::Ref<Interfaces::Stripe> base, std::uint64_t elementSize) noexcept
+        : base_(std::move(base)), elementSize_(elementSize) {}
+
+private:
+    Host::Ref<Interfaces::Stripe> base_;
+    std::uint64_t elementSize_;
+};
+
+} // namespace Adapters::Stripe
+
+namespace Host {
+
+/// Owned piece of memory that grows in place; nothing it does throws.
+class FILES_PDF_EXPORT ByteBuffer {
+public:
+    ByteBuffer() noexcept = default;
+    ByteBuffer(ByteBuffer&& other) noexcept { swap(other); }
+    ByteBuffer& operator=(ByteBuffer&& other) noexcept {
+        swap(other);
+        return *this;
+    }
+    ~ByteBuffer();
+
+    [[nodiscard]] std::size_t size() const noexcept { return size_; }
+    [[nodiscard]] bool empty() const noexcept { return size_ == 0; }
+    [[nodiscard]] std::uint8_t* data() noexcept { return data_; }
+    [[nodiscard]] const std::uint8_t* data() const noexcept { return data_; }
+    [[nodiscard]] std::span<const std::uint8_t> span() const noexcept { return {data_, size_}; }
+
+    /// Makes room for `capacity` bytes in all. False with `OutOfMemory` set when there is none.
+    bool reserve(std::size_t capacity) noexcept;
+    /// Grows or shrinks; new bytes are not initialised. False as for `reserve`.
+    bool resize(std::size_t size) noexcept;
+    bool append(const void* bytes, std::size_t count) noexcept;
+    /// Empties the buffer and keeps its memory.
+    void clear() noexcept { size_ = 0; }
+    /// Gives memory beyond `size()` back.
+    void shrink() noexcept;
+    void swap(ByteBuffer& other) noexcept {
+        std::swap(data_, other.data_);
+        std::swap(size_, other.size_);
+        std::swap(capacity_, other.capacity_);
+    }
+
+private:
+    std::uint8_t* data_ = nullptr;
+    std::size_t size_ = 0;
+    std::size_t capacity_ = 0;
+};
+
+/// Bytes in memory, presented as 32-bit elements. Writing at the end makes it grow.
+class FILES_PDF_EXPORT MemoryStripe final : public Adapters::Stripe::Base {
+public:
+    /// An empty stripe, to be written to. Null when memory is exhausted, as for all three.
+    [[nodiscard]] static Ref<MemoryStripe> create() noexcept;
+    /// A stripe that owns `bytes`, positioned at its start.
+    [[nodiscard]] static Ref<MemoryStripe> create(ByteBuffer bytes) noexcept;
+    /// A stripe over a copy of `bytes`, positioned at its start.
+    [[nodiscard]] static Ref<MemoryStripe> create(std::span<const std::uint8_t> bytes) noexcept;
+
+    explicit MemoryStripe(ByteBuffer bytes) noexcept : bytes_(std::move(bytes)) {}
+
+    /// The bytes held; valid until the next write.
+    [[nodiscard]] std::span<const std::uint8_t> bytes() const noexcept { return bytes_.span(); }
+
+    [[nodiscard]] std::uint64_t size() const noexcept override { return bytes_.size(); }
+    [[nodiscard]] std::uint64_t position() const noexcept override { return position_; }
+    /// Positions behind the end are refused: the end is what is reached.
+    std::uint64_t position(std::uint64_t position) noexcept override;
+    std::uint64_t readBytes(std::uint8_t* buffer, std::uint64_t count) noexcept override;
+    std::uint64_t writeBytes(const std::uint8_t* bytes, std::uint64_t count) noexcept override;
+    [[nodiscard]] std::span<const std::uint8_t>
+    window(std::uint64_t position) const noexcept override;
+
+private:
+    ByteBuffer bytes_;
+    std::uint64_t position_ = 0;
+};
+
+} // namespace Host

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <host/stripe.h>
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+namespace Host {
+
+/// Walks the bytes of a stripe: through the window that the stripe holds where it holds one, else
+/// one element at a time, with nothing read ahead. While a cursor is in use nobody else uses the
+/// stripe.
+class Cursor {
+public:
+    /// What `next` gives at the end of the data and for a read that fails.
+    static constexpr int end = -1;
+
+    explicit Cursor(Interfaces::Stripe& stripe) noexcept : stripe_(stripe) {}
+
+    /// The next byte, which is consumed, or `end`.
+    [[nodiscard]] int next() noexcept { return next_ != end_ ? *next_++ : refill(); }
+
+    /// Offset of the next byte.
+    [[nodiscard]] std::uint64_t position() const noexcept {
+        return windowEnd_ - static_cast<std::uint64_t>(end_ - next_);
+    }
+
+    /// Moves to `position`; whether it can be reached shows at the next read.
+    void seek(std::uint64_t position) noexcept {
+        const auto held = static_cast<std::uint64_t>(end_ - begin_);
+        if (position <= windowEnd_ && windowEnd_ - position <= held) {
+            next_ = end_ - (windowEnd_ - position);
+        } else {
+            begin_ = next_ = end_ = nullptr;
+            windowEnd_ = position;
+        }
+    }
+
+    /// Steps back over the byte just read.
+    void back() noexcept { seek(position() - 1); }
+
+    /// The bytes at hand behind the position; `skip` consumes some of them.
+    [[nodiscard]] std::string_view ahead() const noexcept {
+        return {reinterpret_cast<const char*>(next_), static_cast<std::size_t>(end_ - next_)};
+    }
+    void skip(std::size_t count) noexcept { next_ += count; }
+
+    [[nodiscard]] std::uint64_t size() const noexcept { return stripe_.size(); }
+
+private:
+    static constexpr std::uint64_t unknown = UINT64_MAX;
+
+    int refill() noexcept;
+    bool readElement(std::uint64_t position) noexcept;
+
+    Interfaces::Stripe& stripe_;
+    const std::uint8_t* begin_ = nullptr;
+    const std::uint8_t* next_ = nullptr;
+    const std::uint8_t* end_ = nullptr;
+    std::uint64_t windowEnd_ = 0;
+    std::uint64_t stripePosition_ = unknown;
+    std::uint8_t single_ = 0;
+};
+
+} // namespace Host

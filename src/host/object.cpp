@@ -1,0 +1,45 @@
+#include <host/ref.h>
+
+namespace Host {
+
+RefCount::~RefCount() = default;
+
+bool RefCount::tryIncRef() const noexcept {
+    std::uint32_t count = count_.load(std::memory_order_relaxed);
+    while (count != 0) {
+        if (count_.compare_exchange_weak(count, count + 1, std::memory_order_relaxed)) return true;
+    }
+    return false;
+}
+
+Object* GcProxy::lockWeakRef() const noexcept {
+    const std::lock_guard guard(mutex_);
+    return object_ != nullptr && object_->tryIncRef() ? object_ : nullptr;
+}
+
+void GcProxy::objectGone() noexcept {
+    const std::lock_guard guard(mutex_);
+    object_ = nullptr;
+}
+
+Object::~Object() {
+    GcProxy* proxy = proxy_.load(std::memory_order_acquire);
+    if (proxy == nullptr) return;
+    proxy->objectGone();
+    proxy->decWeakRef();
+}
+
+Ref<GcProxy> Object::gcProxy() noexcept {
+    GcProxy* known = proxy_.load(std::memory_order_acquire);
+    if (known != nullptr) return Ref<GcProxy>(known);
+
+    Ref<GcProxy> made = make<GcProxy>(this);
+    if (!made) return nullptr;
+    if (!proxy_.compare_exchange_strong(known, made.get(), std::memory_order_acq_rel)) {
+        return Ref<GcProxy>(known);
+    }
+    made->incWeakRef();
+    return made;
+}
+
+} // namespace Host
