@@ -1,0 +1,138 @@
+#pragma once
+
+/// @file
+/// A loaded PDF document.
+
+#include <host/containers.h>
+#include <host/export.h>
+#include <host/ref.h>
+#include <host/stripe.h>
+#include <pdf/form.h>
+#include <pdf/values.h>
+
+#include <cstdint>
+#include <string_view>
+
+namespace Libraries::Files::PDF {
+
+/// Version of the file format. 2.0 is 13.
+enum class PdfVersion : std::uint32_t {
+    Unsupported = 0,
+    V1_0 = 1,
+    V1_1 = 2,
+    V1_2 = 3,
+    V1_3 = 4,
+    V1_4 = 5,
+    V1_5 = 6,
+    V1_6 = 7,
+    V1_7 = 8,
+    V2_0 = 13
+};
+
+/// A document and everything in it. Use one document on one thread at a time; different documents
+/// are independent of each other.
+///
+/// An operation that fails gives null, false or an empty list, sets the thread's error code and
+/// logs through the filter "PDF". When memory is exhausted the code is that of the failed step or
+/// `OutOfMemory`.
+class FILES_PDF_EXPORT Document : public Host::Object {
+public:
+    /// Loads a document: header, trailer, cross-reference section (ISO 32000-1, 7.5) and every
+    /// object in use. Stream data stays in `source`, which the document keeps.
+    ///
+    /// The accepted structure is narrow: one classic cross-reference section of one subsection; no
+    /// earlier revisions, cross-reference streams, object streams or encryption. Null with
+    /// `NullArgument`, `InvalidArgument` (elements not of 32 bits), or the code of the first rule
+    /// that the file breaks: `HeaderUnreadable` to `ObjectUnreadable`, `LineEndingUnknown`.
+    [[nodiscard]] static Ref<Document> create(Ref<Interfaces::Stripe> source) noexcept;
+
+    /// The version in the file's header.
+    [[nodiscard]] virtual PdfVersion version() const noexcept = 0;
+
+    /// The trailer dictionary (ISO 32000-1, 7.5.5), shared with the document.
+    [[nodiscard]] virtual Ref<Dictionary> trailer() const noexcept = 0;
+
+    /// The interactive form (ISO 32000-1, 12.7), built at the first call and kept. Null with
+    /// `FormNotFound`, `BadReference` or `RootInvalid` set; a form of which some field could not be
+    /// built is given, with `FormIncomplete` set.
+    [[nodiscard]] virtual Ref<Form> form() noexcept = 0;
+
+    /// The object that `ref` refers to. Null with `NullArgument` or `ObjectNotFound` set; logs
+    /// nothing.
+    [[nodiscard]] virtual Ref<PDF::Object> getObject(const Ref<ObjectRef>& ref) const noexcept = 0;
+
+    /// Writes the whole document, always as a complete new file, from the start of `target` on,
+    /// which should be empty. Sets the trailer's Size. A target that fails holds a truncated file.
+    ///
+    /// False with `NullArgument`, `InvalidArgument` (elements not of 32 bits), `VersionNotWritten`,
+    /// `ObjectNotWritten` or `TrailerNotWritten` set.
+    [[nodiscard]] virtual bool write(Ref<Interfaces::Stripe> target) noexcept = 0;
+
+    /// A stream's data, 32-bit elements, one for each byte: raw as it is encoded, or decoded where
+    /// `decode` is true and its Filter is FlateDecode.
+    ///
+    /// Raw data is a view into the source and stays attached to the stream. A stream that has data
+    /// attached gives just that, whatever `decode` says: ask for decoded data first. Null with
+    /// `OutOfRange`, `InvalidArgument`, `LengthInvalid`, `FilterUnsupported`, `CodingNotSetUp` or
+    /// `CodingFailed` set.
+    [[nodiscard]] virtual Ref<Interfaces::Stripe> readStreamData(Ref<Stream> stream,
+                                                                 bool decode) noexcept = 0;
+
+    /// Writes a stream's raw data to `target`, compressed where `encode` is true and the stream's
+    /// Filter is FlateDecode, and sets its Length to the number of elements written. 1 on success;
+    /// 0 with `NullArgument`, `InvalidArgument`, `StreamDictionaryMissing`, `StreamObjectInvalid`
+    /// or `CodingFailed` set.
+    virtual std::uint32_t writeStreamData(Ref<Stream> stream, Ref<Interfaces::Stripe> target,
+                                          bool encode) noexcept = 0;
+
+    /// Copies the data of every stream that still lies in the source into memory, so that the
+    /// document no longer needs the source's contents. A stream whose data cannot be read is
+    /// skipped. False with `StepFailed`, `InvalidArgument` or `OutOfRange` set; the streams before
+    /// the failing one are then cached.
+    virtual bool cacheStreamData() noexcept = 0;
+
+    /// Whether anything changed since the document was loaded.
+    [[nodiscard]] virtual bool changed() const noexcept = 0;
+
+    /// Lays pages of `foreign` beneath pages of this document. `mode` chooses which: 0 the first
+    /// foreign page beneath the first page, 1 the first foreign page beneath every page, 2 page by
+    /// page, 3 page by page and the last foreign page beneath the rest.
+    ///
+    /// The foreign document is only read and may be released afterwards. False with one of the
+    /// codes `NullArgument`, `PageTreeInvalid`, `PageInvalid`, `StreamNotCopied`, `StepFailed`,
+    /// `ForeignPageEmpty` to `ForeignStreamUnread` set; page contents are then as they were, merged
+    /// resources stay.
+    virtual bool addBackground(Ref<Document> foreign, std::uint32_t mode) noexcept = 0;
+
+    /// Re-encodes the data of every stream to `target`, all or nothing. Streams with an array of
+    /// filters are left alone. False with `InvalidArgument` (`Unknown`), `NoValue`,
+    /// `StreamDictionaryMissing`, `FilterNotUpdated`, `CodingFailed` or `StreamObjectInvalid` set;
+    /// the document is then as it was.
+    virtual bool setCompression(Compression target) noexcept = 0;
+
+    /// Every object of the document, in table order. Empty, with `NotSupported` set, for a document
+    /// of a foreign class.
+    [[nodiscard]] Host::StackVector<Ref<PDF::Object>> getObjects() const noexcept;
+
+    /// The line ending of the file's first line, with which every written line ends: "\n", "\r" or
+    /// "\r\n". Valid as long as the document. Empty as for `getObjects`.
+    [[nodiscard]] std::string_view lineEnding() const noexcept;
+
+    /// The catalog (ISO 32000-1, 7.7.2): the object that the trailer's Root refers to. Null with
+    /// `NoTrailer`, `RootMissing`, `RootInvalid` or `CatalogInvalid` set.
+    [[nodiscard]] Ref<PDF::Object> getCatalog() const noexcept;
+
+    /// The root of the page tree (ISO 32000-1, 7.7.3): the object that the catalog's Pages refers
+    /// to. Null with `RootInvalid`, `CatalogInvalid` or `PageTreeInvalid` set.
+    [[nodiscard]] Ref<PDF::Object> getPageCatalog() const noexcept;
+
+    /// The objects in the Kids array of the page tree's root, in order. One level: an intermediate
+    /// node counts as a page. Empty, with `PageTreeInvalid` set, on failure.
+    [[nodiscard]] Host::StackVector<Ref<PDF::Object>> getPages() const noexcept;
+
+    /// The dictionary that `value` is, or that the object it refers to holds. Null with
+    /// `NullArgument`, `BadReference`, `ReferenceNotResolved` or `ObjectUnreadable` set.
+    [[nodiscard]] Ref<Dictionary> valueAsDict(Ref<Value> value) const noexcept;
+};
+
+} // namespace Libraries::Files::PDF

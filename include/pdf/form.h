@@ -1,0 +1,171 @@
+#pragma once
+
+/// @file
+/// The interactive form of a document (ISO 32000-1, 12.7): fields, found by name or path, and their
+/// values.
+///
+/// Fields refer to their document and parent weakly: they keep neither alive. An operation that
+/// fails gives null, false or nothing, sets the thread's error code and, where something is wrong
+/// with the document, logs through the filter "Lib.File.PDF.Form". Entries are read from the
+/// field's own dictionary only: nothing is inherited. Setting a value does not rebuild the field's
+/// appearance.
+
+#include <host/export.h>
+#include <host/ref.h>
+#include <host/string.h>
+#include <pdf/values.h>
+
+#include <cstdint>
+#include <vector>
+
+namespace Libraries::Files::PDF {
+
+/// How a field's text is placed (ISO 32000-1, 12.7.3.3).
+enum class Quadding : std::uint32_t {
+    NotSet = 0, ///< no Q entry, or not a valid one
+    Left = 1,
+    Centered = 2,
+    Right = 3
+};
+
+/// Bits of `Field::flags()` (ISO 32000-1, tables 221, 226, 228 and 230).
+namespace FieldFlags {
+inline constexpr std::uint32_t readOnly = 0x1;
+inline constexpr std::uint32_t required = 0x2;
+inline constexpr std::uint32_t noExport = 0x4;
+inline constexpr std::uint32_t multiline = 0x1000;     ///< text
+inline constexpr std::uint32_t password = 0x2000;      ///< text
+inline constexpr std::uint32_t noToggleToOff = 0x4000; ///< button
+inline constexpr std::uint32_t radio = 0x8000;         ///< button
+inline constexpr std::uint32_t pushButton = 0x10000;   ///< button: it has no value
+inline constexpr std::uint32_t combo = 0x20000;        ///< choice
+inline constexpr std::uint32_t edit = 0x40000;         ///< choice
+inline constexpr std::uint32_t multiSelect = 0x200000; ///< choice: the value may be an array
+} // namespace FieldFlags
+
+/// A node of the field tree: a field, or a group of fields.
+class FILES_PDF_EXPORT Field : public Host::Object {
+public:
+    /// What the field's FT entry says.
+    enum class Kind : std::uint32_t {
+        Plain = 1, ///< no FT entry: a group, or a widget of the field above it
+        Button = 2,
+        Text = 3,
+        Choice = 4,
+        Signature = 5
+    };
+
+    [[nodiscard]] virtual Kind fieldType() const noexcept = 0;
+    /// The Ff entry; 0 where there is none. See `FieldFlags`.
+    [[nodiscard]] virtual std::uint32_t flags() const noexcept = 0;
+    /// The field above; null for a top-level field and when it is gone.
+    [[nodiscard]] virtual Ref<Field> parent() const noexcept = 0;
+    [[nodiscard]] virtual std::uint64_t childCount() const noexcept = 0;
+    /// The kid at a zero-based index; null with `OutOfRange` set behind the last.
+    [[nodiscard]] virtual Ref<Field> child(std::uint64_t index) const noexcept = 0;
+    /// The T entry; null where there is none.
+    [[nodiscard]] virtual Ref<String> partialName() const noexcept = 0;
+    /// The TU entry: the name for people.
+    [[nodiscard]] virtual Ref<String> alternateName() const noexcept = 0;
+    /// The TM entry: the name for export.
+    [[nodiscard]] virtual Ref<String> mappingName() const noexcept = 0;
+    /// The AP dictionary, followed through one reference.
+    [[nodiscard]] virtual Ref<Dictionary> appearances() const noexcept = 0;
+    /// The N entry of the AP dictionary, of whatever kind, followed through one reference.
+    [[nodiscard]] virtual Ref<Value> normalAppearance() const noexcept = 0;
+    /// The DR dictionary, followed through one reference.
+    [[nodiscard]] virtual Ref<Dictionary> defaultResources() const noexcept = 0;
+    /// The DA entry.
+    [[nodiscard]] virtual Ref<String> defaultAppearance() const noexcept = 0;
+    /// The Q entry.
+    [[nodiscard]] virtual Quadding quadding() const noexcept = 0;
+
+    /// The first kid whose partial name is `name`; a kid without one goes by its index in decimal.
+    /// Null with `NullArgument`, `InvalidArgument` (empty) or `FormNotFound` set.
+    [[nodiscard]] Ref<Field> fieldByName(const Ref<Host::String>& name) const noexcept;
+
+    /// Partial names from the root joined by "."; an unnamed field stands there by its index.
+    [[nodiscard]] Ref<Host::String> fullName() const noexcept;
+};
+
+namespace Fields {
+
+/// A push button, check box or radio button (ISO 32000-1, 12.7.4.2).
+///
+/// A check box that is to look checked needs both its value and its state set.
+class FILES_PDF_EXPORT Button : public Field {
+public:
+    /// Sets V; null removes it. False with `ButtonHasNoValue` (push button) or `InvalidArgument`
+    /// (empty name) set.
+    virtual bool setValue(Ref<Name> value) noexcept = 0;
+    [[nodiscard]] virtual Ref<Name> value() const noexcept = 0;
+    [[nodiscard]] virtual Ref<Name> defaultValue() const noexcept = 0;
+    /// Sets AS, the appearance state, under the rules of `setValue`.
+    virtual bool setState(Ref<Name> state) noexcept = 0;
+    [[nodiscard]] virtual Ref<Name> state() const noexcept = 0;
+    /// The Opt array.
+    [[nodiscard]] virtual Ref<Array> options() const noexcept = 0;
+    /// The names of the appearance states: the elements of Opt, or else the keys of the normal
+    /// appearance. Empty, with a warning, where there are none; empty with `StepFailed` set where
+    /// an option is no name.
+    [[nodiscard]] virtual std::vector<Ref<Name>> states() const noexcept = 0;
+};
+
+/// A text field (ISO 32000-1, 12.7.4.3).
+class FILES_PDF_EXPORT Text : public Field {
+public:
+    /// The largest length in characters; 0, with `KeyNotFound` set, where there is none.
+    [[nodiscard]] virtual std::uint64_t maxLen() const noexcept = 0;
+    /// Sets V; null removes it. False with `InvalidArgument` set when the value is longer than
+    /// `maxLen`. A byte string counts as UTF-16 behind a byte-order mark.
+    virtual bool setValue(Ref<String> value) noexcept = 0;
+    [[nodiscard]] virtual Ref<String> value() const noexcept = 0;
+    [[nodiscard]] virtual Ref<String> defaultValue() const noexcept = 0;
+};
+
+/// A list box or combo box (ISO 32000-1, 12.7.4.4).
+class FILES_PDF_EXPORT Choice : public Field {
+public:
+    /// Sets V to a string, or in a multi-select field to an array of strings; null, or an array of
+    /// none, removes it. False with `InvalidArgument` set for anything else.
+    virtual bool setValue(Ref<Value> value) noexcept = 0;
+    [[nodiscard]] virtual Ref<Value> value() const noexcept = 0;
+    [[nodiscard]] virtual Ref<Value> defaultValue() const noexcept = 0;
+    /// The Opt array.
+    [[nodiscard]] virtual Ref<Array> options() const noexcept = 0;
+    /// The I array.
+    [[nodiscard]] virtual Ref<Array> selectedIndices() const noexcept = 0;
+};
+
+/// A signature field (ISO 32000-1, 12.7.4.5).
+class FILES_PDF_EXPORT Signature : public Field {};
+
+} // namespace Fields
+
+/// The interactive form of a document (ISO 32000-1, 12.7.2).
+class FILES_PDF_EXPORT Form : public Host::Object {
+public:
+    /// The NeedAppearances entry; null where there is none.
+    [[nodiscard]] virtual Ref<Boolean> needAppearances() const noexcept = 0;
+    [[nodiscard]] virtual Quadding quadding() const noexcept = 0;
+    /// The DA entry.
+    [[nodiscard]] virtual Ref<String> defaultAppearance() const noexcept = 0;
+    /// The DR dictionary, followed through one reference.
+    [[nodiscard]] virtual Ref<Dictionary> defaultResources() const noexcept = 0;
+    /// The CO array.
+    [[nodiscard]] virtual Ref<Array> calculationOrder() const noexcept = 0;
+    /// Number of top-level fields.
+    [[nodiscard]] virtual std::uint64_t fieldCount() const noexcept = 0;
+    /// The top-level field at a zero-based index; null with `OutOfRange` set behind the last.
+    [[nodiscard]] virtual Ref<Field> field(std::uint64_t index) const noexcept = 0;
+
+    /// The first top-level field whose partial name is `name`; a field without one goes by its
+    /// index in decimal. Null with `NullArgument`, `InvalidArgument` (empty) or `FormNotFound` set.
+    [[nodiscard]] Ref<Field> fieldByName(const Ref<Host::String>& name) const noexcept;
+
+    /// The field at a path of names joined by ".": "a.b.0". Null with `NullArgument`,
+    /// `InvalidArgument` (empty) or `FormNotFound` set.
+    [[nodiscard]] Ref<Field> fieldByPath(const Ref<Host::String>& path) const noexcept;
+};
+
+} // namespace Libraries::Files::PDF

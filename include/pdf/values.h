@@ -1,0 +1,239 @@
+#pragma once
+
+/// @file
+/// The values of a document: what dictionaries and arrays hold and objects consist of.
+///
+/// Values are counted and handed around as `Ref`; a null handle means "no value". Containers share
+/// what is put into them, they do not copy it. Scalars never change; arrays grow, dictionary
+/// entries are set, stream data is replaced. Except where said otherwise an operation that fails
+/// gives null or false, sets the thread's error code and logs through the filter "PDF"; when memory
+/// is exhausted that code is `OutOfMemory`. Recursive operations (text form, equality, change) go
+/// 512 levels deep: what lies deeper has no text, is equal to nothing and unchanged.
+
+#include <host/containers.h>
+#include <host/export.h>
+#include <host/ref.h>
+#include <host/string.h>
+#include <host/stripe.h>
+
+#include <cstdint>
+#include <vector>
+
+namespace Libraries::Files::PDF {
+
+using Host::Ref;
+
+/// Any value (ISO 32000-1, 7.3).
+class FILES_PDF_EXPORT Value : public Host::RefCount {
+public:
+    /// The kind of a value. Messages print these numbers.
+    enum class Type : std::uint32_t {
+        Invalid = 0, ///< no value: what an object without one answers
+        Name = 1,
+        Boolean = 2,
+        Number = 3,
+        String = 4,
+        ObjectRef = 5,
+        Dictionary = 6,
+        Stream = 7,
+        Array = 8,
+        Null = 9
+    };
+
+    [[nodiscard]] virtual Type type() const noexcept = 0;
+
+    /// The value's text form for people, which is not the syntax of a file.
+    [[nodiscard]] virtual Ref<Host::String> asText() const noexcept = 0;
+
+    /// Whether `other` is of the same kind and holds the same. Null equals nothing.
+    [[nodiscard]] virtual bool equal(Ref<Value> other) const noexcept = 0;
+
+    /// Whether the value was modified since it was made or read.
+    [[nodiscard]] virtual bool changed() const noexcept = 0;
+};
+
+/// The null value (ISO 32000-1, 7.3.9). Text form: Null.
+class FILES_PDF_EXPORT Null : public Value {};
+
+/// A truth value (ISO 32000-1, 7.3.2).
+class FILES_PDF_EXPORT Boolean : public Value {
+public:
+    [[nodiscard]] virtual bool value() const noexcept = 0;
+};
+
+/// A number (ISO 32000-1, 7.3.3), kept as two integers instead of a floating-point value.
+///
+/// The fraction is the digits behind the point read as a whole number: 1.5 and 1.50 differ, 1.05
+/// equals 1.5, and -0.5 has lost its sign. Text form: both parts, always (12 gives 12.0).
+class FILES_PDF_EXPORT Number : public Value {
+public:
+    /// The part before the point.
+    [[nodiscard]] virtual std::int64_t integer() const noexcept = 0;
+    /// The digits behind the point as an integer; 0 for a whole number.
+    [[nodiscard]] virtual std::uint64_t fraction() const noexcept = 0;
+};
+
+/// A string (ISO 32000-1, 7.3.4): either text or bytes, never both.
+///
+/// Text is written as a literal string, bytes as a hexadecimal one. A text string and a byte
+/// string are never equal. Text form: the text; for bytes that begin with a UTF-16 byte-order mark
+/// the text they encode, else their hexadecimal digits.
+class FILES_PDF_EXPORT String : public Value {
+public:
+    /// A string of `text`. ASCII stays text; any other becomes UTF-16BE bytes behind a byte-order
+    /// mark (ISO 32000-1, 7.9.2.2). Null with `NullArgument` set for null.
+    [[nodiscard]] static Ref<String> create(Ref<Host::String> text) noexcept;
+    /// A string of `bytes`, which are not inspected. Null with `NullArgument` set for null.
+    [[nodiscard]] static Ref<String> create(Ref<Host::TConstArray<unsigned char>> bytes) noexcept;
+
+    /// The text; null for a byte string.
+    [[nodiscard]] virtual Ref<Host::String> text() const noexcept = 0;
+    /// The bytes; null for a text string.
+    [[nodiscard]] virtual Ref<Host::TConstArray<unsigned char>> bytes() const noexcept = 0;
+
+    /// The same as `text()`.
+    [[nodiscard]] Ref<Host::String> value() const noexcept;
+};
+
+/// A name (ISO 32000-1, 7.3.5), kept as it stands in the file: number-sign sequences are not
+/// decoded.
+class FILES_PDF_EXPORT Name : public Value {
+public:
+    /// A name of `name`, without the solidus; its characters are not checked. Null with
+    /// `NullArgument` (null) or `InvalidArgument` (empty) set.
+    [[nodiscard]] static Ref<Name> create(Ref<Host::String> name) noexcept;
+
+    [[nodiscard]] virtual Ref<Host::String> name() const noexcept = 0;
+};
+
+/// A reference to an indirect object (ISO 32000-1, 7.3.10); `Document::getObject` resolves it.
+/// Text form: 12 (0).
+class FILES_PDF_EXPORT ObjectRef : public Value {
+public:
+    [[nodiscard]] virtual std::uint32_t id() const noexcept = 0;
+    [[nodiscard]] virtual std::uint16_t generation() const noexcept = 0;
+};
+
+/// A sequence of values (ISO 32000-1, 7.3.6). It grows, and reports no changes.
+///
+/// The typed accessors give the element at a zero-based index as one kind. Behind the end they log
+/// and leave the error code as it was; another kind is `UnexpectedKind`.
+class FILES_PDF_EXPORT Array : public Value {
+public:
+    /// An array of `elements`, shared, null ones included.
+    [[nodiscard]] static Ref<Array> create(const std::vector<Ref<Value>>& elements) noexcept;
+
+    /// Number of elements.
+    [[nodiscard]] virtual std::uint64_t size() const noexcept = 0;
+    /// The element at a zero-based index; null, with no code set, behind the end.
+    [[nodiscard]] virtual Ref<Value> get(std::uint64_t index) const noexcept = 0;
+    /// Appends. False with `NullArgument` set for null.
+    virtual bool add(Ref<Value> value) noexcept = 0;
+
+    [[nodiscard]] Ref<ObjectRef> getAsObjectRef(std::uint64_t index) const noexcept;
+    [[nodiscard]] Ref<Name> getAsName(std::uint64_t index) const noexcept;
+    [[nodiscard]] Ref<String> getAsString(std::uint64_t index) const noexcept;
+};
+
+/// Values under keys (ISO 32000-1, 7.3.7), in ascending order of the keys.
+///
+/// Keys are names without their solidus. The typed accessors give an entry as one kind:
+/// `KeyNotFound` where there is none (logged unless `quiet`), `UnexpectedKind` for another kind.
+class FILES_PDF_EXPORT Dictionary : public Value {
+public:
+    /// The keys in ascending order, in a vector of its own.
+    [[nodiscard]] virtual Ref<Host::TVector<Ref<Host::String>>> keys() const noexcept = 0;
+    /// The value under `key`, or null with `NullArgument`, `InvalidArgument` (empty key) or
+    /// `KeyNotFound` set. Logs nothing, allocates nothing.
+    [[nodiscard]] virtual Ref<Value> find(const Ref<Host::String>& key) const noexcept = 0;
+    /// Puts `value` under `key`; null removes the entry, if there is one. Marks the dictionary as
+    /// modified. False with `NullArgument` or `InvalidArgument` (empty key) set.
+    virtual bool set(Ref<Host::String> key, Ref<Value> value) noexcept = 0;
+
+    [[nodiscard]] Ref<ObjectRef> findAsObjectRef(const Ref<Host::String>& key,
+                                                 bool quiet = false) const noexcept;
+    [[nodiscard]] Ref<Array> findAsArray(const Ref<Host::String>& key,
+                                         bool quiet = false) const noexcept;
+    [[nodiscard]] Ref<Dictionary> findAsDictionary(const Ref<Host::String>& key,
+                                                   bool quiet = false) const noexcept;
+    [[nodiscard]] Ref<Name> findAsName(const Ref<Host::String>& key,
+                                       bool quiet = false) const noexcept;
+    [[nodiscard]] Ref<Number> findAsNumber(const Ref<Host::String>& key,
+                                           bool quiet = false) const noexcept;
+    [[nodiscard]] Ref<String> findAsString(const Ref<Host::String>& key,
+                                           bool quiet = false) const noexcept;
+};
+
+/// How a stream's data is compressed.
+enum class Compression : std::uint32_t {
+    None = 0,       ///< no filter, or one that this library does not treat
+    Unknown = 1,    ///< no dictionary, or a Filter entry that is not a name
+    FlateDecode = 2 ///< Filter is the name FlateDecode (ISO 32000-1, 7.4.4)
+};
+
+/// A dictionary with data (ISO 32000-1, 7.3.8). No stream equals any other, nor itself.
+class FILES_PDF_EXPORT Stream : public Value {
+public:
+    /// What `strmOfs` answers for data that does not come from the file.
+    static constexpr std::uint64_t noOffset = UINT64_MAX;
+
+    /// Offset in bytes of the data in the document's file, or `noOffset`.
+    [[nodiscard]] virtual std::uint64_t strmOfs() const noexcept = 0;
+    [[nodiscard]] virtual Ref<Dictionary> dict() const noexcept = 0;
+    [[nodiscard]] virtual Compression compression() const noexcept = 0;
+};
+
+/// The library's stream. Its data stays in the file until the document is asked for it.
+class FILES_PDF_EXPORT StreamObj final : public Stream {
+public:
+    /// A stream of a file: the data lies at `offset` and is not loaded.
+    StreamObj(Ref<Dictionary> dict, std::uint64_t offset) noexcept;
+    /// A stream made in memory. `data` has 32-bit elements, one for each byte, and describes what
+    /// the dictionary's Filter and Length say: nothing is adjusted.
+    StreamObj(Ref<Dictionary> dict, Ref<Interfaces::Stripe> data) noexcept;
+
+    /// The data as it is held, encoded; null while it lies unread in the file.
+    [[nodiscard]] Ref<Interfaces::Stripe> strmData() const noexcept { return data_; }
+    /// Replaces the data, which marks the stream as changed. The dictionary stays as it is: its
+    /// Length is the caller's to set.
+    void strmData(Ref<Interfaces::Stripe> data) noexcept;
+    /// Clears the mark that the data was replaced.
+    void resetChanged() noexcept { changed_ = false; }
+
+    [[nodiscard]] Type type() const noexcept override { return Type::Stream; }
+    [[nodiscard]] Ref<Host::String> asText() const noexcept override;
+    [[nodiscard]] bool equal(Ref<Value> other) const noexcept override;
+    /// Whether the data was replaced; a change of the dictionary does not count.
+    [[nodiscard]] bool changed() const noexcept override { return changed_; }
+    [[nodiscard]] std::uint64_t strmOfs() const noexcept override { return offset_; }
+    [[nodiscard]] Ref<Dictionary> dict() const noexcept override { return dict_; }
+    [[nodiscard]] Compression compression() const noexcept override;
+
+private:
+    Ref<Dictionary> dict_;
+    Ref<Interfaces::Stripe> data_;
+    std::uint64_t offset_;
+    bool changed_ = false;
+};
+
+/// An indirect object (ISO 32000-1, 7.3.10): a number, a generation and a value, for life.
+///
+/// The value's accessors give it as one kind: `NoValue` where there is none, `UnexpectedKind` for
+/// another kind.
+class FILES_PDF_EXPORT Object : public Host::RefCount {
+public:
+    [[nodiscard]] virtual std::uint32_t id() const noexcept = 0;
+    [[nodiscard]] virtual std::uint16_t generation() const noexcept = 0;
+    /// The value, or null.
+    [[nodiscard]] virtual Ref<Value> value() const noexcept = 0;
+
+    /// Text form: 12 (0).
+    [[nodiscard]] Ref<Host::String> asText() const noexcept;
+    /// The value's kind; `Invalid` with `NoValue` set where there is none.
+    [[nodiscard]] Value::Type valueType() const noexcept;
+    [[nodiscard]] Ref<Dictionary> valueAsDictionary() const noexcept;
+    [[nodiscard]] Ref<Array> valueAsArray() const noexcept;
+    [[nodiscard]] Ref<Stream> valueAsStream() const noexcept;
+};
+
+} // namespace Libraries::Files::PDF

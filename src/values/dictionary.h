@@ -1,0 +1,49 @@
+#pragma once
+
+#include "values/kind.h"
+
+#include <pdf/values.h>
+
+#include <cstdint>
+#include <span>
+#include <utility>
+#include <vector>
+
+namespace Libraries::Files::PDF {
+
+class DictionaryObj final : public ValueObj<Dictionary, Value::Type::Dictionary> {
+public:
+    struct Entry {
+        Ref<Host::String> key;
+        Ref<Value> value;
+    };
+
+    DictionaryObj() noexcept = default;
+    /// Of entries in any order; the last one of equal keys counts. Not modified.
+    explicit DictionaryObj(std::vector<Entry> entries);
+
+    [[nodiscard]] Ref<Host::TVector<Ref<Host::String>>> keys() const noexcept override;
+    [[nodiscard]] Ref<Value> find(const Ref<Host::String>& key) const noexcept override;
+    bool set(Ref<Host::String> key, Ref<Value> value) noexcept override;
+    [[nodiscard]] Ref<Host::String> asText() const noexcept override;
+    [[nodiscard]] bool equal(Ref<Value> other) const noexcept override;
+    [[nodiscard]] bool changed() const noexcept override;
+
+    /// The entries in ascending order of their keys; valid until the next `set`.
+    [[nodiscard]] std::span<const Entry> entries() const noexcept { return entries_; }
+    /// For undoing a change so that the dictionary looks untouched.
+    void resetModified() noexcept { modified_ = false; }
+    [[nodiscard]] bool modified() const noexcept { return modified_; }
+
+private:
+    [[nodiscard]] std::size_t lowerBound(const Host::String& key) const noexcept;
+    [[nodiscard]] bool holds(std::size_t place, const Host::String& key) const noexcept;
+
+    std::vector<Entry> entries_;
+    bool modified_ = false;
+};
+
+template <>
+struct Kind<Dictionary> : KindOf<DictionaryObj, Value::Type::Dictionary> {};
+
+} // namespace Libraries::Files::PDF

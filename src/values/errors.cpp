@@ -1,0 +1,74 @@
+#include <pdf/errors.h>
+
+namespace Libraries::Files::PDF {
+
+namespace {
+
+struct Text {
+    std::uint32_t code;
+    const char* text;
+};
+
+constexpr Text texts[] = {
+    {Host::NoError, "no error"},
+    {StepFailed, "a step of the operation failed"},
+    {NullArgument, "a required argument is null"},
+    {InvalidArgument, "an argument is empty, of the wrong kind or of the wrong element size"},
+    {OutOfRange, "position, index or count out of range"},
+    {NotSupported, "operation not supported"},
+    {OutOfMemory, "out of memory"},
+    {Host::FileNotOpened, "the file could not be opened"},
+    {Host::FileNotRead, "the file could not be read"},
+    {Host::FileNotWritten, "the file could not be written"},
+    {Host::NotARegularFile, "not a regular file"},
+    {ObjectNotFound, "object not found"},
+    {FormNotFound, "no interactive form, or field not found"},
+    {KeyNotFound, "key not found in dictionary"},
+    {HeaderUnreadable, "the header line is missing"},
+    {VersionUnsupported, "not a PDF file, or its version is not supported"},
+    {EndMarkerMissing, "the end marker is missing"},
+    {StartXrefMissing, "startxref not found"},
+    {TrailerMissing, "trailer not found"},
+    {TrailerUnreadable, "the trailer cannot be read"},
+    {XrefUnreadable, "the cross-reference table cannot be read"},
+    {ObjectUnreadable, "an object cannot be read"},
+    {UnexpectedKind, "a value is of an unexpected kind"},
+    {NoValue, "an object has no value"},
+    {BadReference, "a reference or dictionary is unusable"},
+    {ReferenceNotResolved, "a reference does not resolve"},
+    {LengthInvalid, "a stream's length is missing or invalid"},
+    {StreamNotCopied, "a foreign content stream could not be copied"},
+    {VersionNotWritten, "the header could not be written"},
+    {ObjectNotWritten, "an object could not be written"},
+    {TrailerNotWritten, "the cross-reference table or trailer could not be written"},
+    {LineEndingUnknown, "the line ending of the header line is unreadable or unknown"},
+    {StreamDictionaryMissing, "a stream has no dictionary"},
+    {FilterNotUpdated, "a stream's filter entry could not be changed"},
+    {CodingFailed, "encoding or decoding a stream failed"},
+    {CodingNotSetUp, "a stream filter could not be made"},
+    {FilterUnsupported, "a stream's filter is not supported"},
+    {FormIncomplete, "some form fields could not be built"},
+    {ButtonHasNoValue, "a push button has no value"},
+    {NoTrailer, "the document has no trailer"},
+    {RootMissing, "the trailer has no root reference"},
+    {RootInvalid, "the root object is missing or no dictionary"},
+    {CatalogInvalid, "the catalog is invalid"},
+    {PageTreeInvalid, "the page tree is invalid"},
+    {PageInvalid, "a page is invalid"},
+    {StreamObjectInvalid, "a stream cannot be re-encoded"},
+    {ForeignPageEmpty, "the foreign document has no pages, or a page no contents"},
+    {ForeignPageInvalid, "a foreign page is unusable"},
+    {ForeignStreamUnread, "a foreign content stream cannot be read"},
+};
+
+} // namespace
+
+const char* errorText(std::uint32_t code) noexcept {
+    for (const Text& known : texts) {
+        if (known.code == code) return known.text;
+    }
+    const bool foreignTree = code >= NoTrailer + 256 && code < NoTrailer + 512;
+    return foreignTree ? "the foreign document's page tree is unreadable" : "unknown error";
+}
+
+} // namespace Libraries::Files::PDF

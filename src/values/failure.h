@@ -1,0 +1,38 @@
+#pragma once
+
+#include "host/message.h"
+
+#include <pdf/errors.h>
+
+#include <cstdint>
+
+namespace Libraries::Files::PDF {
+
+/// The library's log filter, "PDF".
+extern const std::uint32_t logFilter;
+
+using Host::Failure;
+using Host::LogLevel;
+
+/// Logs an error, sets the code and gives "no result": one line for each failure.
+template <class... Pieces>
+Failure fail(std::uint32_t code, const Pieces&... pieces) noexcept {
+    if constexpr (sizeof...(pieces) != 0) Host::log(logFilter, LogLevel::Error, pieces...);
+    Host::Error::set(code);
+    return {};
+}
+
+/// Logs an error and gives "no result": the caller sets the code.
+template <class... Pieces>
+Failure refuse(const Pieces&... pieces) noexcept {
+    Host::log(logFilter, LogLevel::Error, pieces...);
+    return {};
+}
+
+/// Logs without touching the error code.
+template <class... Pieces>
+void report(LogLevel level, const Pieces&... pieces) noexcept {
+    Host::log(logFilter, level, pieces...);
+}
+
+} // namespace Libraries::Files::PDF

@@ -1,0 +1,52 @@
+#include "values/sub_stripe.h"
+
+#include "values/failure.h"
+
+#include <algorithm>
+#include <mutex>
+
+namespace Libraries::Files::PDF {
+
+std::uint64_t SubStripe::position(std::uint64_t position) noexcept {
+    position_ = std::min(position, length_);
+    return position_;
+}
+
+std::uint64_t SubStripe::read(void* buffer, std::uint64_t count) noexcept {
+    if (buffer == nullptr) return fail(InvalidArgument);
+    return Base::read(buffer, count);
+}
+
+std::uint64_t SubStripe::readBytes(std::uint8_t* buffer, std::uint64_t count) noexcept {
+    if (buffer == nullptr) return fail(InvalidArgument);
+    if (count == 0) return 0;
+    // The bound counts the start in: a reader at the very end of a view further inside its base
+    // gets nothing, but no error.
+    if (position_ >= length_ + start_) return fail(OutOfRange);
+
+    const std::uint64_t wanted = std::min(count, length_ - position_);
+    const std::lock_guard guard(*lock_);
+    if (base_->position(start_ + position_) != start_ + position_) return 0;
+    const std::uint64_t read = std::min(base_->readBytes(buffer, wanted), wanted);
+    if (read != wanted) {
+        report(LogLevel::Warning, "Read from base ", read, " of requested ", wanted);
+    }
+    position_ += read;
+    return read;
+}
+
+std::uint64_t SubStripe::write(const void*, std::uint64_t) noexcept {
+    return fail(NotSupported);
+}
+
+std::uint64_t SubStripe::writeBytes(const std::uint8_t*, std::uint64_t) noexcept {
+    return fail(NotSupported);
+}
+
+std::span<const std::uint8_t> SubStripe::window(std::uint64_t position) const noexcept {
+    if (position >= length_) return {};
+    const std::span<const std::uint8_t> base = base_->window(start_ + position);
+    return base.first(std::min<std::uint64_t>(base.size(), length_ - position));
+}
+
+} // namespace Libraries::Files::PDF
