@@ -1,0 +1,113 @@
+#include "document/document_obj.h"
+
+#include "host/guard.h"
+#include "reader/loader.h"
+#include "reader/stream_data.h"
+#include "values/failure.h"
+#include "values/kind.h"
+#include "writer/document_writer.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace Libraries::Files::PDF {
+
+namespace {
+
+/// Every stripe a document reads from or writes to has one 32-bit element for each byte.
+bool usable(const Ref<Interfaces::Stripe>& stripe) noexcept {
+    if (!stripe) return fail(NullArgument);
+    if (stripe->elementSize() != 4) return fail(InvalidArgument);
+    return true;
+}
+
+} // namespace
+
+Ref<Document> Document::create(Ref<Interfaces::Stripe> source) noexcept {
+    if (!usable(source)) return nullptr;
+    return Host::guarded([&]() -> Ref<Document> {
+        auto document = newValue<DocumentObj>(std::move(source), made(Host::Mon::create()));
+        if (!load(document->state())) return nullptr;
+        return document;
+    });
+}
+
+Host::StackVector<Ref<PDF::Object>> Document::getObjects() const noexcept {
+    const auto* own = dynamic_cast<const DocumentObj*>(this);
+    if (own == nullptr) return fail(NotSupported);
+    return Host::guarded([&] {
+        Host::StackVector<Ref<PDF::Object>> objects;
+        const ObjectTable& table = own->state().objects;
+        objects.reserve(table.size());
+        for (const ObjectTable::Slot& slot : table.slots())
+            objects.push_back(slot.object);
+        return objects;
+    });
+}
+
+std::string_view Document::lineEnding() const noexcept {
+    const auto* own = dynamic_cast<const DocumentObj*>(this);
+    if (own != nullptr) return own->state().lineEnding;
+    fail(NotSupported);
+    return {};
+}
+
+DocumentObj::DocumentObj(Ref<Interfaces::Stripe> source, Ref<Host::Mon> monitor) {
+    state_.source = std::move(source);
+    state_.monitor = std::move(monitor);
+}
+
+Ref<Form> DocumentObj::form() noexcept {
+    return fail(NotSupported);
+}
+
+Ref<PDF::Object> DocumentObj::getObject(const Ref<ObjectRef>& ref) const noexcept {
+    if (!ref) return fail(NullArgument);
+    PDF::Object* object = state_.find(*ref);
+    if (object == nullptr) return fail(ObjectNotFound);
+    return Ref<PDF::Object>(object);
+}
+
+bool DocumentObj::write(Ref<Interfaces::Stripe> target) noexcept {
+    if (!usable(target)) return false;
+    return Host::guarded([&] {
+        return writeDocument(state_, *target, [this](const Ref<Stream>& stream) {
+            return readStreamData(stream, false);
+        });
+    });
+}
+
+Ref<Interfaces::Stripe> DocumentObj::readStreamData(Ref<Stream> stream, bool decode) noexcept {
+    return Host::guarded([&] { return PDF::readStreamData(state_, stream, decode); });
+}
+
+std::uint32_t DocumentObj::writeStreamData(Ref<Stream> stream, Ref<Interfaces::Stripe> target,
+                                           bool) noexcept {
+    if (!stream || !target) return fail(NullArgument);
+    if (dynamic_cast<StreamObj*>(stream.get()) == nullptr) {
+        return fail(InvalidArgument, "Failed to cast Stream to StreamObj");
+    }
+    return fail(NotSupported);
+}
+
+bool DocumentObj::cacheStreamData() noexcept {
+    return Host::guarded([&] { return PDF::cacheStreamData(state_); });
+}
+
+bool DocumentObj::changed() const noexcept {
+    if (state_.modified) return true;
+    return std::ranges::any_of(state_.objects.slots(), [](const ObjectTable::Slot& slot) {
+        const Ref<Value> value = slot.object->value();
+        return value && value->changed();
+    });
+}
+
+bool DocumentObj::addBackground(Ref<Document>, std::uint32_t) noexcept {
+    return fail(NotSupported);
+}
+
+bool DocumentObj::setCompression(Compression) noexcept {
+    return fail(NotSupported);
+}
+
+} // namespace Libraries::Files::PDF

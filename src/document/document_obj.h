@@ -1,0 +1,35 @@
+#pragma once
+
+#include "document/state.h"
+
+#include <pdf/document.h>
+
+namespace Libraries::Files::PDF {
+
+/// The document: its state, and the operations wired to the stages that carry them out.
+class DocumentObj final : public Document {
+public:
+    explicit DocumentObj(Ref<Interfaces::Stripe> source, Ref<Host::Mon> monitor);
+
+    [[nodiscard]] PdfVersion version() const noexcept override { return state_.version; }
+    [[nodiscard]] Ref<Dictionary> trailer() const noexcept override { return state_.trailer; }
+    [[nodiscard]] Ref<Form> form() noexcept override;
+    [[nodiscard]] Ref<PDF::Object> getObject(const Ref<ObjectRef>& ref) const noexcept override;
+    [[nodiscard]] bool write(Ref<Interfaces::Stripe> target) noexcept override;
+    [[nodiscard]] Ref<Interfaces::Stripe> readStreamData(Ref<Stream> stream,
+                                                         bool decode) noexcept override;
+    std::uint32_t writeStreamData(Ref<Stream> stream, Ref<Interfaces::Stripe> target,
+                                  bool encode) noexcept override;
+    bool cacheStreamData() noexcept override;
+    [[nodiscard]] bool changed() const noexcept override;
+    bool addBackground(Ref<Document> foreign, std::uint32_t mode) noexcept override;
+    bool setCompression(Compression target) noexcept override;
+
+    [[nodiscard]] DocumentState& state() noexcept { return state_; }
+    [[nodiscard]] const DocumentState& state() const noexcept { return state_; }
+
+private:
+    DocumentState state_;
+};
+
+} // namespace Libraries::Files::PDF

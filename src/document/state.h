@@ -1,0 +1,46 @@
+#pragma once
+
+#include "document/object_table.h"
+#include "host/monitor.h"
+
+#include <host/stripe.h>
+#include <pdf/document.h>
+#include <pdf/values.h>
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace Libraries::Files::PDF {
+
+/// One line of the cross-reference table; its object's number follows from its place.
+struct XrefEntry {
+    std::uint64_t offset = 0;
+    std::uint16_t generation = 0;
+    bool inUse = false;
+};
+
+/// All that a document is. Reading fills it, everything else works on it.
+struct DocumentState {
+    /// What the document was loaded from; stream data is read from it on demand.
+    Ref<Interfaces::Stripe> source;
+    /// Held by the views of the source while they read from it.
+    Ref<Host::Mon> monitor;
+    std::string lineEnding = "\n";
+    PdfVersion version = PdfVersion::Unsupported;
+    bool modified = false;
+    Ref<Dictionary> trailer;
+    std::uint64_t xrefOffset = 0;
+    std::uint32_t xrefFirstId = 0;
+    std::vector<XrefEntry> xrefEntries;
+    ObjectTable objects;
+    /// The number of the next object that is appended; numbers are never given back.
+    std::uint32_t nextObjectId = 0;
+
+    /// The object that `ref` refers to, borrowed; null where there is none.
+    [[nodiscard]] Object* find(const ObjectRef& ref) const noexcept {
+        return objects.find(ref.id(), ref.generation());
+    }
+};
+
+} // namespace Libraries::Files::PDF

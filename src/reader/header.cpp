@@ -1,0 +1,78 @@
+#include "reader/header.h"
+
+#include "host/char_reader.h"
+#include "host/numbers.h"
+#include "values/failure.h"
+
+#include <cstdint>
+
+namespace Libraries::Files::PDF {
+
+namespace {
+
+template <class... Pieces>
+PdfVersion unsupported(const Pieces&... pieces) noexcept {
+    report(LogLevel::Error, pieces...);
+    return PdfVersion::Unsupported;
+}
+
+PdfVersion versionOf(std::uint32_t major, std::uint32_t minor) noexcept {
+    if (major == 1 && minor <= 7) return static_cast<PdfVersion>(minor + 1);
+    return major == 2 && minor == 0 ? PdfVersion::V2_0 : PdfVersion::Unsupported;
+}
+
+bool readVersion(DocumentState& state, std::string_view line) noexcept {
+    constexpr std::string_view mark = "%PDF-";
+    if (!line.starts_with(mark)) return fail(VersionUnsupported);
+    const std::string_view version = line.substr(mark.size());
+    const std::size_t point = version.find('.');
+    if (point == std::string_view::npos) return fail(VersionUnsupported);
+
+    state.version = parseVersion(version.substr(0, point), version.substr(point + 1));
+    return state.version != PdfVersion::Unsupported || fail(VersionUnsupported);
+}
+
+bool readLineEnding(DocumentState& state, Host::Cursor& cursor) {
+    const int code = cursor.next();
+    if (code == '\n') {
+        state.lineEnding = "\n";
+        return true;
+    }
+    if (code == Host::Cursor::end) return fail(LineEndingUnknown);
+    if (code != '\r') {
+        return fail(LineEndingUnknown,
+                    "Unexpected line ending character: ", static_cast<char32_t>(code));
+    }
+    const int next = cursor.next();
+    if (next == Host::Cursor::end) return fail(LineEndingUnknown);
+    state.lineEnding = next == '\n' ? "\r\n" : "\r";
+    return true;
+}
+
+} // namespace
+
+PdfVersion parseVersion(std::string_view major, std::string_view minor) noexcept {
+    const auto majorNumber = Host::StrConv::num<std::uint32_t>(major);
+    if (!majorNumber) return unsupported("Unsupported major version: ", Host::Codes{major});
+    if (*majorNumber != 1 && *majorNumber != 2) {
+        return unsupported("Unsupported major version: ", *majorNumber);
+    }
+    const auto minorNumber = Host::StrConv::num<std::uint32_t>(minor);
+    if (!minorNumber) return unsupported("Unsupported minor version: ", Host::Codes{minor});
+
+    const PdfVersion version = versionOf(*majorNumber, *minorNumber);
+    if (version != PdfVersion::Unsupported) return version;
+    return unsupported("Unsupported minor version for major version ", *majorNumber, ": ",
+                       *minorNumber);
+}
+
+bool readHeader(DocumentState& state, Host::Cursor& cursor) {
+    Host::CharReader reader(cursor);
+    cursor.seek(0);
+    if (!reader.readLine() || reader.line().empty()) return fail(HeaderUnreadable);
+    if (!readVersion(state, reader.line())) return false;
+    cursor.seek(reader.line().size());
+    return readLineEnding(state, cursor);
+}
+
+} // namespace Libraries::Files::PDF

@@ -1,0 +1,57 @@
+#include "reader/loader.h"
+
+#include "host/cursor.h"
+#include "reader/header.h"
+#include "reader/object_reader.h"
+#include "reader/scanner.h"
+#include "reader/trailer.h"
+#include "reader/xref.h"
+#include "values/failure.h"
+
+#include <limits>
+
+namespace Libraries::Files::PDF {
+
+namespace {
+
+/// How many times the source's size may be read as objects in all. A well-formed file is read once;
+/// one whose objects lie inside each other could otherwise take quadratic time and memory.
+constexpr std::uint64_t longestReading = 8;
+constexpr std::uint64_t shortestReading = std::uint64_t{1} << 20;
+
+bool loadObjects(DocumentState& state, Host::Cursor& cursor, Scanner& scanner) {
+    ObjectReader reader(cursor, scanner);
+    const std::uint64_t size = cursor.size();
+    const bool countable = size < std::numeric_limits<std::uint64_t>::max() / longestReading / 2;
+    const std::uint64_t budget = countable ? size * longestReading + shortestReading : UINT64_MAX;
+
+    for (std::size_t index = 0; index < state.xrefEntries.size(); ++index) {
+        const XrefEntry& entry = state.xrefEntries[index];
+        if (!entry.inUse) continue;
+        const std::uint64_t id = std::uint64_t{state.xrefFirstId} + index;
+        if (entry.offset == 0) {
+            return fail(XrefUnreadable, "In use object reference is at offset 0: ", id);
+        }
+        Ref<Object> object;
+        if (reader.charactersRead() <= budget) {
+            object = reader.read(id, entry.generation, entry.offset);
+        }
+        if (!object) return fail(ObjectUnreadable, "Failed to read object at ", entry.offset);
+        state.objects.append(std::move(object));
+    }
+    state.nextObjectId = state.xrefFirstId + static_cast<std::uint32_t>(state.xrefEntries.size());
+    return true;
+}
+
+} // namespace
+
+bool load(DocumentState& state) {
+    Host::Cursor cursor(*state.source);
+    Scanner scanner(cursor);
+    if (!readHeader(state, cursor)) return false;
+    if (!readTrailer(state, cursor, scanner)) return false;
+    if (!readXrefTable(state, cursor)) return fail(XrefUnreadable);
+    return loadObjects(state, cursor, scanner);
+}
+
+} // namespace Libraries::Files::PDF

@@ -1,0 +1,59 @@
+#include "reader/name_table.h"
+
+#include <functional>
+#include <span>
+#include <utility>
+
+namespace Libraries::Files::PDF {
+
+namespace {
+
+/// How far from its hash's slot a name may stand. A file made of names that collide would otherwise
+/// take quadratic time: its names find no place here and are simply not shared.
+constexpr std::size_t longestProbe = 16;
+constexpr std::size_t firstSize = 256;
+
+Ref<NameObj> makeName(std::string_view characters) {
+    const auto* codes = reinterpret_cast<const std::uint8_t*>(characters.data());
+    return newValue<NameObj>(made(Host::String::create(std::span(codes, characters.size()))));
+}
+
+} // namespace
+
+NameTable::Slot* NameTable::place(std::size_t hash, std::string_view characters) noexcept {
+    const std::size_t mask = slots_.size() - 1;
+    for (std::size_t step = 0; step < longestProbe; ++step) {
+        Slot& slot = slots_[(hash + step) & mask];
+        if (!slot.name) return &slot;
+        if (slot.hash == hash && slot.name->text()->narrow() == characters) return &slot;
+    }
+    return nullptr;
+}
+
+void NameTable::grow() {
+    std::vector<Slot> former(slots_.empty() ? firstSize : slots_.size() * 2);
+    former.swap(slots_);
+    used_ = 0;
+    for (Slot& slot : former) {
+        if (!slot.name) continue;
+        Slot* moved = place(slot.hash, slot.name->text()->narrow());
+        if (moved == nullptr) continue;
+        *moved = std::move(slot);
+        ++used_;
+    }
+}
+
+Ref<NameObj> NameTable::get(std::string_view characters) {
+    if (used_ * 2 >= slots_.size()) grow();
+    const std::size_t hash = std::hash<std::string_view>{}(characters);
+    Slot* slot = place(hash, characters);
+    if (slot == nullptr) return makeName(characters);
+    if (!slot->name) {
+        slot->name = makeName(characters);
+        slot->hash = hash;
+        ++used_;
+    }
+    return slot->name;
+}
+
+} // namespace Libraries::Files::PDF

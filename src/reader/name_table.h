@@ -1,0 +1,30 @@
+#pragma once
+
+#include "values/scalars.h"
+
+#include <cstddef>
+#include <string_view>
+#include <vector>
+
+namespace Libraries::Files::PDF {
+
+/// The names of one document while it is read: equal ones share an object.
+class NameTable {
+public:
+    /// The name of these characters, which must not be none.
+    [[nodiscard]] Ref<NameObj> get(std::string_view characters);
+
+private:
+    struct Slot {
+        std::size_t hash = 0;
+        Ref<NameObj> name;
+    };
+
+    [[nodiscard]] Slot* place(std::size_t hash, std::string_view characters) noexcept;
+    void grow();
+
+    std::vector<Slot> slots_;
+    std::size_t used_ = 0;
+};
+
+} // namespace Libraries::Files::PDF

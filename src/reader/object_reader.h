@@ -1,0 +1,42 @@
+#pragma once
+
+#include "host/cursor.h"
+#include "reader/scanner.h"
+
+#include <pdf/values.h>
+
+#include <array>
+#include <cstdint>
+#include <string>
+
+namespace Libraries::Files::PDF {
+
+/// Reads indirect objects (ISO 32000-1, 7.3.10): a header line "12 0 obj", then a value, which may
+/// begin on that line. What stands behind the value is not looked at.
+class ObjectReader {
+public:
+    ObjectReader(Host::Cursor& cursor, Scanner& scanner) noexcept
+        : cursor_(cursor), scanner_(scanner) {}
+
+    /// The object at `offset`, which must say that it is the one expected. Null, logged, with no
+    /// code set, on failure. `id` may lie beyond the numbers that an object can have.
+    [[nodiscard]] Ref<Object> read(std::uint64_t id, std::uint16_t generation,
+                                   std::uint64_t offset);
+
+    /// Characters that all calls together have gone through.
+    [[nodiscard]] std::uint64_t charactersRead() const noexcept { return charactersRead_; }
+
+private:
+    [[nodiscard]] Ref<Object> readAt(std::uint64_t id, std::uint16_t generation,
+                                     std::uint64_t offset);
+    [[nodiscard]] bool readHeaderLine();
+    [[nodiscard]] bool checkHeader(std::uint64_t id, std::uint16_t generation,
+                                   std::uint64_t offset) const noexcept;
+
+    Host::Cursor& cursor_;
+    Scanner& scanner_;
+    std::array<std::string, 3> parts_;
+    std::uint64_t charactersRead_ = 0;
+};
+
+} // namespace Libraries::Files::PDF

@@ -1,0 +1,147 @@
+#include "host/numbers.h"
+#include "host/windows_1252.h"
+#include "reader/characters.h"
+#include "reader/scanner.h"
+#include "values/failure.h"
+
+#include <string>
+
+namespace Libraries::Files::PDF {
+
+using Host::Cursor;
+using Libraries::Strings::Encodings::ANSI::Windows_1252;
+
+namespace {
+
+/// Reads the inside of a literal string (ISO 32000-1, 7.3.4.2), with two differences: line endings
+/// must be escaped, and there is no escape for a backslash.
+class LiteralReader {
+public:
+    LiteralReader(Cursor& cursor, Host::StringBuilder& text) noexcept
+        : cursor_(cursor), text_(text) {}
+
+    /// Reads up to the closing parenthesis.
+    [[nodiscard]] bool read();
+
+private:
+    enum class Step { Go, Close, Fail };
+
+    [[nodiscard]] Step take(int code);
+    [[nodiscard]] Step takeEscaped(int code);
+    [[nodiscard]] Step takeLineEnding(int code, bool afterCarriageReturn) noexcept;
+    [[nodiscard]] Step takePlain(int code);
+    [[nodiscard]] bool completeOctal();
+    void takeRun();
+    void add(char32_t code) { text_.append(Windows_1252::toUnicode(code)); }
+
+    Cursor& cursor_;
+    Host::StringBuilder& text_;
+    std::uint64_t depth_ = 0;
+    bool escaped_ = false;
+    bool continued_ = false;
+    std::string octal_;
+};
+
+bool LiteralReader::read() {
+    for (;;) {
+        if (!escaped_ && !continued_ && octal_.empty()) takeRun();
+        const int code = cursor_.next();
+        if (code == Cursor::end) return false;
+        const Step step = take(code);
+        if (step != Step::Go) return step == Step::Close;
+    }
+}
+
+void LiteralReader::takeRun() {
+    const std::string_view ahead = cursor_.ahead();
+    const std::size_t run = Characters::stringStop.find(ahead);
+    text_.append(ahead.substr(0, run));
+    cursor_.skip(run);
+}
+
+LiteralReader::Step LiteralReader::take(int code) {
+    const bool continued = continued_;
+    continued_ = false;
+    if (Characters::isLineEnding(code)) return takeLineEnding(code, continued);
+    if (code == '\\') {
+        if (!completeOctal()) return Step::Fail;
+        escaped_ = true;
+        return Step::Go;
+    }
+    if (escaped_) return takeEscaped(code);
+    if (octal_.size() < 3 && !octal_.empty() && Characters::isOctal(code)) {
+        octal_.push_back(static_cast<char>(code));
+        return Step::Go;
+    }
+    return completeOctal() ? takePlain(code) : Step::Fail;
+}
+
+LiteralReader::Step LiteralReader::takeLineEnding(int code, bool afterCarriageReturn) noexcept {
+    if (!escaped_ && !(code == '\n' && afterCarriageReturn)) return Step::Fail;
+    continued_ = code == '\r';
+    escaped_ = false;
+    return Step::Go;
+}
+
+LiteralReader::Step LiteralReader::takeEscaped(int code) {
+    constexpr std::string_view names = "nrtfb()";
+    constexpr std::string_view meanings = "\n\r\t\f\b()";
+    escaped_ = false;
+    if (Characters::isOctal(code)) {
+        octal_.push_back(static_cast<char>(code));
+        return Step::Go;
+    }
+    const std::size_t known = names.find(static_cast<char>(code));
+    if (known == std::string_view::npos) {
+        report(LogLevel::Error, "Invalid escape character ", static_cast<char32_t>(code),
+               " at offset ", cursor_.position() - 1);
+        return Step::Fail;
+    }
+    add(static_cast<char32_t>(meanings[known]));
+    return Step::Go;
+}
+
+LiteralReader::Step LiteralReader::takePlain(int code) {
+    if (code == ')' && depth_ == 0) return Step::Close;
+    if (code == '(') ++depth_;
+    if (code == ')') --depth_;
+    add(static_cast<char32_t>(code));
+    return Step::Go;
+}
+
+bool LiteralReader::completeOctal() {
+    if (octal_.empty()) return true;
+    const auto code = Host::StrConv::num<std::uint32_t>(octal_, 8);
+    if (!code) {
+        return refuse("Invalid octal escape sequence ", octal_, "; offset ",
+                      cursor_.position() - 1 - octal_.size());
+    }
+    add(static_cast<char32_t>(*code));
+    octal_.clear();
+    return true;
+}
+
+} // namespace
+
+Ref<String> Scanner::readLiteralString() {
+    text_.clear();
+    if (!LiteralReader(cursor_, text_).read()) return nullptr;
+    return newValue<StringObj>(made(text_.build()));
+}
+
+Ref<String> Scanner::readHexString(int firstDigit) {
+    bytes_.clear();
+    bytes_.reserve(128);
+    int high = -1;
+    for (int code = firstDigit; code != '>'; code = cursor_.next()) {
+        if (code == Cursor::end) return nullptr;
+        const int digit = Characters::hexValue(code);
+        if (digit < 0) continue;
+        if (high >= 0) bytes_.push_back(static_cast<unsigned char>(high << 4 | digit));
+        high = high >= 0 ? -1 : digit;
+    }
+    if (high >= 0) bytes_.push_back(static_cast<unsigned char>(high << 4));
+    return newValue<StringObj>(made(Host::TConstArray<unsigned char>::create(bytes_)));
+}
+
+} // namespace Libraries::Files::PDF
