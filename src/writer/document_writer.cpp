@@ -1,0 +1,229 @@
+#include "writer/document_writer.h"
+
+#include "values/failure.h"
+#include "values/scalars.h"
+#include "writer/output.h"
+#include "writer/serializer.h"
+
+#include <algorithm>
+#include <string_view>
+#include <vector>
+
+namespace Libraries::Files::PDF {
+
+using namespace Host::Literals;
+
+namespace {
+
+/// An object that was written and where it begins.
+struct WrittenObject {
+    const Object* object;
+    std::uint64_t offset;
+};
+
+std::string_view headerOf(PdfVersion version) noexcept {
+    switch (version) {
+    case PdfVersion::V1_0:
+        return "%PDF-1.0";
+    case PdfVersion::V1_1:
+        return "%PDF-1.1";
+    case PdfVersion::V1_2:
+        return "%PDF-1.2";
+    case PdfVersion::V1_3:
+        return "%PDF-1.3";
+    case PdfVersion::V1_4:
+        return "%PDF-1.4";
+    case PdfVersion::V1_5:
+        return "%PDF-1.5";
+    case PdfVersion::V1_6:
+        return "%PDF-1.6";
+    case PdfVersion::V1_7:
+        return "%PDF-1.7";
+    case PdfVersion::V2_0:
+        return "%PDF-2.0";
+    default:
+        return {};
+    }
+}
+
+class DocumentWriter {
+public:
+    DocumentWriter(DocumentState& state, Interfaces::Stripe& target,
+                   Serializer::StreamData streamData)
+        : state_(state),
+          output_(target),
+          serializer_(output_, state.lineEnding, std::move(streamData)) {}
+
+    bool write() {
+        const bool written = writeHeader() && writeObjects() && writeXrefAndTrailer();
+        // What was produced before a failure belongs into the target, as far as it takes it.
+        if (!written) output_.flush();
+        return written;
+    }
+
+private:
+    bool writeHeader();
+    bool writeObjects();
+    bool writeObject(const Object& object, bool last);
+    bool writeObjectLines(const Object& object, bool last);
+    bool writeXrefAndTrailer();
+    bool writeXref();
+    bool writeTrailer(std::uint64_t xrefOffset);
+    bool writeXrefLine(std::uint64_t offset, std::uint64_t generation, std::string_view kind);
+
+    bool writeLine(std::string_view line);
+    /// Ends the line that began at offset `start`.
+    bool endLine(std::uint64_t start);
+    bool writeValue(const Ref<Value>& value);
+    [[nodiscard]] std::uint64_t entryCount() const noexcept { return written_.size() + 1; }
+
+    DocumentState& state_;
+    Output output_;
+    Serializer serializer_;
+    std::vector<WrittenObject> written_;
+};
+
+bool DocumentWriter::writeLine(std::string_view line) {
+    const std::uint64_t start = output_.offset();
+    output_.append(line);
+    return endLine(start);
+}
+
+bool DocumentWriter::endLine(std::uint64_t start) {
+    const std::uint64_t length = output_.offset() - start;
+    if (!output_.release()) return refuse("Failed to write string of length ", length);
+    if (state_.lineEnding.size() > 2) {
+        Host::log(Host::SysLogFilter::global, LogLevel::Error,
+                  "ASSERT CONDITION _lineEnding->length() <= 2 FAILED IN LINE ",
+                  static_cast<unsigned>(__LINE__), ", FUNCTION ",
+                  "Libraries::Files::PDF::DocumentObj::writeLine");
+    }
+    return output_.append(state_.lineEnding) || refuse("Failed to write line ending");
+}
+
+bool DocumentWriter::writeValue(const Ref<Value>& value) {
+    const std::uint64_t start = output_.offset();
+    if (!serializer_.write(value)) return refuse("Failed to convert value to buffer");
+    const std::uint64_t size = output_.offset() - start;
+    return output_.release() || refuse("Failed to write buffer of size ", size);
+}
+
+bool DocumentWriter::writeHeader() {
+    const std::string_view header = headerOf(state_.version);
+    if (header.empty()) {
+        report(LogLevel::Warning, "PDF version can not be converted to string ", state_.version);
+        report(LogLevel::Error, "Failed to convert version to string: ", state_.version);
+        return fail(VersionNotWritten, "Failed to write PDF version");
+    }
+    // A target that takes nothing is found out here, not behind the first block.
+    if (!writeLine(header) || !output_.flush()) {
+        return fail(VersionNotWritten, "Failed to write PDF version");
+    }
+    return true;
+}
+
+bool DocumentWriter::writeObjects() {
+    std::vector<const Object*> sorted;
+    sorted.reserve(state_.objects.size());
+    for (const auto& slot : state_.objects.slots())
+        sorted.push_back(slot.object.get());
+    if (!state_.objects.ascending()) std::ranges::stable_sort(sorted, {}, &Object::id);
+
+    written_.reserve(sorted.size());
+    for (std::size_t index = 0; index < sorted.size(); ++index) {
+        if (!writeObject(*sorted[index], index + 1 == sorted.size())) return false;
+    }
+    return true;
+}
+
+bool DocumentWriter::writeObject(const Object& object, bool last) {
+    const std::uint64_t offset = output_.offset();
+    if (!writeObjectLines(object, last)) {
+        return fail(ObjectNotWritten, "Failed to write object ", object.asText());
+    }
+    written_.push_back({&object, offset});
+    return true;
+}
+
+bool DocumentWriter::writeObjectLines(const Object& object, bool last) {
+    const Ref<Value> value = object.value();
+    if (!value) return refuse("Object has no value: ", object.asText());
+    const std::uint64_t start = output_.offset();
+    output_.appendNumber(std::uint64_t{object.id()});
+    output_.append(' ');
+    output_.appendNumber(std::uint64_t{object.generation()});
+    output_.append(" obj");
+    if (!endLine(start)) {
+        return refuse("Failed to write header for object ", object.asText());
+    }
+    if (!writeValue(value)) {
+        return refuse("Failed to write value of object ", object.asText());
+    }
+    if (!writeLine({})) return false;
+    // Behind the last object everything goes out, so that a fault is told from one of the trailer.
+    if (!writeLine("endobj") || (last && !output_.flush())) {
+        return refuse("Failed to write trailer for object ", object.asText());
+    }
+    return true;
+}
+
+bool DocumentWriter::writeXrefAndTrailer() {
+    const std::uint64_t xrefOffset = output_.offset();
+    if (writeXref() && writeTrailer(xrefOffset)) return true;
+    return fail(TrailerNotWritten, "Failed to write trailer");
+}
+
+bool DocumentWriter::writeXref() {
+    if (!writeLine("xref")) return refuse("Failed to write xref keyword");
+    const std::uint64_t start = output_.offset();
+    output_.appendNumber(std::uint64_t{state_.xrefFirstId});
+    output_.append(' ');
+    output_.appendNumber(entryCount());
+    if (!endLine(start)) return refuse("Failed to write xref header");
+    if (!writeXrefLine(0, 65535, " f")) return refuse("Failed to write initial xref line");
+    for (const WrittenObject& entry : written_) {
+        if (!writeXrefLine(entry.offset, entry.object->generation(), " n")) {
+            return refuse("Failed to write xref line");
+        }
+    }
+    return true;
+}
+
+bool DocumentWriter::writeXrefLine(std::uint64_t offset, std::uint64_t generation,
+                                   std::string_view kind) {
+    // Entries are 20 bytes long (ISO 32000-1, 7.5.4), whatever the line ending.
+    const std::string_view separator = state_.lineEnding.size() < 2 ? " " : "";
+    const std::uint64_t start = output_.offset();
+    output_.appendNumber(offset, 10);
+    output_.append(' ');
+    output_.appendNumber(generation, 5);
+    output_.append(kind);
+    output_.append(separator);
+    return endLine(start);
+}
+
+bool DocumentWriter::writeTrailer(std::uint64_t xrefOffset) {
+    if (!writeLine("trailer")) return refuse("Failed to write trailer keyword");
+    const Ref<Value> size =
+        Host::make<NumberObj>(static_cast<std::int64_t>(entryCount()), std::uint64_t{0});
+    if (!size || !state_.trailer || !state_.trailer->set("Size"_str, size)) {
+        return refuse("Failed to update trailer dictionary Size entry");
+    }
+    if (!writeValue(state_.trailer)) return refuse("Failed to write trailer dictionary");
+    output_.append(state_.lineEnding);
+    if (!writeLine("startxref")) return refuse("Failed to write startxref keyword");
+    const std::uint64_t start = output_.offset();
+    output_.appendNumber(xrefOffset);
+    if (!endLine(start)) return refuse("Failed to write xref offset");
+    if (!writeLine("%%EOF") || !output_.flush()) return refuse("Failed to write EOF marker");
+    return true;
+}
+
+} // namespace
+
+bool writeDocument(DocumentState& state, Interfaces::Stripe& target,
+                   const std::function<Ref<Interfaces::Stripe>(const Ref<Stream>&)>& streamData) {
+    return DocumentWriter(state, target, streamData).write();
+}
+
+} // namespace Libraries::Files::PDF

@@ -1,0 +1,169 @@
+#include "writer/serializer.h"
+
+#include "values/array.h"
+#include "values/dictionary.h"
+#include "values/failure.h"
+#include "values/nesting.h"
+#include "values/scalars.h"
+#include "writer/strings.h"
+
+#include <limits>
+
+namespace Libraries::Files::PDF {
+
+namespace {
+
+/// The value under the interface of its kind, or the failure of that kind.
+template <class Interface>
+Interface* typed(Value& value, const char* message) noexcept {
+    Interface* result = as<Interface>(&value);
+    if (result == nullptr) fail(InvalidArgument, message);
+    return result;
+}
+
+} // namespace
+
+bool Serializer::write(const Ref<Value>& value) {
+    if (!value) return fail(NullArgument);
+    const std::uint64_t start = output_.offset();
+    if (writeValue(*value)) return true;
+    output_.takeBack(start);
+    return false;
+}
+
+bool Serializer::writeValue(Value& value) {
+    switch (value.type()) {
+    case Value::Type::Name: {
+        const auto* name = typed<Name>(value, "Failed to cast name to Name");
+        return name != nullptr && writeName(*name);
+    }
+    case Value::Type::Boolean: {
+        const auto* boolean = typed<Boolean>(value, "Failed to cast boolean to Boolean");
+        return boolean != nullptr && output_.append(boolean->value() ? "true" : "false");
+    }
+    case Value::Type::Number: {
+        const auto* number = typed<Number>(value, "Failed to cast number to Number");
+        return number != nullptr && writeNumber(*number);
+    }
+    case Value::Type::String: {
+        const auto* string = typed<String>(value, "Failed to cast string to String");
+        return string != nullptr && writeString(*string);
+    }
+    case Value::Type::ObjectRef: {
+        const auto* ref = typed<ObjectRef>(value, "Failed to cast object reference to ObjectRef");
+        return ref != nullptr && writeReference(*ref);
+    }
+    case Value::Type::Dictionary: {
+        const auto* dict = typed<Dictionary>(value, "Failed to convert dictionary to Dictionary");
+        return dict != nullptr && writeDictionary(*dict);
+    }
+    case Value::Type::Stream: {
+        auto* stream = typed<Stream>(value, "Failed to convert stream to Stream");
+        return stream != nullptr && writeStream(*stream);
+    }
+    case Value::Type::Array: {
+        const auto* array = typed<Array>(value, "Failed to cast array to Array");
+        return array != nullptr && writeArray(*array);
+    }
+    case Value::Type::Null:
+        return typed<Null>(value, "Failed to cast value to Null") != nullptr &&
+               output_.append("null");
+    default:
+        return fail(InvalidArgument, "Writing not supported for value of type ", value.type());
+    }
+}
+
+bool Serializer::writeName(const Name& name) {
+    const Ref<Host::String> text = name.name();
+    return text ? writeKey(*text) : fail(InvalidArgument, "Failed to cast name to Name");
+}
+
+bool Serializer::writeKey(const Host::String& key) {
+    return output_.append('/') && writeCodes(output_, key);
+}
+
+bool Serializer::writeNumber(const Number& number) {
+    const std::uint64_t fraction = number.fraction();
+    return output_.appendNumber(number.integer()) &&
+           (fraction == 0 || (output_.append('.') && output_.appendNumber(fraction)));
+}
+
+bool Serializer::writeString(const String& string) {
+    if (const auto text = string.text()) return writeLiteralString(output_, *text);
+    if (const auto bytes = string.bytes()) return writeHexString(output_, bytes->span());
+    return fail(InvalidArgument, "Invalid Stirng value");
+}
+
+bool Serializer::writeReference(const ObjectRef& ref) {
+    return output_.appendNumber(std::uint64_t{ref.id()}) && output_.append(' ') &&
+           output_.appendNumber(std::uint64_t{ref.generation()}) && output_.append(" R");
+}
+
+bool Serializer::writeArray(const Array& array) {
+    const Nesting nesting(depth_);
+    if (nesting.tooDeep() || !output_.append('[')) return fail(StepFailed);
+    for (std::uint64_t index = 0; index < array.size(); ++index) {
+        const Ref<Value> element = array.get(index);
+        if (!element) return fail(InvalidArgument, "Array element is NULL: ", index);
+        if (!output_.append(' ') || !writeValue(*element)) {
+            return fail(StepFailed, "Failed to convert value of array element to buffer ", index);
+        }
+    }
+    return output_.append(" ]");
+}
+
+bool Serializer::writeDictionary(const Dictionary& dict) {
+    const Nesting nesting(depth_);
+    if (nesting.tooDeep() || !output_.append("<<")) return fail(StepFailed);
+    if (typeid(dict) == typeid(DictionaryObj)) {
+        for (const auto& entry : static_cast<const DictionaryObj&>(dict).entries()) {
+            if (!writeEntry(*entry.key, entry.value.get())) return false;
+        }
+        return output_.append(" >>");
+    }
+    const auto keys = dict.keys();
+    if (!keys) return fail(InvalidArgument, "Failed to retrieve keys of dictionary");
+    for (std::size_t index = 0; index < keys->size(); ++index) {
+        const Ref<Host::String>& key = (*keys)[index];
+        if (!key) return fail(InvalidArgument, "Failed to retrieve dictionary key ", index);
+        if (!writeEntry(*key, dict.find(key).get())) return false;
+    }
+    return output_.append(" >>");
+}
+
+bool Serializer::writeEntry(const Host::String& key, Value* value) {
+    if (value == nullptr) {
+        return fail(InvalidArgument, "Failed to retrieve value for dictionary key ", key);
+    }
+    if (!output_.append(' ') || !writeKey(key) || !output_.append(' ') || !writeValue(*value)) {
+        return fail(StepFailed, "Failed to convert value of dictionary key to buffer: ", key);
+    }
+    return true;
+}
+
+bool Serializer::writeStream(Stream& stream) {
+    const Ref<Dictionary> dict = stream.dict();
+    if (!dict) return fail(InvalidArgument, "Stream has no dictionary");
+    const Ref<Interfaces::Stripe> data = streamData_(Ref<Stream>(&stream));
+    if (!data) return fail(InvalidArgument, "Failed to retrieve data of stream");
+    if (!writeDictionary(*dict)) {
+        return fail(StepFailed, "Failed to convert stream dictionary to buffer");
+    }
+    if (!output_.append(lineEnding_) || !output_.append("stream")) return fail(StepFailed);
+    if (data->size() > std::numeric_limits<std::uint32_t>::max()) {
+        return fail(OutOfRange, "Stream is too large");
+    }
+    return writeData(*data) && output_.append("endstream");
+}
+
+bool Serializer::writeData(Interfaces::Stripe& data) {
+    if (data.size() == 0) return output_.append(lineEnding_);
+    if (data.position(0) != 0) return fail(StepFailed, "Failed to navigate stream data");
+    std::uint8_t last = 0;
+    if (!output_.append(lineEnding_) || !output_.appendData(data, last)) {
+        return fail(StepFailed, "Failed to retrieve stream data");
+    }
+    return last == '\r' || last == '\n' || output_.append(lineEnding_);
+}
+
+} // namespace Libraries::Files::PDF
