@@ -4,12 +4,12 @@
 /// Containers that are passed around: counted arrays and vectors.
 
 #include <host/error.h>
+#include <host/heap.h>
 #include <host/ref.h>
 
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <new>
 #include <span>
@@ -40,7 +40,7 @@ public:
     /// A copy of `items`; null with `OutOfMemory` set when memory is exhausted.
     [[nodiscard]] static Ref<TConstArray> create(std::span<const T> items) noexcept {
         if (items.size() > (SIZE_MAX - sizeof(TConstArray)) / sizeof(T)) return outOfMemory();
-        void* memory = std::malloc(sizeof(TConstArray) + items.size_bytes());
+        void* memory = Heap::alloc(sizeof(TConstArray) + items.size_bytes());
         if (memory == nullptr) return outOfMemory();
         auto* array = new (memory) TConstArray(items.size());
         if (!items.empty()) std::memcpy(array->begin(), items.data(), items.size_bytes());
@@ -59,8 +59,9 @@ public:
     void incRef() const noexcept { count_.fetch_add(1, std::memory_order_relaxed); }
     void decRef() const noexcept {
         if (count_.fetch_sub(1, std::memory_order_acq_rel) != 1) return;
+        const std::size_t bytes = sizeof(TConstArray) + size_ * sizeof(T);
         this->~TConstArray();
-        std::free(const_cast<TConstArray*>(this));
+        Heap::free(const_cast<TConstArray*>(this), bytes);
     }
 
 private:

@@ -8,6 +8,7 @@
 
 #include <host/error.h>
 #include <host/export.h>
+#include <host/heap.h>
 
 #include <atomic>
 #include <cstddef>
@@ -99,6 +100,19 @@ public:
 
     void decRef() const noexcept {
         if (count_.fetch_sub(1, std::memory_order_acq_rel) == 1) delete this;
+    }
+
+    /// Counted objects live in the library's heap, wherever their class is from.
+    static void* operator new(std::size_t size) {
+        void* memory = Heap::alloc(size);
+        if (memory == nullptr) throw std::bad_alloc();
+        return memory;
+    }
+    static void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+        return Heap::alloc(size);
+    }
+    static void operator delete(void* memory, std::size_t size) noexcept {
+        Heap::free(memory, size);
     }
 
 protected:

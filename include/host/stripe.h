@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <span>
 
 namespace Interfaces {
@@ -129,7 +130,12 @@ public:
     bool reserve(std::size_t capacity) noexcept;
     /// Grows or shrinks; new bytes are not initialised. False as for `reserve`.
     bool resize(std::size_t size) noexcept;
-    bool append(const void* bytes, std::size_t count) noexcept;
+    bool append(const void* bytes, std::size_t count) noexcept {
+        if (count > capacity_ - size_ && !grow(count)) return false;
+        if (count != 0) std::memcpy(data_ + size_, bytes, count);
+        size_ += count;
+        return true;
+    }
     /// Empties the buffer and keeps its memory.
     void clear() noexcept { size_ = 0; }
     /// Gives memory beyond `size()` back.
@@ -141,6 +147,9 @@ public:
     }
 
 private:
+    /// Makes room for `count` more bytes, and then some.
+    bool grow(std::size_t count) noexcept;
+
     std::uint8_t* data_ = nullptr;
     std::size_t size_ = 0;
     std::size_t capacity_ = 0;

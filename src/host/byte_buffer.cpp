@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
-#include <cstring>
 
 namespace Host {
 
@@ -46,13 +45,8 @@ bool ByteBuffer::resize(std::size_t size) noexcept {
     return true;
 }
 
-bool ByteBuffer::append(const void* bytes, std::size_t count) noexcept {
-    if (count == 0) return true;
-    if (count > largest - size_) return outOfMemory();
-    if (!reserve(size_ + count)) return false;
-    std::memcpy(data_ + size_, bytes, count);
-    size_ += count;
-    return true;
+bool ByteBuffer::grow(std::size_t count) noexcept {
+    return count <= largest - size_ ? reserve(size_ + count) : outOfMemory();
 }
 
 void ByteBuffer::shrink() noexcept {

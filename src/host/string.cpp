@@ -1,9 +1,9 @@
 #include "host/unicode.h"
 
+#include <host/heap.h>
 #include <host/string.h>
 
 #include <charconv>
-#include <cstdlib>
 #include <cstring>
 #include <new>
 
@@ -47,7 +47,7 @@ Ref<String> String::fill(Walk walk, std::uint64_t length) noexcept {
         Error::set(OutOfMemory);
         return nullptr;
     }
-    void* memory = std::malloc(sizeof(String) + length * sizeof(Code));
+    void* memory = Heap::alloc(sizeof(String) + length * sizeof(Code));
     if (memory == nullptr) {
         Error::set(OutOfMemory);
         return nullptr;
@@ -68,8 +68,10 @@ Ref<String> String::build(Walk walk) noexcept {
 }
 
 void String::destroy(const String* string) noexcept {
+    const std::size_t codeSize = string->wide() ? sizeof(char32_t) : sizeof(char);
+    const std::size_t size = sizeof(String) + string->length() * codeSize;
     string->~String();
-    std::free(const_cast<String*>(string));
+    Heap::free(const_cast<String*>(string), size);
 }
 
 Ref<String> String::create(std::string_view utf8) noexcept {

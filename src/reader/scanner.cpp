@@ -125,8 +125,24 @@ Ref<Name> Scanner::readName() {
     return names_.get(name_);
 }
 
+namespace {
+
+/// A whole number so short that it cannot overflow, without a sign: what most numbers are.
+std::optional<std::int64_t> shortInteger(std::string_view token) noexcept {
+    if (token.size() > 18) return std::nullopt;
+    std::int64_t number = 0;
+    for (char digit : token) {
+        if (!Characters::isDigit(digit)) return std::nullopt;
+        number = number * 10 + (digit - '0');
+    }
+    return number;
+}
+
+} // namespace
+
 std::optional<Scanner::Item> Scanner::readNumber(std::string_view token, std::uint64_t offset,
                                                  Place place) {
+    if (const auto number = shortInteger(token)) return Item{nullptr, *number, 0};
     const std::size_t point = token.find('.');
     const bool real = point != std::string_view::npos;
     const auto integer = Host::StrConv::num<std::int64_t>(token.substr(0, point));

@@ -48,7 +48,7 @@ Ref<Value> Scanner::takeValue(Item& item) {
 }
 
 Ref<Array> Scanner::takeArray(std::size_t first) {
-    std::vector<Ref<Value>> elements;
+    ArrayObj::Elements elements;
     elements.reserve(items_.size() - first);
     for (std::size_t index = first; index < items_.size(); ++index) {
         elements.push_back(takeValue(items_[index]));
@@ -61,7 +61,7 @@ Ref<Dictionary> Scanner::takeDictionary(std::size_t first, std::uint64_t offset)
     if (count % 2 != 0) {
         return refuse("Uneven number of values in dictionary: ", count, "; offset: ", offset);
     }
-    std::vector<DictionaryObj::Entry> entries;
+    DictionaryObj::Entries entries;
     entries.reserve(count / 2);
     for (std::size_t index = first; index < items_.size(); index += 2) {
         const NameObj* key = static_cast<NameObj*>(ofKind<Name>(items_[index].value));

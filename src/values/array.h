@@ -4,6 +4,8 @@
 
 #include <pdf/values.h>
 
+#include <host/heap.h>
+
 #include <cstdint>
 #include <utility>
 #include <vector>
@@ -12,7 +14,9 @@ namespace Libraries::Files::PDF {
 
 class ArrayObj final : public ValueObj<Array, Value::Type::Array> {
 public:
-    explicit ArrayObj(std::vector<Ref<Value>> elements = {}) noexcept
+    using Elements = std::vector<Ref<Value>, Host::HeapAllocator<Ref<Value>>>;
+
+    explicit ArrayObj(Elements elements = {}) noexcept
         : elements_(std::move(elements)) {}
 
     [[nodiscard]] std::uint64_t size() const noexcept override { return elements_.size(); }
@@ -22,7 +26,7 @@ public:
     [[nodiscard]] bool equal(Ref<Value> other) const noexcept override;
 
 private:
-    std::vector<Ref<Value>> elements_;
+    Elements elements_;
 };
 
 template <>

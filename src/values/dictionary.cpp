@@ -8,15 +8,28 @@
 #include "values/typed_access.h"
 
 #include <algorithm>
+#include <string_view>
 
 namespace Libraries::Files::PDF {
 
 namespace {
 
 using Entry = DictionaryObj::Entry;
+using Entries = DictionaryObj::Entries;
+
+/// Most keys differ in their first character, and equal ones are mostly the same object.
+bool precedes(const Host::String& left, const Host::String& right) noexcept {
+    if (&left == &right) return false;
+    const std::string_view a = left.narrow();
+    const std::string_view b = right.narrow();
+    if (!a.empty() && !b.empty() && a[0] != b[0]) {
+        return static_cast<unsigned char>(a[0]) < static_cast<unsigned char>(b[0]);
+    }
+    return left < right;
+}
 
 bool ascending(const Entry& left, const Entry& right) noexcept {
-    return left.key != right.key && *left.key < *right.key;
+    return precedes(*left.key, *right.key);
 }
 
 bool strictlyAscending(std::span<const Entry> entries) noexcept {
@@ -26,7 +39,7 @@ bool strictlyAscending(std::span<const Entry> entries) noexcept {
     return true;
 }
 
-void insertionSort(std::vector<Entry>& entries) noexcept {
+void insertionSort(Entries& entries) noexcept {
     for (std::size_t index = 1; index < entries.size(); ++index) {
         std::size_t place = index;
         while (place > 0 && ascending(entries[place], entries[place - 1])) {
@@ -37,7 +50,7 @@ void insertionSort(std::vector<Entry>& entries) noexcept {
 }
 
 /// Of each run of equal keys only the last entry stays.
-void dropShadowed(std::vector<Entry>& entries) noexcept {
+void dropShadowed(Entries& entries) noexcept {
     std::size_t kept = 0;
     for (std::size_t index = 0; index < entries.size(); ++index) {
         const bool shadowed =
@@ -97,7 +110,7 @@ Ref<String> Dictionary::findAsString(const Ref<Host::String>& key, bool quiet) c
     return findAs<String>(*this, key, quiet, "Failed to cast value to String");
 }
 
-DictionaryObj::DictionaryObj(std::vector<Entry> entries) : entries_(std::move(entries)) {
+DictionaryObj::DictionaryObj(Entries entries) : entries_(std::move(entries)) {
     if (strictlyAscending(entries_)) return;
     if (entries_.size() <= smallDictionary) {
         insertionSort(entries_);
@@ -108,9 +121,8 @@ DictionaryObj::DictionaryObj(std::vector<Entry> entries) : entries_(std::move(en
 }
 
 std::size_t DictionaryObj::lowerBound(const Host::String& key) const noexcept {
-    const auto place = std::partition_point(entries_.begin(), entries_.end(), [&](const Entry& e) {
-        return e.key.get() != &key && *e.key < key;
-    });
+    const auto place = std::partition_point(
+        entries_.begin(), entries_.end(), [&](const Entry& e) { return precedes(*e.key, key); });
     return static_cast<std::size_t>(place - entries_.begin());
 }
 

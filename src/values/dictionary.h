@@ -4,6 +4,8 @@
 
 #include <pdf/values.h>
 
+#include <host/heap.h>
+
 #include <cstdint>
 #include <span>
 #include <utility>
@@ -18,9 +20,11 @@ public:
         Ref<Value> value;
     };
 
+    using Entries = std::vector<Entry, Host::HeapAllocator<Entry>>;
+
     DictionaryObj() noexcept = default;
     /// Of entries in any order; the last one of equal keys counts. Not modified.
-    explicit DictionaryObj(std::vector<Entry> entries);
+    explicit DictionaryObj(Entries entries);
 
     [[nodiscard]] Ref<Host::TVector<Ref<Host::String>>> keys() const noexcept override;
     [[nodiscard]] Ref<Value> find(const Ref<Host::String>& key) const noexcept override;
@@ -39,8 +43,8 @@ private:
     [[nodiscard]] std::size_t lowerBound(const Host::String& key) const noexcept;
     [[nodiscard]] bool holds(std::size_t place, const Host::String& key) const noexcept;
 
-    std::vector<Entry> entries_;
-    bool modified_ = false;
+    bool modified_ = false; // first: it finds room beside the count
+    Entries entries_;
 };
 
 template <>
