@@ -1,0 +1,53 @@
+// Prints what a document consists of, one fact per line.
+
+#include "program.h"
+
+namespace {
+
+using namespace Libraries::Files::PDF;
+
+const char* text(PdfVersion version) {
+    static constexpr const char* names[] = {"unsupported", "1.0", "1.1", "1.2", "1.3",
+                                            "1.4",         "1.5", "1.6", "1.7"};
+    const auto index = static_cast<std::size_t>(version);
+    if (version == PdfVersion::V2_0) return "2.0";
+    return index < std::size(names) ? names[index] : names[0];
+}
+
+const char* lineEndingName(std::string_view ending) {
+    if (ending == "\r\n") return "CRLF";
+    return ending == "\r" ? "CR" : "LF";
+}
+
+void print(const Document& document, const std::vector<Host::Ref<Object>>& pages) {
+    const auto objects = document.getObjects();
+    std::printf("version %s\n", text(document.version()));
+    std::printf("line-ending %s\n", lineEndingName(document.lineEnding()));
+    std::printf("objects %zu\n", objects.size());
+    std::printf("pages %zu\n", pages.size());
+    for (const auto& object : objects) {
+        std::printf("object %u %u %u\n", object->id(), object->generation(),
+                    static_cast<unsigned>(object->valueType()));
+    }
+    for (std::size_t index = 0; index < pages.size(); ++index) {
+        std::printf("page %zu %u %u\n", index, pages[index]->id(), pages[index]->generation());
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const Program::Arguments arguments(argc, argv);
+    if (!arguments.are(1)) return Program::usage("inspect FILE");
+
+    const auto document = Program::open(arguments[0]);
+    if (!document) return Program::failure();
+
+    // An empty list of pages is a failure only when it says so.
+    Host::Error::set(Host::NoError);
+    const auto pages = document->getPages();
+    if (pages.empty() && Host::Error::get() != Host::NoError) return Program::failure();
+
+    print(*document, pages);
+    return Program::finishOutput();
+}

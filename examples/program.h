@@ -1,0 +1,100 @@
+#pragma once
+
+/// @file
+/// What the example programs share: arguments, failures, opening and saving.
+
+#include <host/files.h>
+#include <pdf/document.h>
+#include <pdf/errors.h>
+
+#include <algorithm>
+#include <charconv>
+#include <cstdint>
+#include <cstdio>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+namespace Program {
+
+using Host::Ref;
+using Libraries::Files::PDF::Document;
+
+/// The arguments of a program, options apart.
+class Arguments {
+public:
+    Arguments(int count, char** values) : values_(values + std::min(count, 1), values + count) {}
+
+    /// Whether `option` was given; takes it out.
+    bool take(std::string_view option) { return std::erase(values_, option) != 0; }
+
+    /// Whether this many arguments are left, and no option that nobody took.
+    [[nodiscard]] bool are(std::size_t count) const {
+        return values_.size() == count &&
+               std::ranges::none_of(values_, [](auto value) { return value.starts_with("--"); });
+    }
+
+    std::string_view operator[](std::size_t index) const { return values_[index]; }
+
+private:
+    std::vector<std::string_view> values_;
+};
+
+/// The decimal number that `text` is, or nothing where it is none or does not fit.
+template <class Number>
+std::optional<Number> number(std::string_view text) {
+    Number result{};
+    const char* end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, result);
+    if (error != std::errc{} || stop != end) return std::nullopt;
+    return result;
+}
+
+/// Reports wrong usage; gives the exit status.
+inline int usage(const char* line) {
+    std::fprintf(stderr, "usage: %s\n", line);
+    return 2;
+}
+
+/// Reports the thread's error code, or `code`; gives the exit status.
+inline int failure(std::uint32_t code = Host::Error::get()) {
+    std::fprintf(stderr, "error %u (0x%X): %s\n", code, code,
+                 Libraries::Files::PDF::errorText(code));
+    return 1;
+}
+
+/// Opens the document in the file at `path`; null with the error code set.
+inline Ref<Document> open(std::string_view path) {
+    const Ref<Host::FileSource> source = Host::FileSource::open(path);
+    return source ? Document::create(source) : nullptr;
+}
+
+/// Saves `document` to the file at `path` and gives the exit status.
+///
+/// With `verify`, what was written must open before it takes the place of a file that is there:
+/// not every document that can be loaded has a rewrite that can.
+inline int save(Document& document, std::string_view path, bool verify) {
+    const Ref<Host::FileTarget> target = Host::FileTarget::create(path);
+    if (!target || !document.write(target)) return failure();
+    if (verify) {
+        const Ref<Host::FileSource> written = target->written();
+        if (!written) return failure();
+        if (!Document::create(written)) {
+            const std::uint32_t code = Host::Error::get();
+            std::fprintf(stderr, "the result would not open; %s is left as it was\n",
+                         std::string(path).c_str());
+            return failure(code);
+        }
+    }
+    return target->commit() ? 0 : failure();
+}
+
+/// Gives standard output's pending data out; gives the exit status.
+inline int finishOutput() {
+    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) return failure(Host::FileNotWritten);
+    return 0;
+}
+
+} // namespace Program

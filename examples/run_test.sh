@@ -1,0 +1,211 @@
+#!/bin/sh
+# usage: run_test.sh CASE PROGRAMS SAMPLES WORK [SAMPLE]
+# One test of the example programs in PROGRAMS, in the folder WORK:
+#   rewrite     SAMPLE through inspect and rewrite
+#   recompress  SAMPLE with all streams plain, then compressed again
+#   streams     stream data of known samples
+#   usage       arguments that are wrong
+#   errors      input that does not open, output that cannot be made
+#   verify      a document whose rewrite does not open
+set -eu
+LC_ALL=C
+export LC_ALL
+
+case_name=$1
+programs=$2
+samples=$3
+work=$4
+sample=${5:-}
+
+fail() {
+    echo "FAILED: $*" >&2
+    exit 1
+}
+
+same() {
+    cmp -s "$1" "$2" || fail "$1 and $2 differ"
+}
+
+# status WANTED COMMAND... runs the command, whose output lands in $work/out and $work/err.
+status() {
+    wanted=$1
+    shift
+    got=0
+    "$@" >"$work/out" 2>"$work/err" || got=$?
+    [ "$got" -eq "$wanted" ] || fail "$* gave $got instead of $wanted: $(cat "$work/err")"
+}
+
+# reports CODE HEX checks that the program that ran last printed one error line, of this code.
+reports() {
+    [ "$(grep -c '^error ' "$work/err")" -eq 1 ] || fail "error lines: $(cat "$work/err")"
+    grep -Eq "^error $1 \(0x$2\): [^ ].*\$" "$work/err" || fail "not $1: $(cat "$work/err")"
+    [ ! -s "$work/out" ] || fail "something on standard output beside error $1"
+}
+
+# document NAME OBJECTS ENTRIES writes a file of those objects, lines of "ID VALUE", with a table
+# of those entries, lines of "ID KIND".
+document() {
+    path=$work/$1
+    printf '%%PDF-1.4\n' >"$path"
+    : >"$work/offsets"
+    printf '%s\n' "$2" | while read -r id value; do
+        printf '%s %d\n' "$id" $(($(wc -c <"$path"))) >>"$work/offsets"
+        printf '%s 0 obj\n%s\nendobj\n' "$id" "$value" >>"$path"
+    done
+    start=$(($(wc -c <"$path")))
+    printf 'xref\n0 %d\n' "$(printf '%s\n' "$3" | wc -l)" >>"$path"
+    printf '%s\n' "$3" | while read -r id kind; do
+        offset=$(sed -n "s/^$id  *//p" "$work/offsets")
+        printf '%010d %05d %s \n' "${offset:-0}" 0 "$kind" >>"$path"
+    done
+    printf 'trailer\n<</Size 5/Root 1 0 R>>\nstartxref\n%d\n%%%%EOF\n' "$start" >>"$path"
+}
+
+# A document is the same after a rewrite, and the second rewrite is the first, byte by byte.
+test_rewrite() {
+    "$programs/inspect" "$samples/$sample" >"$work/before"
+    "$programs/rewrite" "$samples/$sample" "$work/first.pdf"
+    "$programs/rewrite" "$work/first.pdf" "$work/second.pdf"
+    same "$work/first.pdf" "$work/second.pdf"
+    "$programs/inspect" "$work/first.pdf" >"$work/after"
+    same "$work/before" "$work/after"
+    objects=$(sed -n 's/^objects //p' "$work/before")
+    [ "$objects" -gt 0 ] || fail "no objects"
+    [ "$(grep -c '^object ' "$work/before")" -eq "$objects" ] || fail "object lines"
+    [ "$(grep -c '^page ' "$work/before")" -eq "$(sed -n 's/^pages //p' "$work/before")" ] ||
+        fail "page lines"
+}
+
+# Streams hold the same data whatever their compression.
+test_recompress() {
+    "$programs/inspect" "$samples/$sample" >"$work/before"
+    "$programs/recompress" none "$samples/$sample" "$work/none.pdf"
+    "$programs/recompress" flate "$work/none.pdf" "$work/flate.pdf"
+    for kind in none flate; do
+        "$programs/inspect" "$work/$kind.pdf" >"$work/after"
+        same "$work/before" "$work/after"
+    done
+    sed -n 's/^object \([0-9]*\) \([0-9]*\) 7$/\1 \2/p' "$work/before" >"$work/streams"
+    [ -s "$work/streams" ] || fail "no streams"
+    while read -r id generation; do
+        "$programs/streams" "$samples/$sample" "$id" "$generation" >"$work/wanted"
+        # Streams of several filters stay as they are; all others are stored plainly.
+        if "$programs/streams" "$samples/$sample" "$id" "$generation" --decode \
+            >"$work/decoded" 2>"$work/err"; then
+            mv "$work/decoded" "$work/wanted"
+        fi
+        "$programs/streams" "$work/none.pdf" "$id" "$generation" >"$work/none"
+        same "$work/wanted" "$work/none"
+        "$programs/streams" "$work/flate.pdf" "$id" "$generation" --decode >"$work/flate" \
+            2>"$work/err" || "$programs/streams" "$work/flate.pdf" "$id" "$generation" >"$work/flate"
+        same "$work/wanted" "$work/flate"
+    done <"$work/streams"
+}
+
+test_streams() {
+    # Name, object, where its data lies in the file, checksum and length of the decoded data.
+    while read -r name id offset length decoded; do
+        tail -c "+$((offset + 1))" "$samples/$name" | head -c "$length" >"$work/wanted"
+        "$programs/streams" "$samples/$name" "$id" 0 >"$work/raw"
+        same "$work/wanted" "$work/raw"
+        got=$("$programs/streams" "$samples/$name" "$id" 0 --decode | cksum)
+        [ "$got" = "$decoded" ] || fail "$name, object $id: decoded data is $got"
+    done <<ROWS
+typeset-report.pdf 4 181 216 3578400841 437
+browser-print.pdf 9 697 2266 415372378 9339
+ROWS
+    status 1 "$programs/streams" "$samples/typeset-report.pdf" 1 0
+    reports 1288 508
+    status 1 "$programs/streams" "$samples/typeset-report.pdf" 4 1
+    reports 33921 8481
+    status 1 "$programs/streams" "$samples/plain-2pages.pdf" 8 0 --decode
+    reports 1305 519
+    [ ! -w /dev/full ] || {
+        got=0
+        "$programs/streams" "$samples/typeset-report.pdf" 4 0 >/dev/full 2>"$work/err" || got=$?
+        [ "$got" -eq 1 ] || fail "a full device gave $got"
+        reports 34051 8503
+    }
+}
+
+test_usage() {
+    while read -r program arguments; do
+        # shellcheck disable=SC2086 # the arguments are words
+        status 2 "$programs/$program" $arguments
+        grep -Eq "^usage: $program " "$work/err" || fail "$program $arguments: no usage line"
+        [ ! -s "$work/out" ] || fail "$program $arguments: something on standard output"
+    done <<ROWS
+inspect
+inspect FILE FILE
+inspect --verbose
+rewrite FILE
+rewrite FILE OUT --verify
+rewrite --no-verify FILE
+recompress FILE OUT
+recompress lzw FILE OUT
+streams FILE 1
+streams FILE one 0
+streams FILE 1x 0
+streams FILE -1 0
+streams FILE 4294967296 0
+streams FILE 1 65536
+streams FILE 1 0 decode
+ROWS
+}
+
+test_errors() {
+    printf 'no document\n' >"$work/text.pdf"
+    printf '%%PDF-1.4\n' >"$work/header.pdf"
+    : >"$work/empty.pdf"
+    head -c 5000 "$samples/typeset-report.pdf" >"$work/cut.pdf"
+    # Name, code, code in hexadecimal.
+    while read -r name code hex; do
+        status 1 "$programs/inspect" "$work/$name"
+        reports "$code" "$hex"
+        status 1 "$programs/rewrite" "$work/$name" "$work/never.pdf"
+        reports "$code" "$hex"
+        [ ! -e "$work/never.pdf" ] || fail "$name was rewritten"
+    done <<ROWS
+text.pdf 1281 501
+header.pdf 1282 502
+empty.pdf 1280 500
+cut.pdf 1282 502
+missing.pdf 34049 8501
+. 34052 8504
+ROWS
+    status 1 "$programs/rewrite" "$samples/letterhead.pdf" "$work/missing/out.pdf"
+    reports 34049 8501
+}
+
+# The object numbers of this document have a gap, which a rewrite's table does not tell.
+test_verify() {
+    document gap.pdf '1 <</Type/Catalog/Pages 2 0 R>>
+2 <</Type/Pages/Count 1/Kids[4 0 R]>>
+4 <</Type/Page/Parent 2 0 R/MediaBox[0 0 200 200]>>' '0 f
+1 n
+2 n
+3 f
+4 n'
+    status 0 "$programs/inspect" "$work/gap.pdf"
+    grep -qx 'page 0 4 0' "$work/out" || fail "the page is missing: $(cat "$work/out")"
+
+    echo 'mine' >"$work/wanted"
+    cp "$work/wanted" "$work/target.pdf"
+    files=$(ls "$work")
+    for target in target.pdf new.pdf; do
+        status 1 "$programs/rewrite" "$work/gap.pdf" "$work/$target"
+        reports 1287 507
+        grep -q "would not open; $work/$target is left as it was" "$work/err" ||
+            fail "not said why: $(cat "$work/err")"
+    done
+    same "$work/wanted" "$work/target.pdf"
+    [ "$(ls "$work")" = "$files" ] || fail "files were left: $(ls "$work")"
+
+    status 0 "$programs/rewrite" --no-verify "$work/gap.pdf" "$work/target.pdf"
+    status 1 "$programs/inspect" "$work/target.pdf"
+    reports 1287 507
+}
+
+rm -rf "$work"
+mkdir -p "$work"
+"test_$case_name"
