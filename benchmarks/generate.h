@@ -1,0 +1,34 @@
+#pragma once
+
+/// @file
+/// Documents of any size to measure with, the same at every run.
+
+#include <cstddef>
+#include <string>
+
+namespace Benchmarks {
+
+/// What a document mostly consists of.
+enum class Kind {
+    Text, ///< pages, each with a compressed content stream of about 2 KB of text operators
+    Form  ///< small dictionaries of about ten entries: names, numbers, strings, references, arrays
+};
+
+/// A document as the bytes of its file.
+struct Sample {
+    std::string bytes;
+    std::size_t objects = 0;
+    std::size_t pages = 0;
+    /// Bytes of stream data as stored, and when decoded.
+    std::size_t storedStreams = 0;
+    std::size_t decodedStreams = 0;
+
+    /// Bytes that are not stream data.
+    [[nodiscard]] std::size_t syntax() const { return bytes.size() - storedStreams; }
+};
+
+/// A document of `objects` objects, at least four. Throws `std::runtime_error` when its streams
+/// cannot be compressed.
+Sample generate(Kind kind, std::size_t objects);
+
+} // namespace Benchmarks
