@@ -2,6 +2,7 @@
 
 #include "host/char_reader.h"
 #include "host/numbers.h"
+#include "reader/characters.h"
 #include "values/failure.h"
 
 #include <cstdint>
@@ -21,10 +22,24 @@ PdfVersion versionOf(std::uint32_t major, std::uint32_t minor) noexcept {
     return major == 2 && minor == 0 ? PdfVersion::V2_0 : PdfVersion::Unsupported;
 }
 
-bool readVersion(DocumentState& state, std::string_view line) noexcept {
-    constexpr std::string_view mark = "%PDF-";
-    if (!line.starts_with(mark)) return fail(VersionUnsupported);
-    const std::string_view version = line.substr(mark.size());
+constexpr std::string_view mark = "%PDF-";
+
+/// Looks at the first characters before the line is read: a file of another format may have no line
+/// endings at all.
+bool readMark(Host::Cursor& cursor) noexcept {
+    cursor.seek(0);
+    const int first = cursor.next();
+    if (first == Host::Cursor::end || Characters::isLineEnding(first)) {
+        return fail(HeaderUnreadable);
+    }
+    cursor.back();
+    for (char expected : mark) {
+        if (cursor.next() != expected) return fail(VersionUnsupported);
+    }
+    return true;
+}
+
+bool readVersion(DocumentState& state, std::string_view version) noexcept {
     const std::size_t point = version.find('.');
     if (point == std::string_view::npos) return fail(VersionUnsupported);
 
@@ -67,11 +82,11 @@ PdfVersion parseVersion(std::string_view major, std::string_view minor) noexcept
 }
 
 bool readHeader(DocumentState& state, Host::Cursor& cursor) {
+    if (!readMark(cursor)) return false;
     Host::CharReader reader(cursor);
-    cursor.seek(0);
-    if (!reader.readLine() || reader.line().empty()) return fail(HeaderUnreadable);
+    static_cast<void>(reader.readLine()); // what is not there has no version
     if (!readVersion(state, reader.line())) return false;
-    cursor.seek(reader.line().size());
+    cursor.seek(mark.size() + reader.line().size());
     return readLineEnding(state, cursor);
 }
 
