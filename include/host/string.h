@@ -64,7 +64,7 @@ public:
 
     /// Same length and same code points.
     [[nodiscard]] bool equals(const String& other) const noexcept {
-        return this == &other || compare(other) == 0;
+        return this == &other || std::is_eq(compare(other));
     }
     [[nodiscard]] bool equals(std::string_view ascii) const noexcept {
         return !wide() && narrow() == ascii;
@@ -134,7 +134,7 @@ public:
 private:
     union Holder {
         Ref<String> ref;
-        constexpr ~Holder() {}
+        constexpr ~Holder() {} // NOLINT(modernize-use-equals-default): that one would be deleted
     };
     static inline constinit String string_{text.characters, sizeof(text.characters) - 1};
     static inline constinit Holder holder_{Ref<String>::adopt(&string_)};

@@ -101,8 +101,8 @@ void Heap::free(void* piece, std::size_t size) noexcept {
     size = (size + 7) & ~std::size_t{7};
     if (size > largestPiece || size == 0) return std::free(piece);
     if (piece == nullptr) return;
-    const auto address = reinterpret_cast<std::uintptr_t>(piece);
-    drop(reinterpret_cast<Slab*>(address & ~(slabSize - 1)), 1);
+    const std::size_t offset = reinterpret_cast<std::uintptr_t>(piece) % slabSize;
+    drop(reinterpret_cast<Slab*>(static_cast<unsigned char*>(piece) - offset), 1);
 }
 
 #else
