@@ -25,6 +25,45 @@ std::string padded(std::uint64_t number, std::size_t width) {
 
 } // namespace
 
+/// What a fault does to the text of a part of the file.
+struct DocumentBuilder::Rule {
+    std::string_view fault;
+    Part part;
+    const char* pattern;
+    const char* replacement;
+};
+
+constexpr DocumentBuilder::Rule DocumentBuilder::rules[] = {
+    {"HeaderMissing", Part::Header, "^[^\r\n]+", ""},
+    {"HeaderMisspelt", Part::Header, "PDF", "PFD"},
+    {"EndMarkerMissing", Part::Ending, "%%EOF", "%%EO"},
+    {"SpaceBehindEndMarker", Part::Ending, "%%EOF", "%%EOF "},
+    {"StartXrefMissing", Part::Ending, "startxref", "endxref"},
+    {"SpaceBehindXrefOffset", Part::Ending, "(startxref\\s+\\d+)", "$1 "},
+    {"XrefOffsetMissing", Part::Ending, "(startxref\\s+)\\d+\\s+", "$1"},
+    {"XrefOffsetOnKeywordLine", Part::Ending, "startxref\\s+", "startxref"},
+    {"XrefOffsetOverflows", Part::Ending, "(startxref\\s+)", "$0199999999999999999999"},
+    {"XrefOffsetPastEnd", Part::Ending, "(startxref\\s+)", "$0199999"},
+    {"TrailerMissing", Part::Ending, "trailer", "tailer"},
+    {"SpaceBehindTrailer", Part::Ending, "trailer", "trailer "},
+    {"TrailerUnbalanced", Part::Ending, ">>", ">> >>"},
+    {"TrailerUneven", Part::Ending, "/Size", ""},
+    {"XrefKeywordMissing", Part::Table, "xref", "table"},
+    {"XrefHeaderShort", Part::Table, "(xref\\s+\\d+) \\d+", "$1"},
+    {"XrefHeaderNegative", Part::Table, "(xref\\s+)", "$1-1"},
+    {"EntryMissing", Part::Table, "(xref\\s+\\d+ )", "$0199"},
+    {"EntryShort", Part::Entry, " n", ""},
+    {"EntryKindUnknown", Part::Entry, "n", "x"},
+    {"EntryGenerationTooLarge", Part::Entry, " \\d+ ", " 65537 "},
+    {"EntryOffsetZero", Part::Entry, "^\\d+", "0000000000"},
+    {"EntryPastEnd", Part::Entry, "^\\d+", "9999999999"},
+    {"ObjectKeywordMissing", Part::Object, "obj", "object"},
+    {"ObjectIdInvalid", Part::Object, "^\\d+", "x"},
+    {"ObjectIdDiffers", Part::Object, "^\\d+", "77"},
+    {"ObjectGenerationInvalid", Part::Object, " \\d+ ", " 65536 "},
+    {"ObjectGenerationDiffers", Part::Object, " \\d+ ", " 7 "},
+};
+
 DocumentBuilder DocumentBuilder::minimal(PDF::Compression content) {
     constexpr std::string_view drawing = "0 0 9 9 re f";
     DocumentBuilder builder;
@@ -76,56 +115,18 @@ DocumentBuilder& DocumentBuilder::firstId(std::uint32_t id) {
     return *this;
 }
 
-DocumentBuilder& DocumentBuilder::fault(Fault fault) {
-    fault_ = fault;
+DocumentBuilder& DocumentBuilder::fault(std::string_view name) {
+    if (std::ranges::find(rules, name, &Rule::fault) == std::end(rules))
+        throw std::invalid_argument("no fault " + std::string(name));
+    fault_ = name;
     return *this;
 }
 
-/// What a fault does to the text of a part of the file.
-struct DocumentBuilder::Rule {
-    Fault fault;
-    Part part;
-    const char* pattern;
-    const char* replacement;
-};
-
 std::string DocumentBuilder::broken(Part part, std::string text) const {
-    static constexpr Rule rules[] = {
-        {Fault::HeaderMissing, Part::Header, "^[^\r\n]+", ""},
-        {Fault::HeaderMisspelt, Part::Header, "PDF", "PFD"},
-        {Fault::EndMarkerMissing, Part::Ending, "%%EOF", "%%EO"},
-        {Fault::SpaceBehindEndMarker, Part::Ending, "%%EOF", "%%EOF "},
-        {Fault::StartXrefMissing, Part::Ending, "startxref", "endxref"},
-        {Fault::SpaceBehindXrefOffset, Part::Ending, "(startxref\\s+\\d+)", "$1 "},
-        {Fault::XrefOffsetMissing, Part::Ending, "(startxref\\s+)\\d+\\s+", "$1"},
-        {Fault::XrefOffsetOnKeywordLine, Part::Ending, "startxref\\s+", "startxref"},
-        {Fault::XrefOffsetOverflows, Part::Ending, "(startxref\\s+)", "$0199999999999999999999"},
-        {Fault::XrefOffsetPastEnd, Part::Ending, "(startxref\\s+)", "$0199999"},
-        {Fault::TrailerMissing, Part::Ending, "trailer", "tailer"},
-        {Fault::SpaceBehindTrailer, Part::Ending, "trailer", "trailer "},
-        {Fault::TrailerUnbalanced, Part::Ending, ">>", ">> >>"},
-        {Fault::TrailerUneven, Part::Ending, "/Size", ""},
-        {Fault::XrefKeywordMissing, Part::Table, "xref", "table"},
-        {Fault::XrefHeaderShort, Part::Table, "(xref\\s+\\d+) \\d+", "$1"},
-        {Fault::XrefHeaderNegative, Part::Table, "(xref\\s+)", "$1-1"},
-        {Fault::EntryMissing, Part::Table, "(xref\\s+\\d+ )", "$0199"},
-        {Fault::EntryShort, Part::Entry, " n", ""},
-        {Fault::EntryKindUnknown, Part::Entry, "n", "x"},
-        {Fault::EntryGenerationTooLarge, Part::Entry, " \\d+ ", " 65537 "},
-        {Fault::EntryOffsetZero, Part::Entry, "^\\d+", "0000000000"},
-        {Fault::EntryPastEnd, Part::Entry, "^\\d+", "9999999999"},
-        {Fault::ObjectKeywordMissing, Part::Object, "obj", "object"},
-        {Fault::ObjectIdInvalid, Part::Object, "^\\d+", "x"},
-        {Fault::ObjectIdDiffers, Part::Object, "^\\d+", "77"},
-        {Fault::ObjectGenerationInvalid, Part::Object, " \\d+ ", " 65536 "},
-        {Fault::ObjectGenerationDiffers, Part::Object, " \\d+ ", " 7 "},
-    };
-    for (const Rule& rule : rules) {
-        if (rule.fault != fault_ || rule.part != part) continue;
-        return std::regex_replace(text, std::regex(rule.pattern), rule.replacement,
-                                  std::regex_constants::format_first_only);
-    }
-    return text;
+    const auto rule = std::ranges::find(rules, fault_, &Rule::fault);
+    if (rule == std::end(rules) || rule->part != part) return text;
+    return std::regex_replace(text, std::regex(rule->pattern), rule->replacement,
+                              std::regex_constants::format_first_only);
 }
 
 std::string DocumentBuilder::header() const {

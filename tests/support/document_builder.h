@@ -10,43 +10,6 @@
 
 namespace Testing {
 
-/// One rule that a file can break. Those of entries and objects strike the last object added.
-enum class Fault {
-    None,
-    // the first line
-    HeaderMissing,
-    HeaderMisspelt,
-    // the end of the file
-    EndMarkerMissing,
-    SpaceBehindEndMarker,
-    StartXrefMissing,
-    SpaceBehindXrefOffset,
-    XrefOffsetMissing,
-    XrefOffsetOnKeywordLine,
-    XrefOffsetOverflows,
-    TrailerMissing,
-    SpaceBehindTrailer,
-    TrailerUnbalanced,
-    TrailerUneven,
-    // the cross-reference section
-    XrefOffsetPastEnd,
-    XrefKeywordMissing,
-    XrefHeaderShort,
-    XrefHeaderNegative,
-    EntryMissing, ///< the header promises more entries than there are
-    EntryShort,
-    EntryKindUnknown,
-    EntryGenerationTooLarge,
-    EntryOffsetZero,
-    EntryPastEnd,
-    // an object
-    ObjectKeywordMissing,
-    ObjectIdInvalid,
-    ObjectIdDiffers,
-    ObjectGenerationInvalid,
-    ObjectGenerationDiffers
-};
-
 /// Puts a PDF file together: computes offsets, the cross-reference table and startxref, and breaks
 /// exactly one rule when asked to.
 ///
@@ -70,7 +33,9 @@ public:
     DocumentBuilder& trailer(std::string_view entries);
     /// The first number of the table: 0 until set.
     DocumentBuilder& firstId(std::uint32_t id);
-    DocumentBuilder& fault(Fault fault);
+    /// Breaks the rule of this name, one of the table in the source file; entry and object faults
+    /// strike the last object added.
+    DocumentBuilder& fault(std::string_view name);
 
     [[nodiscard]] std::string bytes() const;
     /// Where object `id` begins in `bytes()`.
@@ -86,6 +51,7 @@ private:
 
     enum class Part { Header, Object, Table, Entry, Ending };
     struct Rule;
+    static const Rule rules[];
 
     [[nodiscard]] std::string broken(Part part, std::string text) const;
     [[nodiscard]] std::string header() const;
@@ -99,7 +65,7 @@ private:
     std::string lineEnding_ = "\n";
     std::string trailer_ = "/Root 1 0 R";
     std::uint32_t firstId_ = 0;
-    Fault fault_ = Fault::None;
+    std::string fault_;
     std::vector<Object> objects_;
 };
 

@@ -1,0 +1,194 @@
+#include "support/document_builder.h"
+#include "support/failing_stripe.h"
+#include "support/recording_log.h"
+#include "values/kind.h"
+
+#include <pdf/errors.h>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace Libraries::Files::PDF;
+using Testing::DocumentBuilder;
+using Testing::FailingStripe;
+
+std::string repeated(std::string_view text, std::size_t times) {
+    std::string all;
+    for (std::size_t index = 0; index < times; ++index)
+        all += text;
+    return all;
+}
+
+/// Does with a document what applications do, as far as it goes: every failure must be an ordinary
+/// one, with a code. Gives whether the document was opened and written.
+bool exercise(const Ref<Interfaces::Stripe>& source, const Ref<Interfaces::Stripe>& target) {
+    const auto failed = [](bool result) {
+        EXPECT_TRUE(result || Host::Error::get() != Host::NoError);
+        Host::Error::set(Host::NoError);
+        return !result;
+    };
+    Host::Error::set(Host::NoError);
+    const Ref<Document> document = Document::create(source);
+    if (failed(bool(document))) return false;
+    (void)document->getPages();
+    (void)document->form();
+    (void)document->changed();
+    for (const Ref<Object>& object : document->getObjects()) {
+        (void)object->value()->asText();
+        (void)object->value()->equal(object->value());
+        const Ref<Stream> stream = castTo<Stream>(object->value());
+        if (stream) failed(bool(document->readStreamData(stream, true)));
+    }
+    Host::Error::set(Host::NoError);
+    return !failed(document->write(target));
+}
+
+bool exercise(std::string_view bytes) {
+    return exercise(Testing::stripeOf(bytes), Host::MemoryStripe::create());
+}
+
+TEST(Hostile, BoundsNesting) {
+    constexpr std::size_t deep = 100'000;
+    const struct {
+        const char* name;
+        std::string value;
+        bool opens;
+    } rows[] = {
+        {"arrays", repeated("[", deep) + repeated("]", deep), false},
+        {"dictionaries", repeated("<</A", deep) + "1" + repeated(">>", deep), false},
+        {"arrays unclosed", repeated("[", deep), false},
+        {"dictionaries unclosed", repeated("<</A", deep), false},
+        {"in turn", repeated("[<</A", deep) + "1" + repeated(">>]", deep), false},
+        {"parentheses", repeated("(", deep) + repeated(")", deep), true},
+        {"as deep as allowed", repeated("[", 512) + repeated("]", 512), true},
+        {"one deeper", repeated("[", 513) + repeated("]", 513), false},
+        {"many side by side", "[" + repeated("[]<<>>", deep) + "]", true},
+    };
+    for (const auto& row : rows) {
+        const Testing::RecordingLog log;
+        EXPECT_EQ(exercise(DocumentBuilder::minimal().object(5, row.value).bytes()), row.opens)
+            << row.name;
+    }
+}
+
+TEST(Hostile, TrustsNoClaim) {
+    const struct {
+        const char* name;
+        const char* from;
+        std::string to;
+        bool opens;
+    } rows[] = {
+        {"entry count", "xref\n0 5", "xref\n0 4294967295", false},
+        {"ids beyond the last", "xref\n0 5", "xref\n4294967295 5", false},
+        {"section offset", "startxref\n", "startxref\n1844674407370955161", false},
+        {"largest section offset", "startxref\n", "startxref\n18446744073709551615\n1", false},
+        {"largest entry offset", "0000000217", "18446744073709551615", false},
+        {"largest offset but one", "0000000217", "18446744073709551614", false},
+        {"offset with the sign bit", "0000000217", "9223372036854775808", false},
+        {"trailer nests deeply", "/Root", "/A " + repeated("<</A", 9999) + repeated(">>", 9999),
+         false},
+        {"trailer unbalanced", "/Root", repeated(">>", 9999), false},
+        {"number of many digits", "0 5", repeated("0", 99'999) + " 5", true},
+    };
+    const std::string bytes = DocumentBuilder::minimal().bytes();
+    for (const auto& row : rows) {
+        const Testing::RecordingLog log;
+        const std::size_t found = bytes.find(row.from);
+        ASSERT_NE(found, std::string::npos) << row.name;
+        std::string hostile = bytes;
+        hostile.replace(found, std::string_view(row.from).size(), row.to);
+        EXPECT_EQ(exercise(hostile), row.opens) << row.name;
+    }
+}
+
+TEST(Hostile, LyingLengthsFailTheStreamNotTheDocument) {
+    for (const char* length : {"9223372036854775807", "4294967296", "-9223372036854775808", "5 0 R",
+                               "99", "3 0 R", "[5 0 R]"}) {
+        const std::string body =
+            std::string("<< /Length ") + length + " >>\nstream\nabc\nendstream";
+        const Testing::RecordingLog log;
+        const auto document = Testing::open(DocumentBuilder::minimal().object(5, body).bytes());
+        ASSERT_TRUE(document) << length;
+        const bool within = std::string_view(length) == "99";
+        EXPECT_EQ(bool(document->readStreamData(Testing::streamOf(*document, 5), false)), within);
+        EXPECT_TRUE(document->cacheStreamData());
+        EXPECT_EQ(Testing::write(*document).empty(), !within) << length;
+    }
+}
+
+// Every object is the beginning of the next outer one's string, up to the end of the file.
+TEST(Hostile, ObjectsWithinEachOtherAreReadInLinearTime) {
+    constexpr std::uint32_t count = 4'000;
+    std::string bytes = "%PDF-1.7\n";
+    std::string table = "xref\n0 " + std::to_string(count + 1) + "\n0000000000 65535 f \n";
+    for (std::uint32_t id = 1; id <= count; ++id) {
+        table += std::to_string(bytes.size()) + " 0 n\n";
+        bytes += std::to_string(id) + " 0 obj (";
+    }
+    bytes += repeated(")", count) + " ";
+    const std::string offset = std::to_string(bytes.size());
+    bytes += table + "trailer\n<< /Root 1 0 R >>\nstartxref\n" + offset + "\n%%EOF";
+    const Testing::RecordingLog log;
+    const auto source = Host::make<FailingStripe>(Testing::stripeOf(bytes));
+    EXPECT_FALSE(exercise(source, Host::MemoryStripe::create()));
+    EXPECT_LT(source->calls(FailingStripe::Call::Read), bytes.size() * 10 + (1U << 20));
+    EXPECT_TRUE(log.text().starts_with("Failed to read object at "));
+}
+
+TEST(Hostile, SurvivesEveryCutAndFlip) {
+    const Testing::RecordingLog log;
+    const std::string letter = Testing::sample("letterhead.pdf");
+    ASSERT_TRUE(exercise(letter));
+    std::size_t survivors = 0;
+    for (std::size_t index = 0; index < letter.size(); ++index) {
+        EXPECT_EQ(exercise(letter.substr(0, index)), index + 1 == letter.size()) << index;
+        for (const int flip : {0xFF, 0x01, 0x20}) {
+            std::string flipped = letter;
+            flipped[index] = static_cast<char>(flipped[index] ^ flip);
+            if (exercise(flipped)) ++survivors;
+        }
+    }
+    // Both outcomes are to be had: text may change, structure may not.
+    EXPECT_GT(survivors, letter.size() / 4);
+    EXPECT_LT(survivors, letter.size() * 3);
+}
+
+TEST(Hostile, AnyCallToAStripeMayFail) {
+    using Call = FailingStripe::Call;
+    using Fault = FailingStripe::Fault;
+    const std::string letter = Testing::sample("letterhead.pdf");
+    const struct {
+        const char* name;
+        bool ofSource;
+        Call call;
+        Fault fault;
+    } rows[] = {
+        {"source read fails", true, Call::Read, Fault::Failed},
+        {"source read short", true, Call::Read, Fault::Short},
+        {"source read gives no byte", true, Call::Read, Fault::NoByte},
+        {"source seek fails", true, Call::Seek, Fault::Failed},
+        {"source seek misplaced", true, Call::Seek, Fault::Misplaced},
+        {"target write fails", false, Call::Write, Fault::Failed},
+        {"target write short", false, Call::Write, Fault::Short},
+        {"target seek fails", false, Call::Seek, Fault::Failed},
+    };
+    const Testing::RecordingLog log;
+    for (const auto& row : rows) {
+        std::uint64_t calls = 0;
+        std::uint64_t failures = 0;
+        for (std::uint64_t number = 0; number <= calls; ++number) {
+            const auto source = Host::make<FailingStripe>(Testing::stripeOf(letter));
+            const auto target = Host::make<FailingStripe>(Host::MemoryStripe::create());
+            const auto& faulty = row.ofSource ? source : target;
+            faulty->failAt(row.call, number, row.fault);
+            const bool done = exercise(source, target);
+            if (number == 0) calls = faulty->calls(row.call);
+            EXPECT_TRUE(done || number != 0) << row.name;
+            if (!done) ++failures;
+        }
+        EXPECT_TRUE(failures != 0 || calls == 0) << row.name;
+    }
+}
+
+} // namespace

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "values/array.h"
+#include "values/dictionary.h"
+#include "values/scalars.h"
+
+#include <initializer_list>
+#include <string_view>
+#include <vector>
+
+namespace Testing {
+
+namespace PDF = Libraries::Files::PDF;
+using AnyValue = Host::Ref<PDF::Value>;
+
+inline Host::Ref<Host::String> text(std::string_view utf8) {
+    return Host::String::create(utf8);
+}
+inline AnyValue name(std::string_view utf8) {
+    return PDF::newValue<PDF::NameObj>(text(utf8));
+}
+inline AnyValue number(std::int64_t integer, std::uint64_t fraction = 0) {
+    return PDF::newValue<PDF::NumberObj>(integer, fraction);
+}
+inline AnyValue null() {
+    return PDF::newValue<PDF::NullObj>();
+}
+inline AnyValue boolean(bool value) {
+    return PDF::newValue<PDF::BooleanObj>(value);
+}
+inline AnyValue reference(std::uint32_t id, std::uint16_t generation) {
+    return PDF::newValue<PDF::ObjectRefObj>(id, generation);
+}
+inline AnyValue byteString(const std::vector<unsigned char>& bytes) {
+    return PDF::String::create(Host::TConstArray<unsigned char>::create(bytes));
+}
+inline Host::Ref<PDF::Array> array(const std::vector<AnyValue>& elements) {
+    return PDF::Array::create(elements);
+}
+/// Of entries in any order, as the scanner makes it: not modified.
+inline Host::Ref<PDF::DictionaryObj>
+dictionary(std::initializer_list<std::pair<std::string_view, AnyValue>> entries) {
+    PDF::DictionaryObj::Entries made;
+    for (const auto& [key, value] : entries)
+        made.push_back({text(key), value});
+    return PDF::newValue<PDF::DictionaryObj>(std::move(made));
+}
+/// `depth` containers around `core`, arrays and dictionaries by turns.
+inline AnyValue nested(unsigned depth, AnyValue core = null()) {
+    for (unsigned level = 0; level < depth; ++level)
+        core = level % 2 == 0 ? AnyValue(array({core})) : AnyValue(dictionary({{"K", core}}));
+    return core;
+}
+
+/// A class of an application that claims a kind without having its interface.
+class ForeignValue final : public PDF::Value {
+public:
+    explicit ForeignValue(Type type) : type_(type) {}
+    [[nodiscard]] Type type() const noexcept override { return type_; }
+    [[nodiscard]] Host::Ref<Host::String> asText() const noexcept override { return text("?"); }
+    [[nodiscard]] bool equal(AnyValue) const noexcept override { return true; }
+    [[nodiscard]] bool changed() const noexcept override { return true; }
+
+private:
+    Type type_;
+};
+
+inline AnyValue foreign(std::uint32_t type) {
+    return PDF::newValue<ForeignValue>(static_cast<PDF::Value::Type>(type));
+}
+
+} // namespace Testing
