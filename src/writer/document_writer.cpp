@@ -72,6 +72,8 @@ private:
     bool writeXrefLine(std::uint64_t offset, std::uint64_t generation, std::string_view kind);
 
     bool writeLine(std::string_view line);
+    /// As `writeLine`, and lets everything go out, so that a fault is told from a later step's.
+    bool sendLine(std::string_view line);
     /// Ends the line that began at offset `start`.
     bool endLine(std::uint64_t start);
     bool writeValue(const Ref<Value>& value);
@@ -87,6 +89,11 @@ bool DocumentWriter::writeLine(std::string_view line) {
     const std::uint64_t start = output_.offset();
     output_.append(line);
     return endLine(start);
+}
+
+bool DocumentWriter::sendLine(std::string_view line) {
+    if (!writeLine(line)) return false;
+    return output_.flush() || refuse("Failed to write string of length ", line.size());
 }
 
 bool DocumentWriter::endLine(std::uint64_t start) {
@@ -115,10 +122,7 @@ bool DocumentWriter::writeHeader() {
         report(LogLevel::Error, "Failed to convert version to string: ", state_.version);
         return fail(VersionNotWritten, "Failed to write PDF version");
     }
-    // A target that takes nothing is found out here, not behind the first block.
-    if (!writeLine(header) || !output_.flush()) {
-        return fail(VersionNotWritten, "Failed to write PDF version");
-    }
+    if (!sendLine(header)) return fail(VersionNotWritten, "Failed to write PDF version");
     return true;
 }
 
@@ -160,8 +164,7 @@ bool DocumentWriter::writeObjectLines(const Object& object, bool last) {
         return refuse("Failed to write value of object ", object.asText());
     }
     if (!writeLine({})) return false;
-    // Behind the last object everything goes out, so that a fault is told from one of the trailer.
-    if (!writeLine("endobj") || (last && !output_.flush())) {
+    if (!(last ? sendLine("endobj") : writeLine("endobj"))) {
         return refuse("Failed to write trailer for object ", object.asText());
     }
     return true;
@@ -215,7 +218,7 @@ bool DocumentWriter::writeTrailer(std::uint64_t xrefOffset) {
     const std::uint64_t start = output_.offset();
     output_.appendNumber(xrefOffset);
     if (!endLine(start)) return refuse("Failed to write xref offset");
-    if (!writeLine("%%EOF") || !output_.flush()) return refuse("Failed to write EOF marker");
+    if (!sendLine("%%EOF")) return refuse("Failed to write EOF marker");
     return true;
 }
 
