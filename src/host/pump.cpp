@@ -13,60 +13,89 @@ constexpr std::size_t blockSize = 65536;
 class Pump {
 public:
     Pump(Interfaces::Stripe& source, Interfaces::BlockFilter& filter, ByteBuffer& target) noexcept
-        : source_(source), filter_(filter), target_(target) {}
+        : source_(source), filter_(filter), target_(target), reserved_(target.size()) {}
 
     PumpResult run() noexcept {
-        if (!input_.resize(blockSize) || !output_.resize(blockSize)) {
-            return PumpResult::ConvertFailed;
-        }
         if (source_.position(0) != 0) return PumpResult::ReadFailed;
-        std::uint64_t left = source_.size();
-        while (left != 0 || held_ != 0) {
-            if (!topUp(left)) return PumpResult::ReadFailed;
-            const PumpResult result = convert();
-            if (result != PumpResult::Done) return result;
-        }
-        return flush();
+        const std::uint64_t size = source_.size();
+        expected_ = static_cast<std::size_t>(size);
+        const std::span<const std::uint8_t> held = source_.window(0);
+        const PumpResult result =
+            held.size() >= size ? convertHeld(held.first(size)) : convertBlocks(size);
+        return result == PumpResult::Done ? flush() : result;
     }
 
 private:
-    bool topUp(std::uint64_t& left) noexcept {
-        const std::uint64_t wanted = std::min<std::uint64_t>(left, blockSize - held_);
-        if (source_.readBytes(input_.data() + held_, wanted) != wanted) return false;
-        held_ += wanted;
-        left -= wanted;
-        return true;
+    /// Data that the source holds in memory as a whole needs no blocks.
+    PumpResult convertHeld(std::span<const std::uint8_t> input) noexcept {
+        PumpResult result = PumpResult::Done;
+        while (!input.empty() && result == PumpResult::Done)
+            result = convert(input);
+        return result;
     }
 
-    PumpResult convert() noexcept {
-        Interfaces::BlockFilter::Progress progress;
-        const auto input = input_.span().first(held_);
-        if (!filter_.convert(input, {output_.data(), blockSize}, progress)) {
-            return PumpResult::ConvertFailed;
+    PumpResult convertBlocks(std::uint64_t left) noexcept {
+        ByteBuffer block;
+        if (!block.resize(blockSize)) return PumpResult::ConvertFailed;
+        std::size_t held = 0;
+        while (left != 0 || held != 0) {
+            const std::uint64_t wanted = std::min<std::uint64_t>(left, blockSize - held);
+            if (source_.readBytes(block.data() + held, wanted) != wanted) {
+                return PumpResult::ReadFailed;
+            }
+            left -= wanted;
+            std::span<const std::uint8_t> input = block.span().first(held + wanted);
+            const PumpResult result = convert(input);
+            if (result != PumpResult::Done) return result;
+            held = input.size();
+            if (held != 0) std::memmove(block.data(), input.data(), held);
         }
+        return PumpResult::Done;
+    }
+
+    /// Converts from the front of `input`, which becomes what is left of it.
+    PumpResult convert(std::span<const std::uint8_t>& input) noexcept {
+        const std::span<std::uint8_t> output = room();
+        if (output.empty()) return PumpResult::WriteFailed;
+        Interfaces::BlockFilter::Progress progress;
+        if (!filter_.convert(input, output, progress)) return PumpResult::ConvertFailed;
         if (progress.consumed == 0 && progress.produced == 0) return PumpResult::ConvertFailed;
-        held_ -= progress.consumed;
-        if (held_ != 0) std::memmove(input_.data(), input_.data() + progress.consumed, held_);
-        const bool written = target_.append(output_.data(), progress.produced);
-        return written ? PumpResult::Done : PumpResult::WriteFailed;
+        input = input.subspan(progress.consumed);
+        take(progress.produced);
+        return PumpResult::Done;
     }
 
     PumpResult flush() noexcept {
         for (;;) {
+            const std::span<std::uint8_t> output = room();
+            if (output.empty()) return PumpResult::FlushedWriteFailed;
             std::uint64_t produced = 0;
-            const auto report = filter_.flush({output_.data(), blockSize}, produced);
+            const auto report = filter_.flush(output, produced);
             if (report == Interfaces::BlockFilter::Flush::Finished) return PumpResult::Done;
             if (report != Interfaces::BlockFilter::Flush::More) return PumpResult::FlushFailed;
-            if (!target_.append(output_.data(), produced)) return PumpResult::FlushedWriteFailed;
+            take(produced);
         }
     }
+
+    /// Room behind what the target holds; where there is none left, no less than a block, or
+    /// than the source or the target have by now. Empty where memory is exhausted.
+    [[nodiscard]] std::span<std::uint8_t> room() noexcept {
+        const std::size_t size = target_.size();
+        for (const std::size_t wanted : {std::max({size, expected_, blockSize}), blockSize}) {
+            if (size < reserved_) break;
+            if (target_.reserve(size + wanted)) reserved_ = size + wanted;
+        }
+        if (size == reserved_) return {};
+        return {target_.data() + size, reserved_ - size};
+    }
+
+    void take(std::uint64_t produced) noexcept { target_.resize(target_.size() + produced); }
 
     Interfaces::Stripe& source_;
     Interfaces::BlockFilter& filter_;
     ByteBuffer& target_;
-    ByteBuffer input_;
-    ByteBuffer output_;
-    std::size_t held_ = 0;
+    std::size_t reserved_;
+    std::size_t expected_ = 0;
 };
 
 } // namespace

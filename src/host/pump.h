@@ -17,8 +17,9 @@ enum class PumpResult : std::uint32_t {
     FlushedWriteFailed
 };
 
-/// Sends all data of `source` from its start through `filter` and appends the result to `target`,
-/// by way of two blocks of 64 KiB.
+/// Sends all data of `source` from its start through `filter` and appends the result to `target`.
+/// Beside the target that takes one block of 64 KiB, or nothing where the source holds its data in
+/// memory. Only `WriteFailed` and `FlushedWriteFailed` say that the target could not grow.
 [[nodiscard]] PumpResult pump(Interfaces::Stripe& source, Interfaces::BlockFilter& filter,
                               ByteBuffer& target) noexcept;
 

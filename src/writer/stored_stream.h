@@ -1,0 +1,48 @@
+#pragma once
+
+#include "document/state.h"
+#include "values/scalars.h"
+
+#include <host/stream.h>
+#include <host/stripe.h>
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+
+namespace Libraries::Files::PDF {
+
+/// Gives the data of a stream as it is encoded, or null with the code set and the reason logged.
+using ReadRaw = std::function<Ref<Interfaces::Stripe>(const Ref<Stream>&)>;
+
+/// A stream of a document as it is stored: what those who encode it need of it. What cannot be had
+/// is logged under the number of the stream's object, with the code set.
+class StoredStream {
+public:
+    StoredStream(const DocumentState& state, StreamObj& stream, std::uint32_t id) noexcept
+        : state_(state), stream_(stream), id_(id) {}
+    /// The object is looked for when a message asks for its number.
+    StoredStream(const DocumentState& state, StreamObj& stream) noexcept
+        : state_(state), stream_(stream) {}
+
+    [[nodiscard]] StreamObj& stream() const noexcept { return stream_; }
+    /// 0 where no object holds the stream.
+    [[nodiscard]] std::uint32_t id() const noexcept;
+
+    [[nodiscard]] Ref<Dictionary> dict() const noexcept;
+    /// The number that is the stream's Length, wherever it stands.
+    [[nodiscard]] Ref<NumberObj> length(const Dictionary& dict) const noexcept;
+    /// The data as it is encoded. Data of the file becomes attached to the stream.
+    [[nodiscard]] Ref<Interfaces::Stripe> data(const ReadRaw& read) const;
+    [[nodiscard]] Ref<Interfaces::BlockFilter> compressor() const noexcept;
+
+private:
+    const DocumentState& state_;
+    StreamObj& stream_;
+    std::optional<std::uint32_t> id_;
+};
+
+/// What a stream's Length entry leads to, or null. Logs nothing.
+[[nodiscard]] Ref<Value> lengthValue(const DocumentState& state, const Dictionary& dict) noexcept;
+
+} // namespace Libraries::Files::PDF

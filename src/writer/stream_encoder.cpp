@@ -1,0 +1,236 @@
+#include "writer/stream_encoder.h"
+
+#include "host/pump.h"
+#include "values/dictionary.h"
+#include "values/failure.h"
+
+#include <host/stream.h>
+#include <host/string.h>
+
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace Libraries::Files::PDF {
+
+using namespace Host::Literals;
+
+namespace {
+
+/// What a stream was before it was re-encoded.
+struct Former {
+    Ref<StreamObj> stream;
+    Ref<Interfaces::Stripe> data; // null where it was not attached
+    Ref<Dictionary> dict;
+    Ref<Value> filter;
+    Ref<NumberObj> length;
+    std::int64_t lengthInteger;
+};
+
+/// Re-encodes the streams of a document, or none: what was not completed is undone when the encoder
+/// goes, whatever the reason.
+class StreamEncoder {
+public:
+    StreamEncoder(DocumentState& state, Compression target, const ReadRaw& readRaw)
+        : state_(state), target_(target), readRaw_(readRaw) {
+        if (target == Compression::FlateDecode) filter_ = made(Name::create("FlateDecode"_str));
+    }
+    ~StreamEncoder() { undo(); }
+    StreamEncoder(const StreamEncoder&) = delete;
+    StreamEncoder& operator=(const StreamEncoder&) = delete;
+
+    bool run();
+
+private:
+    bool visit(const Object& object);
+    bool encode(const StoredStream& stored);
+    [[nodiscard]] Ref<Interfaces::Stripe> dataOf(const StoredStream& stored) const;
+    [[nodiscard]] Ref<Interfaces::Stripe> viewOf(const StoredStream& stored) const;
+    void viewStreamsThatShareLengths();
+    void view(const ObjectTable::Slot& slot);
+    [[nodiscard]] Ref<Interfaces::BlockFilter> converter(const StoredStream& stored) const noexcept;
+    [[nodiscard]] Ref<Interfaces::Stripe> convert(const StoredStream& stored,
+                                                  Interfaces::Stripe& data) const;
+    void complete();
+    void undo() noexcept;
+
+    DocumentState& state_;
+    const Compression target_;
+    const ReadRaw& readRaw_;
+    Ref<Value> filter_;
+    std::vector<Former> formers_;
+    std::unordered_map<StreamObj*, Ref<Interfaces::Stripe>> views_;
+};
+
+const char* codingMessage(Host::PumpResult result) noexcept {
+    switch (result) {
+    case Host::PumpResult::WriteFailed:
+        return "Failed to write converted stream data of stream ";
+    case Host::PumpResult::FlushFailed:
+        return "Failed to flush conversion of stream ";
+    case Host::PumpResult::FlushedWriteFailed:
+        return "Failed to write flushed converted stream data of stream ";
+    default:
+        return "Failed to read converted stream data of stream ";
+    }
+}
+
+bool StreamEncoder::run() {
+    for (const ObjectTable::Slot& slot : state_.objects.slots()) {
+        if (!visit(*slot.object)) return false;
+    }
+    complete();
+    return true;
+}
+
+bool StreamEncoder::visit(const Object& object) {
+    if (object.valueType() != Value::Type::Stream) return true;
+    const std::uint32_t id = object.id();
+    const Ref<Value> value = object.value();
+    Stream* const stream = as<Stream>(value);
+    if (stream == nullptr) {
+        return fail(NoValue, "Failed to cast value of object ", id, " to stream");
+    }
+    auto* const own = dynamic_cast<StreamObj*>(stream);
+    if (own == nullptr) {
+        return fail(StreamObjectInvalid, "Failed to cast Stream to StreamObj for ", id);
+    }
+    const Compression current = own->compression();
+    if (current == target_) return true;
+    if (current == Compression::Unknown) {
+        report(LogLevel::Warning, "Unsupported compression for stream of object ", id);
+        return true;
+    }
+    return encode(StoredStream(state_, *own, id));
+}
+
+bool StreamEncoder::encode(const StoredStream& stored) {
+    const Ref<Dictionary> dict = stored.dict();
+    if (!dict) return false;
+    if (formers_.empty()) viewStreamsThatShareLengths();
+    const Ref<Interfaces::Stripe> data = dataOf(stored);
+    if (!data) return false;
+    const Ref<NumberObj> length = stored.length(*dict);
+    if (!length) return false;
+    // Everything that is likely to fail comes before the stream is touched.
+    Ref<Interfaces::Stripe> converted = convert(stored, *data);
+    if (!converted) return false;
+
+    StreamObj& stream = stored.stream();
+    formers_.push_back({Ref<StreamObj>(&stream), stream.strmData(), dict, dict->find("Filter"_str),
+                        length, length->integer()});
+    if (!dict->set("Filter"_str, filter_)) {
+        return fail(FilterNotUpdated, "Failed to update Filter in dictionary of stream ",
+                    stored.id());
+    }
+    length->integer(static_cast<std::int64_t>(converted->size()));
+    stream.strmData(std::move(converted));
+    return true;
+}
+
+Ref<Interfaces::Stripe> StreamEncoder::dataOf(const StoredStream& stored) const {
+    const auto viewed = views_.find(&stored.stream());
+    return viewed != views_.end() && viewed->second ? viewed->second : viewOf(stored);
+}
+
+/// The stream's data, which stays unattached where it was.
+Ref<Interfaces::Stripe> StreamEncoder::viewOf(const StoredStream& stored) const {
+    StreamObj& stream = stored.stream();
+    const bool attached = stream.strmData() != nullptr;
+    const bool changed = stream.changed();
+    Ref<Interfaces::Stripe> data = stored.data(readRaw_);
+    if (!attached) {
+        stream.strmData(nullptr);
+        if (!changed) stream.resetChanged();
+    }
+    return data;
+}
+
+/// Where several streams have one Length object, re-encoding one of them changes how much of the
+/// file the others seem to be: their data is looked up before.
+void StreamEncoder::viewStreamsThatShareLengths() {
+    std::unordered_map<const Value*, const ObjectTable::Slot*> firsts;
+    for (const ObjectTable::Slot& slot : state_.objects.slots()) {
+        const Ref<Value> value = slot.object->value();
+        const auto* stream = dynamic_cast<const StreamObj*>(value.get());
+        const Ref<Dictionary> dict = stream != nullptr ? stream->dict() : nullptr;
+        const Ref<Value> length = dict ? lengthValue(state_, *dict) : nullptr;
+        if (!length) continue;
+        const auto [first, alone] = firsts.try_emplace(length.get(), &slot);
+        if (alone) continue;
+        view(*first->second);
+        view(slot);
+    }
+}
+
+void StreamEncoder::view(const ObjectTable::Slot& slot) {
+    const Ref<Value> value = slot.object->value();
+    auto* const stream = dynamic_cast<StreamObj*>(value.get());
+    if (stream->strmData()) return;
+    const auto [place, isNew] = views_.try_emplace(stream);
+    if (isNew) place->second = viewOf(StoredStream(state_, *stream, slot.id));
+}
+
+Ref<Interfaces::BlockFilter> StreamEncoder::converter(const StoredStream& stored) const noexcept {
+    if (target_ == Compression::FlateDecode) return stored.compressor();
+    Ref<Interfaces::BlockFilter> filter = Host::ZlibFilter::createDecompressorStream();
+    if (!filter) {
+        return fail(CodingFailed, "Failed to create decompressor block filter for stream ",
+                    stored.id());
+    }
+    return filter;
+}
+
+Ref<Interfaces::Stripe> StreamEncoder::convert(const StoredStream& stored,
+                                               Interfaces::Stripe& data) const {
+    const Ref<Interfaces::BlockFilter> filter = converter(stored);
+    if (!filter) return nullptr;
+    Host::ByteBuffer converted;
+    const Host::PumpResult result = Host::pump(data, *filter, converted);
+    if (result != Host::PumpResult::Done) {
+        return fail(CodingFailed, codingMessage(result), stored.id());
+    }
+    converted.shrink();
+    Ref<Interfaces::Stripe> stripe = Host::MemoryStripe::create(std::move(converted));
+    if (!stripe) {
+        return fail(StreamObjectInvalid, "Failed to create encoding converter for stream ",
+                    stored.id());
+    }
+    return stripe;
+}
+
+void StreamEncoder::complete() {
+    // A stream that was left alone keeps its data, though its Length may now tell another size.
+    for (auto& [stream, data] : views_) {
+        if (!data || stream->strmData()) continue;
+        const bool changed = stream->changed();
+        stream->strmData(std::move(data));
+        if (!changed) stream->resetChanged();
+    }
+    if (!formers_.empty()) state_.modified = true;
+    formers_.clear();
+}
+
+/// From the last one back, so that a Length which several streams share ends as it began. Takes no
+/// memory: an entry that was removed finds its place still there.
+void StreamEncoder::undo() noexcept {
+    const std::uint32_t code = Host::Error::get();
+    for (; !formers_.empty(); formers_.pop_back()) {
+        Former& former = formers_.back();
+        former.stream->strmData(std::move(former.data));
+        former.length->integer(former.lengthInteger);
+        former.dict->set("Filter"_str, std::move(former.filter));
+        former.stream->resetChanged();
+        if (auto* own = dynamic_cast<DictionaryObj*>(former.dict.get())) own->resetModified();
+    }
+    Host::Error::set(code);
+}
+
+} // namespace
+
+bool setCompression(DocumentState& state, Compression target, const ReadRaw& readRaw) {
+    if (target == Compression::Unknown) return fail(InvalidArgument);
+    return StreamEncoder(state, target, readRaw).run();
+}
+
+} // namespace Libraries::Files::PDF
