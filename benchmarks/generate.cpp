@@ -2,6 +2,7 @@
 
 #include <host/stream.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstdio>
@@ -163,7 +164,32 @@ Sample formDocument(std::size_t objects) {
     return writer.finish(1);
 }
 
+constexpr std::size_t kidsOfEach = 10;
+constexpr std::size_t firstField = 3;
+
+// References to those of ten fields, from number `first` on, that the tree of `count` has.
+std::string tenFields(std::size_t first, std::size_t count) {
+    std::string result;
+    for (std::size_t field = first; field < std::min(first + kidsOfEach, count); ++field)
+        result += std::to_string(firstField + field) + " 0 R ";
+    return result;
+}
+
 } // namespace
+
+Sample generateFieldTree(std::size_t fields) {
+    Writer writer;
+    writer.object("<</Type/Catalog/Pages 2 0 R/AcroForm<</DA(/Helv 0 Tf 0 g)/Fields[" +
+                  tenFields(0, fields) + "]>>>>");
+    writer.object(pagesValue(0, 0, 0));
+    for (std::size_t field = 0; field < fields; ++field) {
+        const std::string kids = tenFields((field + 1) * kidsOfEach, fields);
+        writer.object("<</FT/Tx/Ff 4096/T(f" + std::to_string(field % kidsOfEach) +
+                      ")/V(value)/DA(/Helv 9 Tf 0 g)" +
+                      (kids.empty() ? "" : "/Kids[" + kids + "]") + ">>");
+    }
+    return writer.finish(0);
+}
 
 Sample generate(Kind kind, std::size_t objects) {
     return kind == Kind::Text ? textDocument(objects) : formDocument(objects);

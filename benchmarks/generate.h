@@ -31,4 +31,8 @@ struct Sample {
 /// cannot be compressed.
 Sample generate(Kind kind, std::size_t objects);
 
+/// A document whose form is a balanced tree of `fields` text fields: ten at the top, ten kids for
+/// each, row by row. The kids of every field, and the fields at the top, are named f0 to f9.
+Sample generateFieldTree(std::size_t fields);
+
 } // namespace Benchmarks

@@ -4,11 +4,15 @@
 /// The interactive form of a document (ISO 32000-1, 12.7): fields, found by name or path, and their
 /// values.
 ///
-/// Fields refer to their document and parent weakly: they keep neither alive. An operation that
-/// fails gives null, false or nothing, sets the thread's error code and, where something is wrong
-/// with the document, logs through the filter "Lib.File.PDF.Form". Entries are read from the
-/// field's own dictionary only: nothing is inherited. Setting a value does not rebuild the field's
-/// appearance.
+/// Fields refer to their document and parent weakly: they keep neither alive, and stay usable, each
+/// alone with its kids, when their document is gone. An operation that fails gives null, false or
+/// nothing, sets the thread's error code and, where something is wrong with the document, logs
+/// through the filter "Lib.File.PDF.Form". An entry that is not there gives null without a message;
+/// one of the wrong kind counts as not there.
+///
+/// Entries are read from the field's own dictionary only: nothing is inherited. Values, states and
+/// options are read whenever they are asked for, the other entries once, when the form is built.
+/// Setting a value does not rebuild the field's appearance.
 
 #include <host/export.h>
 #include <host/ref.h>
@@ -58,7 +62,7 @@ public:
     [[nodiscard]] virtual Kind fieldType() const noexcept = 0;
     /// The Ff entry; 0 where there is none. See `FieldFlags`.
     [[nodiscard]] virtual std::uint32_t flags() const noexcept = 0;
-    /// The field above; null for a top-level field and when it is gone.
+    /// The field above; null for a top-level field, and when it or the document is gone.
     [[nodiscard]] virtual Ref<Field> parent() const noexcept = 0;
     [[nodiscard]] virtual std::uint64_t childCount() const noexcept = 0;
     /// The kid at a zero-based index; null with `OutOfRange` set behind the last.
@@ -71,7 +75,8 @@ public:
     [[nodiscard]] virtual Ref<String> mappingName() const noexcept = 0;
     /// The AP dictionary, followed through one reference.
     [[nodiscard]] virtual Ref<Dictionary> appearances() const noexcept = 0;
-    /// The N entry of the AP dictionary, of whatever kind, followed through one reference.
+    /// The N entry of the AP dictionary, of whatever kind, followed through one reference; null
+    /// where that leads nowhere.
     [[nodiscard]] virtual Ref<Value> normalAppearance() const noexcept = 0;
     /// The DR dictionary, followed through one reference.
     [[nodiscard]] virtual Ref<Dictionary> defaultResources() const noexcept = 0;
@@ -86,6 +91,9 @@ public:
 
     /// Partial names from the root joined by "."; an unnamed field stands there by its index.
     [[nodiscard]] Ref<Host::String> fullName() const noexcept;
+
+    /// The field's dictionary, shared with the document.
+    [[nodiscard]] Ref<Dictionary> dictionary() const noexcept;
 };
 
 namespace Fields {
@@ -145,8 +153,9 @@ class FILES_PDF_EXPORT Signature : public Field {};
 /// The interactive form of a document (ISO 32000-1, 12.7.2).
 class FILES_PDF_EXPORT Form : public Host::Object {
 public:
-    /// The NeedAppearances entry; null where there is none.
+    /// The NeedAppearances entry: whether a viewer is to rebuild what the fields look like.
     [[nodiscard]] virtual Ref<Boolean> needAppearances() const noexcept = 0;
+    /// The Q entry.
     [[nodiscard]] virtual Quadding quadding() const noexcept = 0;
     /// The DA entry.
     [[nodiscard]] virtual Ref<String> defaultAppearance() const noexcept = 0;
@@ -166,6 +175,9 @@ public:
     /// The field at a path of names joined by ".": "a.b.0". Null with `NullArgument`,
     /// `InvalidArgument` (empty) or `FormNotFound` set.
     [[nodiscard]] Ref<Field> fieldByPath(const Ref<Host::String>& path) const noexcept;
+
+    /// Sets NeedAppearances in the catalog's AcroForm dictionary.
+    bool setNeedAppearances(bool needed) noexcept;
 };
 
 } // namespace Libraries::Files::PDF

@@ -1,11 +1,14 @@
 #include "document/document_obj.h"
 
+#include "compose/overlay.h"
 #include "host/guard.h"
 #include "reader/loader.h"
 #include "reader/stream_data.h"
 #include "values/failure.h"
 #include "values/kind.h"
 #include "writer/document_writer.h"
+#include "writer/stream_data_writer.h"
+#include "writer/stream_encoder.h"
 
 #include <algorithm>
 #include <utility>
@@ -58,7 +61,7 @@ DocumentObj::DocumentObj(Ref<Interfaces::Stripe> source, Ref<Host::Mon> monitor)
 }
 
 Ref<Form> DocumentObj::form() noexcept {
-    return fail(NotSupported);
+    return Host::guarded([&] { return lookUpForm(*this, state_.objects.size(), form_); });
 }
 
 Ref<PDF::Object> DocumentObj::getObject(const Ref<ObjectRef>& ref) const noexcept {
@@ -82,12 +85,16 @@ Ref<Interfaces::Stripe> DocumentObj::readStreamData(Ref<Stream> stream, bool dec
 }
 
 std::uint32_t DocumentObj::writeStreamData(Ref<Stream> stream, Ref<Interfaces::Stripe> target,
-                                           bool) noexcept {
+                                           bool encode) noexcept {
     if (!stream || !target) return fail(NullArgument);
-    if (dynamic_cast<StreamObj*>(stream.get()) == nullptr) {
-        return fail(InvalidArgument, "Failed to cast Stream to StreamObj");
-    }
-    return fail(NotSupported);
+    auto* const own = dynamic_cast<StreamObj*>(stream.get());
+    if (own == nullptr) return fail(InvalidArgument, "Failed to cast Stream to StreamObj");
+    if (!usable(target)) return 0;
+    return Host::guarded([&] {
+        return PDF::writeStreamData(state_, *own, *target, encode, [this](const Ref<Stream>& held) {
+            return readStreamData(held, false);
+        });
+    });
 }
 
 bool DocumentObj::cacheStreamData() noexcept {
@@ -102,12 +109,16 @@ bool DocumentObj::changed() const noexcept {
     });
 }
 
-bool DocumentObj::addBackground(Ref<Document>, std::uint32_t) noexcept {
-    return fail(NotSupported);
+bool DocumentObj::addBackground(Ref<Document> foreign, std::uint32_t mode) noexcept {
+    return Host::guarded([&] { return PDF::addBackground(state_, *this, foreign, mode); });
 }
 
-bool DocumentObj::setCompression(Compression) noexcept {
-    return fail(NotSupported);
+bool DocumentObj::setCompression(Compression target) noexcept {
+    return Host::guarded([&] {
+        return PDF::setCompression(state_, target, [this](const Ref<Stream>& stream) {
+            return readStreamData(stream, false);
+        });
+    });
 }
 
 } // namespace Libraries::Files::PDF

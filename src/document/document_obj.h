@@ -1,6 +1,7 @@
 #pragma once
 
 #include "document/state.h"
+#include "forms/form_lookup.h"
 
 #include <pdf/document.h>
 
@@ -30,6 +31,7 @@ public:
 
 private:
     DocumentState state_;
+    FormLookup form_;
 };
 
 } // namespace Libraries::Files::PDF

@@ -1,0 +1,84 @@
+#include "forms/field_obj.h"
+#include "forms/form_obj.h"
+#include "host/guard.h"
+#include "values/failure.h"
+
+#include <pdf/form.h>
+
+#include <vector>
+
+namespace Libraries::Files::PDF {
+
+namespace {
+
+/// The name by which messages and paths call the field.
+Ref<Host::String> nameOf(const Field& field) {
+    if (const Ref<String> partial = field.partialName()) return made(partial->asText());
+    const auto* data = dynamic_cast<const FieldData*>(&field);
+    Host::StringBuilder index;
+    index.appendNumber(data != nullptr ? data->position : std::uint64_t{0});
+    return made(index.build());
+}
+
+/// The part of a path that begins at `place`, which moves behind it; empty parts are left out.
+/// Null at the end.
+Ref<Host::String> nextPart(const Host::String& path, std::uint64_t& place) {
+    Host::StringBuilder part;
+    bool any = false;
+    for (; place < path.length() && !(any && path[place] == U'.'); ++place) {
+        if (path[place] == U'.') continue;
+        part.append(path[place]);
+        any = true;
+    }
+    return any ? made(part.build()) : nullptr;
+}
+
+} // namespace
+
+Ref<Field> Field::fieldByName(const Ref<Host::String>& name) const noexcept {
+    const auto* data = dynamic_cast<const FieldData*>(this);
+    if (data == nullptr) return fail(NotSupported);
+    return data->kids.find(name);
+}
+
+Ref<Host::String> Field::fullName() const noexcept {
+    return Host::guarded([this] {
+        std::vector<Ref<Host::String>> names{nameOf(*this)};
+        for (Ref<Field> above = parent(); above; above = above->parent())
+            names.push_back(nameOf(*above));
+        Host::StringBuilder text;
+        for (auto name = names.rbegin(); name != names.rend(); ++name) {
+            if (name != names.rbegin()) text.append(".");
+            text.append(**name);
+        }
+        return text.build();
+    });
+}
+
+Ref<Dictionary> Field::dictionary() const noexcept {
+    const auto* data = dynamic_cast<const FieldData*>(this);
+    if (data == nullptr) return fail(NotSupported);
+    return data->dict;
+}
+
+Ref<Field> Form::fieldByName(const Ref<Host::String>& name) const noexcept {
+    const auto* own = dynamic_cast<const FormObj*>(this);
+    if (own == nullptr) return fail(NotSupported);
+    return own->fields().find(name);
+}
+
+Ref<Field> Form::fieldByPath(const Ref<Host::String>& path) const noexcept {
+    if (!path) return fail(NullArgument);
+    if (path->empty()) return fail(InvalidArgument);
+    return Host::guarded([&]() -> Ref<Field> {
+        std::uint64_t place = 0;
+        Ref<Host::String> part = nextPart(*path, place);
+        if (!part) return fail(FormNotFound);
+        Ref<Field> found = fieldByName(part);
+        while (found && (part = nextPart(*path, place)))
+            found = found->fieldByName(part);
+        return found;
+    });
+}
+
+} // namespace Libraries::Files::PDF

@@ -1,0 +1,156 @@
+#include "forms/field_tree.h"
+
+#include "forms/button_obj.h"
+#include "forms/choice_obj.h"
+#include "forms/failure.h"
+#include "forms/field_obj.h"
+#include "forms/text_obj.h"
+
+#include <new>
+#include <utility>
+#include <vector>
+
+namespace Libraries::Files::PDF {
+
+using namespace Host::Literals;
+
+namespace {
+
+/// A new field, and the part of it that knows of no kind.
+struct MadeField {
+    Ref<Field> field;
+    FieldData* data = nullptr;
+};
+
+template <class Implementation>
+MadeField make(FieldPlace place) {
+    auto field = newValue<Implementation>(std::move(place));
+    FieldData* data = field.get();
+    return {std::move(field), data};
+}
+
+/// No field where the kind is none of the known ones.
+MadeField makeOfKind(const Ref<Name>& type, FieldPlace place) {
+    if (!type) return make<PlainFieldObj>(std::move(place));
+    const Ref<Host::String> name = type->name();
+    if (!name) return {};
+    if (name->equals("Btn")) return make<ButtonObj>(std::move(place));
+    if (name->equals("Tx")) return make<TextObj>(std::move(place));
+    if (name->equals("Ch")) return make<ChoiceObj>(std::move(place));
+    if (name->equals("Sig")) return make<SignatureObj>(std::move(place));
+    return {};
+}
+
+Ref<Array> readKids(const MadeField& made) noexcept {
+    made.field->lockRef();
+    Ref<Array> kids = made.data->dict->findAsArray("Kids"_str, true);
+    made.field->unlockRef();
+    return kids;
+}
+
+/// Walks the tree with a stack of its own: trees may be deeper than that of the thread.
+class TreeBuilder {
+public:
+    TreeBuilder(Document& document, std::uint64_t limit)
+        : document_(document), weakDocument_(&document), left_(limit) {}
+
+    bool build(const Ref<Array>& array, Kids& fields);
+
+private:
+    /// An array whose fields are being built.
+    struct Level {
+        Ref<Array> array;
+        std::uint64_t next = 0;
+        /// Where its fields go.
+        Kids* fields;
+        /// The field whose kids they are; none at the top.
+        Ref<Field> owner;
+        Host::WeakRef<Field> weakOwner;
+    };
+
+    bool step();
+    [[nodiscard]] bool makeNext(Level& level, MadeField& made);
+    [[nodiscard]] Ref<Dictionary> resolve(const Ref<ObjectRef>& ref, std::uint64_t index) const;
+    void descend(MadeField made, Ref<Array> kids);
+
+    Document& document_;
+    Host::WeakRef<Document> weakDocument_;
+    /// How many fields may still be made.
+    std::uint64_t left_;
+    std::vector<Level> levels_;
+};
+
+bool TreeBuilder::build(const Ref<Array>& array, Kids& fields) {
+    levels_.push_back({array, 0, &fields, nullptr, {}});
+    while (!levels_.empty()) {
+        if (step()) continue;
+        for (std::size_t level = levels_.size(); level > 1; --level)
+            refuseField("Failed to initialize child field");
+        return false;
+    }
+    return true;
+}
+
+/// Builds one field, or takes one whose kids are complete to its place.
+bool TreeBuilder::step() {
+    Level& level = levels_.back();
+    if (level.next == level.array->size()) {
+        const Ref<Field> complete = std::move(level.owner);
+        levels_.pop_back();
+        if (complete) levels_.back().fields->add(complete);
+        return true;
+    }
+    MadeField made;
+    if (!makeNext(level, made)) return false;
+    if (Ref<Array> kids = readKids(made)) {
+        descend(std::move(made), std::move(kids));
+    } else {
+        level.fields->add(std::move(made.field));
+    }
+    return true;
+}
+
+bool TreeBuilder::makeNext(Level& level, MadeField& made) {
+    const std::uint64_t index = level.next++;
+    const Ref<ObjectRef> ref = level.array->getAsObjectRef(index);
+    if (!ref) return refuseField("Child field is not an object reference: ", index);
+    Ref<Dictionary> dict = resolve(ref, index);
+    if (!dict) return false;
+    if (left_ == 0) return refuseField("Failed to initialize child field");
+
+    const Ref<Name> type = dict->findAsName("FT"_str);
+    made = makeOfKind(type, {{weakDocument_}, {level.weakOwner}, index, std::move(dict)});
+    if (!made.field) {
+        return refuseField("Resolved child ", index, " ( -> ", ref,
+                           " ) has unsupported field type: ", type);
+    }
+    --left_;
+    return true;
+}
+
+Ref<Dictionary> TreeBuilder::resolve(const Ref<ObjectRef>& ref, std::uint64_t index) const {
+    const Ref<PDF::Object> object = document_.getObject(ref);
+    if (!object) return refuseField("Failed to resolve child ", index);
+    Ref<Dictionary> dict = object->valueAsDictionary();
+    if (!dict) {
+        const Ref<Value> value = object->value();
+        const Value::Type found = value ? value->type() : Value::Type::Invalid;
+        return refuseField("Resolved child ", index, " ( -> ", ref, " ) is not an object: ", found);
+    }
+    return dict;
+}
+
+void TreeBuilder::descend(MadeField field, Ref<Array> kids) {
+    if (!field.field->gcProxy()) throw std::bad_alloc();
+    Host::WeakRef<Field> weak(field.field.get());
+    levels_.push_back(
+        {std::move(kids), 0, &field.data->kids, std::move(field.field), std::move(weak)});
+}
+
+} // namespace
+
+bool buildFields(Document& document, const Ref<Array>& array, std::uint64_t limit, Kids& fields) {
+    return TreeBuilder(document, limit).build(array, fields);
+}
+
+} // namespace Libraries::Files::PDF
