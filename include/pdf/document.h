@@ -98,10 +98,13 @@ public:
     /// foreign page beneath the first page, 1 the first foreign page beneath every page, 2 page by
     /// page, 3 page by page and the last foreign page beneath the rest.
     ///
-    /// The foreign document is only read and may be released afterwards. False with one of the
-    /// codes `NullArgument`, `PageTreeInvalid`, `PageInvalid`, `StreamNotCopied`, `StepFailed`,
-    /// `ForeignPageEmpty` to `ForeignStreamUnread` set; page contents are then as they were, merged
-    /// resources stay.
+    /// The foreign document is only read and may be released afterwards. References in what is
+    /// copied are followed, each as often as it is met: through 512 levels, and up to 1,048,576
+    /// objects for one copied value.
+    ///
+    /// False with one of the codes `NullArgument`, `PageTreeInvalid`, `PageInvalid`,
+    /// `StreamNotCopied`, `StepFailed`, `ForeignPageEmpty` to `ForeignStreamUnread` set; page
+    /// contents are then as they were, merged resources stay.
     virtual bool addBackground(Ref<Document> foreign, std::uint32_t mode) noexcept = 0;
 
     /// Re-encodes the data of every stream to `target`, all or nothing. Streams with an array of

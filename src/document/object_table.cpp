@@ -8,21 +8,22 @@ void ObjectTable::append(Ref<Object> object) {
     const std::uint32_t id = object->id();
     const std::uint16_t generation = object->generation();
     slots_.push_back({id, generation, std::move(object)});
-    const std::size_t count = slots_.size();
-    ascending_ = ascending_ && (count == 1 || slots_[count - 2].id < id);
+    const std::size_t last = slots_.size() - 1;
+    if (ascending_ == last && (last == 0 || slots_[last - 1].id < id)) ++ascending_;
 }
 
 bool ObjectTable::remove(std::uint32_t id, std::uint16_t generation) noexcept {
     const std::size_t found = place(id, generation);
     if (found == slots_.size()) return false;
     slots_.erase(slots_.begin() + static_cast<std::ptrdiff_t>(found));
+    if (found < ascending_) --ascending_;
     return true;
 }
 
 void ObjectTable::truncate(std::size_t size) noexcept {
     if (size >= slots_.size()) return;
     slots_.erase(slots_.begin() + static_cast<std::ptrdiff_t>(size), slots_.end());
-    ascending_ = std::ranges::is_sorted(slots_, std::ranges::less_equal{}, &Slot::id);
+    ascending_ = std::min(ascending_, size);
 }
 
 Object* ObjectTable::find(std::uint32_t id, std::uint16_t generation) const noexcept {
@@ -34,7 +35,7 @@ std::size_t ObjectTable::place(std::uint32_t id, std::uint16_t generation) const
     const auto matches = [&](const Slot& slot) {
         return slot.id == id && slot.generation == generation;
     };
-    if (ascending_) {
+    if (ascending()) {
         const std::size_t found = placeOfId(id);
         return found < slots_.size() && matches(slots_[found]) ? found : slots_.size();
     }

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "compose/copied_data.h"
+#include "document/state.h"
+
+#include <pdf/document.h>
+#include <pdf/values.h>
+
+#include <cstddef>
+#include <cstdint>
+
+namespace Libraries::Files::PDF {
+
+/// Copies values of other documents into a document, for one operation of that document.
+///
+/// References are followed, each as often as it is met: what is referred to becomes an object of
+/// its own each time. No record is kept of what was seen, so two bounds end what would have no
+/// end: 512 levels of containers and references, and `addedLimit` objects for each value copied.
+/// Stream data is copied as it is stored; all copies of one stream share its bytes.
+///
+/// A copy that fails, be it for lack of memory, takes its objects out of the table again. Their
+/// numbers are not given back, and `modified` stays set.
+class Cloner {
+public:
+    /// Objects that copying one value may add.
+    static constexpr std::size_t addedLimit = 1'048'576;
+
+    /// `self` is the document whose state `target` is.
+    Cloner(DocumentState& target, const Document& self) noexcept : target_(target), self_(self) {}
+
+    /// A copy of `value`, which belongs to `source`. References of the document itself are kept.
+    [[nodiscard]] Ref<Value> cloneValue(const Ref<Value>& value, const Ref<Document>& source);
+    /// A reference to a new object that holds a copy of `value`, which belongs to `source`.
+    [[nodiscard]] Ref<ObjectRef> addClonedObject(const Ref<Value>& value,
+                                                 const Ref<Document>& source);
+
+private:
+    template <class Copy>
+    auto undoneOnFailure(Copy copy);
+
+    Ref<Value> clone(const Ref<Value>& value, Document& source);
+    Ref<ObjectRef> add(const Ref<Value>& value, Document& source);
+    Ref<Value> cloneReference(const Ref<ObjectRef>& ref, Document& source);
+    Ref<Value> cloneDictionary(const Dictionary& dict, Document& source);
+    bool cloneEntry(const Dictionary& dict, const Ref<Host::String>& key, Dictionary& result,
+                    Document& source);
+    Ref<Value> cloneArray(const Array& array, Document& source);
+    Ref<Value> cloneStream(const Ref<Stream>& stream, Document& source);
+    Ref<SharedBytes> dataOf(const Ref<Stream>& stream, Document& source);
+
+    DocumentState& target_;
+    const Document& self_;
+    StreamBytes streamBytes_;
+    unsigned depth_ = 0;
+    /// Length of the object table when the copying of the current value began.
+    std::size_t start_ = 0;
+};
+
+} // namespace Libraries::Files::PDF

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <host/stripe.h>
+#include <pdf/values.h>
+
+#include <map>
+#include <span>
+#include <utility>
+
+namespace Libraries::Files::PDF {
+
+/// Bytes that any number of streams share. They never change.
+class SharedBytes final : public Host::RefCount {
+public:
+    explicit SharedBytes(Host::ByteBuffer bytes) noexcept : bytes_(std::move(bytes)) {}
+
+    [[nodiscard]] std::span<const std::uint8_t> span() const noexcept { return bytes_.span(); }
+
+private:
+    Host::ByteBuffer bytes_;
+};
+
+/// The data of a copied stream: a position of its own over shared bytes. Read-only.
+class CopiedData final : public Adapters::Stripe::Base {
+public:
+    explicit CopiedData(Ref<SharedBytes> bytes) noexcept : bytes_(std::move(bytes)) {}
+
+    [[nodiscard]] std::uint64_t size() const noexcept override { return bytes_->span().size(); }
+    [[nodiscard]] std::uint64_t position() const noexcept override { return position_; }
+    /// Positions behind the end are refused: the end is what is reached.
+    std::uint64_t position(std::uint64_t position) noexcept override;
+    std::uint64_t write(const void* buffer, std::uint64_t count) noexcept override;
+    std::uint64_t readBytes(std::uint8_t* buffer, std::uint64_t count) noexcept override;
+    std::uint64_t writeBytes(const std::uint8_t* bytes, std::uint64_t count) noexcept override;
+    [[nodiscard]] std::span<const std::uint8_t>
+    window(std::uint64_t position) const noexcept override;
+
+private:
+    Ref<SharedBytes> bytes_;
+    std::uint64_t position_ = 0;
+};
+
+/// The bytes of the streams that one operation copies, read once for each stream.
+class StreamBytes {
+public:
+    /// The bytes of `stream`, whose data is `data`. Null, logged with the code set, on failure.
+    [[nodiscard]] Ref<SharedBytes> of(const Ref<Stream>& stream, Interfaces::Stripe& data);
+
+private:
+    /// The stream is held too, so that its address stays its own.
+    struct Entry {
+        Ref<Stream> stream;
+        Ref<SharedBytes> bytes;
+    };
+
+    std::map<const Stream*, Entry> entries_;
+};
+
+} // namespace Libraries::Files::PDF

@@ -1,0 +1,207 @@
+#include "compose/overlay.h"
+
+#include "compose/contents.h"
+#include "compose/overlay_resources.h"
+#include "values/failure.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace Libraries::Files::PDF {
+
+namespace {
+
+/// Which foreign page goes beneath which page.
+enum Mode : std::uint32_t {
+    FirstBeneathFirst = 0,
+    FirstBeneathAll = 1,
+    PageByPage = 2,
+    PageByPageThenLast = 3
+};
+
+bool takesFirstOnly(std::uint32_t mode) noexcept {
+    return mode == FirstBeneathFirst || mode == FirstBeneathAll;
+}
+
+/// How many of `pages` pages change.
+std::size_t pagesToChange(std::uint32_t mode, std::size_t pages, std::size_t foreignPages) {
+    switch (mode) {
+    case FirstBeneathFirst:
+        return std::min<std::size_t>(pages, 1);
+    case PageByPage:
+        return std::min(pages, foreignPages);
+    case FirstBeneathAll:
+    case PageByPageThenLast:
+        return pages;
+    default:
+        return 0;
+    }
+}
+
+class Overlay {
+public:
+    Overlay(DocumentState& state, Document& self, const Ref<Document>& foreign, std::uint32_t mode)
+        : state_(state),
+          self_(self),
+          foreign_(foreign),
+          mode_(mode),
+          cloner_(state, self),
+          resources_(self, foreign, cloner_) {}
+
+    bool run() {
+        const std::uint32_t formerCode = Host::Error::get();
+        Host::Error::set(Host::NoError);
+        if (!readForeignPages()) return false;
+        pages_ = self_.getPages();
+        if (pages_.empty()) {
+            if (Host::Error::get() != Host::NoError) return false;
+            Host::Error::set(formerCode);
+            return true;
+        }
+        return findCatalog() && collectStreams() && mergeResources() &&
+               added_.copy(streams_, foreign_, state_, cloner_) && changeContents() && finish();
+    }
+
+private:
+    bool readForeignPages();
+    bool findCatalog();
+    bool collectStreams();
+    void assign();
+    bool mergeResources();
+    bool changeContents();
+    bool changePages();
+    bool changePage(const Assignment& assignment);
+    bool finish() noexcept;
+
+    DocumentState& state_;
+    Document& self_;
+    const Ref<Document>& foreign_;
+    const std::uint32_t mode_;
+
+    std::vector<Ref<Object>> pages_;
+    std::vector<ForeignPage> foreignPages_;
+    std::vector<Assignment> assignments_;
+    Ref<Dictionary> catalog_;
+    StreamTable streams_;
+    AddedStreams added_;
+    SavedContents saved_;
+    Cloner cloner_;
+    OverlayResources resources_;
+};
+
+bool Overlay::readForeignPages() {
+    const std::vector<Ref<Object>> pages = foreign_->getPages();
+    if (pages.empty()) {
+        const std::uint32_t code = Host::Error::get();
+        if (code == Host::NoError) return fail(ForeignPageEmpty, "Foreign document has no pages");
+        const bool pageTree = code >= NoTrailer && code < NoTrailer + 256;
+        return fail(pageTree ? code + 256 : code);
+    }
+    std::size_t count = pages.size();
+    if (takesFirstOnly(mode_) && count > 1) {
+        report(LogLevel::Note, "Background has more than 1 page: ", count);
+        count = 1;
+    }
+    foreignPages_.reserve(count);
+    for (std::size_t index = 0; index < count; ++index) {
+        Ref<Dictionary> dict = foreign_->valueAsDict(pages[index]->value());
+        if (!dict) {
+            return fail(ForeignPageInvalid, "Failed to retrieve dictionary of foreign page ",
+                        index);
+        }
+        foreignPages_.push_back({std::move(dict), index, {}});
+    }
+    return true;
+}
+
+bool Overlay::findCatalog() {
+    const Ref<Object> catalog = self_.getPageCatalog();
+    if (!catalog) return fail(PageTreeInvalid, "Failed to retrieve page catalog");
+    catalog_ = catalog->valueAsDictionary();
+    if (!catalog_) return fail(PageTreeInvalid, "Failed to retrieve page catalog dictionary");
+    return true;
+}
+
+bool Overlay::collectStreams() {
+    return std::ranges::all_of(foreignPages_, [&](ForeignPage& page) {
+        return collectContents(*foreign_, page, streams_);
+    });
+}
+
+void Overlay::assign() {
+    const std::size_t count = pagesToChange(mode_, pages_.size(), foreignPages_.size());
+    assignments_.reserve(count);
+    for (std::size_t index = 0; index < count; ++index) {
+        const std::size_t beneath = std::min(index, foreignPages_.size() - 1);
+        assignments_.push_back({index, pages_[index], &foreignPages_[beneath]});
+    }
+}
+
+bool Overlay::mergeResources() {
+    assign();
+    return resources_.findCatalogResources(catalog_) &&
+           std::ranges::all_of(
+               assignments_,
+               [&](Assignment& assignment) { return resources_.mergeInto(assignment); }) &&
+           resources_.mergeCatalogs();
+}
+
+bool Overlay::changeContents() {
+    // Behind the restoring of pages, which may have left a code of its own.
+    if (!changePages()) return fail(StepFailed);
+    return true;
+}
+
+bool Overlay::changePages() {
+    struct Undo {
+        Overlay& overlay;
+        std::size_t stop = 0;
+        bool needed = true;
+        ~Undo() {
+            if (needed) {
+                restorePageContents(overlay.pages_, overlay.saved_, overlay.state_, stop);
+            }
+        }
+    };
+    Undo undo{*this};
+    saved_.reserve(assignments_.size());
+    for (const Assignment& assignment : assignments_) {
+        undo.stop = assignment.pageIndex;
+        if (!changePage(assignment)) return false;
+    }
+    undo.needed = false;
+    return true;
+}
+
+bool Overlay::changePage(const Assignment& assignment) {
+    std::vector<Ref<Value>> added;
+    added.reserve(assignment.foreignPage->contents.size());
+    for (const std::uint32_t foreignId : assignment.foreignPage->contents) {
+        Ref<ObjectRef> ref = added_.find(foreignId);
+        if (!ref) {
+            return refuse("Failed to retrieve stream reference for ID ", foreignId,
+                          " to add to page ", assignment.page);
+        }
+        added.push_back(std::move(ref));
+    }
+    if (!replacePageContents(assignment.dict, added, saved_)) {
+        return refuse("Failed to update page ", assignment.page);
+    }
+    return true;
+}
+
+bool Overlay::finish() noexcept {
+    state_.version = std::max(state_.version, foreign_->version());
+    state_.modified = true;
+    return true;
+}
+
+} // namespace
+
+bool addBackground(DocumentState& state, Document& self, const Ref<Document>& foreign,
+                   std::uint32_t mode) {
+    if (!foreign) return fail(NullArgument);
+    return Overlay(state, self, foreign, mode).run();
+}
+
+} // namespace Libraries::Files::PDF

@@ -1,0 +1,102 @@
+#include "compose/overlay_resources.h"
+
+#include "values/dictionary.h"
+#include "values/failure.h"
+
+namespace Libraries::Files::PDF {
+
+using namespace Host::Literals;
+
+namespace {
+
+/// Finds a node's resources. False only where that failed: a node need not have any.
+bool findResources(const Dictionary& node, const Document& document, Ref<Dictionary>& resources) {
+    resources = pageResources(node, document);
+    return resources || Host::Error::get() == KeyNotFound;
+}
+
+/// Gives a node that has no resources an empty dictionary for them.
+bool makeResources(Dictionary& node, Ref<Dictionary>& resources) {
+    if (resources) return true;
+    Ref<Dictionary> made = newValue<DictionaryObj>();
+    if (!node.set("Resources"_str, made)) return false;
+    resources = std::move(made);
+    return true;
+}
+
+} // namespace
+
+bool OverlayResources::findCatalogResources(const Ref<Dictionary>& catalog) {
+    catalog_ = catalog;
+    if (!findResources(*catalog_, *self_, catalogResources_)) {
+        return fail(PageTreeInvalid, "Failed to retrieve page catalog resource dictionary");
+    }
+    return true;
+}
+
+bool OverlayResources::mergeInto(Assignment& assignment) {
+    const Ref<Object>& page = assignment.page;
+    assignment.dict = page->valueAsDictionary();
+    if (!assignment.dict) {
+        return fail(PageInvalid, "Failed to retrieve page dictionary for page ", page);
+    }
+    Ref<Dictionary> resources;
+    if (!findResources(*assignment.dict, *self_, resources)) {
+        return fail(PageInvalid, "Failed to retrieve resources for page ", page);
+    }
+    Ref<Dictionary> foreignResources;
+    const ForeignPage& foreignPage = *assignment.foreignPage;
+    if (!findResources(*foreignPage.dict, *foreign_, foreignResources)) {
+        return fail(PageInvalid, "Failed to retrieve resources for foreign page ",
+                    foreignPage.index);
+    }
+    if (!foreignResources) {
+        foreignCatalogNeeded_ = true;
+        return true;
+    }
+    return mergeIntoPage(assignment, std::move(resources), *foreignResources);
+}
+
+bool OverlayResources::mergeIntoPage(Assignment& assignment, Ref<Dictionary> resources,
+                                     const Dictionary& foreignResources) {
+    const Ref<Object>& page = assignment.page;
+    if (!makeResources(*assignment.dict, resources)) {
+        return fail(StepFailed, "Failed to set resource dictionary for page ", page);
+    }
+    // A page with resources of its own inherits none any more.
+    if (catalogResources_ && !merge_.merge(*resources, *catalogResources_, self_)) {
+        return fail(StepFailed, "Failed to integrate page catalog resources into page ", page);
+    }
+    if (!merge_.merge(*resources, foreignResources, foreign_)) {
+        return fail(StepFailed, "Failed to add resources of foreign page ",
+                    assignment.foreignPage->index, " to page ", page);
+    }
+    return true;
+}
+
+bool OverlayResources::mergeCatalogs() {
+    if (!foreignCatalogNeeded_) return true;
+    const Ref<Object> catalog = foreign_->getPageCatalog();
+    if (!catalog) {
+        return fail(PageTreeInvalid, "Failed to retrieve foreign page catalog object");
+    }
+    const Ref<Dictionary> dict = catalog->valueAsDictionary();
+    if (!dict) {
+        return fail(PageTreeInvalid, "Failed to retrieve foreign page catalog dictionary");
+    }
+    Ref<Dictionary> resources;
+    if (!findResources(*dict, *foreign_, resources)) {
+        return fail(PageTreeInvalid, "Failed to retrieve foreign page catalog resource dictionary");
+    }
+    if (!resources) return true;
+    if (!makeResources(*catalog_, catalogResources_)) {
+        return fail(StepFailed,
+                    "Failed to create new resource dictionary for page catalog dictionary");
+    }
+    if (!merge_.merge(*catalogResources_, *resources, foreign_)) {
+        return fail(StepFailed, "Failed to add resources to page catalog resource dictionary");
+    }
+    return true;
+}
+
+} // namespace Libraries::Files::PDF

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "compose/overlay_streams.h"
+#include "compose/resources.h"
+
+#include <pdf/document.h>
+#include <pdf/values.h>
+
+#include <cstdint>
+
+namespace Libraries::Files::PDF {
+
+/// A page that gets a foreign page beneath it.
+struct Assignment {
+    std::uint64_t pageIndex;
+    Ref<Object> page;
+    const ForeignPage* foreignPage;
+    /// The page's dictionary, found on the way.
+    Ref<Dictionary> dict = nullptr;
+};
+
+/// Merges the resources of foreign pages into those of the pages that they go beneath. What was
+/// merged before a failure stays.
+class OverlayResources {
+public:
+    OverlayResources(Document& self, const Ref<Document>& foreign, Cloner& cloner) noexcept
+        : self_(&self), foreign_(foreign), merge_(self, cloner) {}
+
+    /// Finds the page catalog's resources, which there need not be.
+    [[nodiscard]] bool findCatalogResources(const Ref<Dictionary>& catalog);
+    [[nodiscard]] bool mergeInto(Assignment& assignment);
+    /// Merges the foreign page catalog's resources, if some foreign page has none of its own.
+    [[nodiscard]] bool mergeCatalogs();
+
+private:
+    bool mergeIntoPage(Assignment& assignment, Ref<Dictionary> resources,
+                       const Dictionary& foreignResources);
+
+    Ref<Document> self_;
+    Ref<Document> foreign_;
+    ResourceMerge merge_;
+    Ref<Dictionary> catalog_;
+    Ref<Dictionary> catalogResources_;
+    bool foreignCatalogNeeded_ = false;
+};
+
+} // namespace Libraries::Files::PDF
