@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cctype>
+
 namespace {
 
 using namespace Libraries::Files::PDF;
@@ -13,56 +15,49 @@ using Testing::DocumentBuilder;
 
 TEST(Navigation, ExplainsWhatIsWrongWithThePageTree) {
     enum Step { Catalog, Tree, Pages };
-    constexpr const char* root = "/Root 1 0 R";
-    constexpr const char* catalog = "<< /Type /Catalog /Pages 2 0 R >>";
-    constexpr const char* tree = "<< /Type /Pages >>";
-    const struct {
-        Step step;
-        const char* trailer;
-        const char* catalog;
-        const char* tree;
-        std::uint32_t code;
-        std::string log; ///< the last line
-    } rows[] = {
-        {Catalog, "", catalog, tree, RootMissing, "Failed to retrieve root object reference"},
-        {Catalog, "/Root 1", catalog, tree, RootMissing,
-         "Failed to retrieve root object reference"},
-        {Catalog, "/Root 9 0 R", catalog, tree, RootInvalid, "Document has no root object"},
-        {Catalog, "/Root 1 1 R", catalog, tree, RootInvalid, "Document has no root object"},
-        {Catalog, root, "[ ]", tree, RootInvalid, "Failed to retrieve root object dictionary"},
-        {Catalog, root, "<< >>", tree, CatalogInvalid, "Root object has no valid Type entry"},
-        {Catalog, root, "<< /Type /catalog >>", tree, CatalogInvalid,
+    enum { Trailer, Root, Kids }; // what is replaced in a good document
+    const std::tuple<Step, int, const char*, std::uint32_t, const char*> rows[] = {
+        {Catalog, Trailer, "", RootMissing, "retrieve root object reference"},
+        {Catalog, Trailer, "/Root 1", RootMissing, "retrieve root object reference"},
+        {Catalog, Trailer, "/Root 9 0 R", RootInvalid, "Document has no root object"},
+        {Catalog, Trailer, "/Root 1 1 R", RootInvalid, "Document has no root object"},
+        {Catalog, Root, "[ ]", RootInvalid, "retrieve root object dictionary"},
+        {Catalog, Root, "<< >>", CatalogInvalid, "Root object has no valid Type entry"},
+        {Catalog, Root, "<< /Type /catalog >>", CatalogInvalid,
          "Root object Type entry is not of type Catalog. Got: catalog"},
-        {Tree, "", catalog, tree, RootInvalid, "Document has no root object"},
-        {Tree, root, "<< /Type /Catalog >>", tree, CatalogInvalid,
-         "Failed to retrieve pages object reference"},
-        {Tree, root, "<< /Type /Catalog /Pages 8 0 R >>", tree, PageTreeInvalid,
-         "Failed to retrieve pages object"},
-        {Tree, root, catalog, "12", PageTreeInvalid, "Failed to retrieve pages object dictionary"},
-        {Tree, root, catalog, "<< /Type (Pages) >>", PageTreeInvalid,
+        {Tree, Trailer, "", RootInvalid, "Document has no root object"},
+        {Tree, Root, "<< /Type /Catalog >>", CatalogInvalid, "retrieve pages object reference"},
+        {Tree, Root, "<< /Type /Catalog /Pages 8 0 R >>", PageTreeInvalid, "retrieve pages object"},
+        {Tree, Kids, "12", PageTreeInvalid, "retrieve pages object dictionary"},
+        {Tree, Kids, "<< /Type (Pages) >>", PageTreeInvalid,
          "Pages object has no valid Type entry"},
-        {Tree, root, catalog, "<< /Type /Page >>", PageTreeInvalid,
+        {Tree, Kids, "<< /Type /Page >>", PageTreeInvalid,
          "Pages object Type entry is not of type Pages. Got: Page"},
-        {Pages, "", catalog, tree, PageTreeInvalid, "Failed to retrieve pages object"},
-        {Pages, root, catalog, "<< /Type /Pages /Kids 3 0 R >>", PageTreeInvalid,
+        {Pages, Trailer, "", PageTreeInvalid, "retrieve pages object"},
+        {Pages, Kids, "<< /Type /Pages /Kids 3 0 R >>", PageTreeInvalid,
          "Pages object has no valid Kids entry"},
-        {Pages, root, catalog, "<< /Type /Pages /Kids [3 0 R 3] >>", PageTreeInvalid,
-         "Failed to retrieve pages object's Kids entry object reference 1h (1)"},
-        {Pages, root, catalog, "<< /Type /Pages /Kids [3 0 R 3 1 R] >>", PageTreeInvalid,
-         "Failed to resolve page object reference entry 1h (1)"},
+        {Pages, Kids, "<< /Type /Pages /Kids [3 0 R 3] >>", PageTreeInvalid,
+         "retrieve pages object's Kids entry object reference 1h (1)"},
+        {Pages, Kids, "<< /Type /Pages /Kids [3 0 R 3 1 R] >>", PageTreeInvalid,
+         "resolve page object reference entry 1h (1)"},
     };
-    for (const auto& row : rows) {
-        DocumentBuilder builder = DocumentBuilder::minimal().trailer(row.trailer);
-        const auto document =
-            Testing::open(builder.object(1, row.catalog).object(2, row.tree).bytes());
-        ASSERT_TRUE(document) << row.log;
+    for (const auto& [step, part, replacement, code, message] : rows) {
+        DocumentBuilder builder = DocumentBuilder::minimal();
+        if (part == Trailer)
+            builder.trailer(replacement);
+        else
+            builder.object(part == Root ? 1 : 2, replacement);
+        const auto document = Testing::open(builder.bytes());
+        ASSERT_TRUE(document) << message;
         const Testing::RecordingLog log;
-        const bool found = row.step == Catalog ? bool(document->getCatalog())
-                           : row.step == Tree  ? bool(document->getPageCatalog())
-                                               : !document->getPages().empty();
-        EXPECT_FALSE(found) << row.log;
-        EXPECT_EQ(Host::Error::get(), row.code) << row.log;
-        EXPECT_TRUE(log.text().ends_with(row.log + "\n")) << log.text() << row.log;
+        const bool found = step == Catalog ? bool(document->getCatalog())
+                           : step == Tree  ? bool(document->getPageCatalog())
+                                           : !document->getPages().empty();
+        EXPECT_FALSE(found) << message;
+        EXPECT_EQ(Host::Error::get(), code) << message;
+        const bool failed = std::islower(static_cast<unsigned char>(message[0])) != 0;
+        const std::string last = (failed ? "Failed to " : "") + std::string(message) + "\n";
+        EXPECT_TRUE(log.text().ends_with(last)) << log.text() << message;
     }
 }
 
@@ -88,28 +83,23 @@ TEST(Navigation, FollowsOneReferenceToADictionary) {
                                             .bytes());
     ASSERT_TRUE(document);
     const Ref<Array> values = castTo<Array>(Testing::valueOf(*document, 5));
-    const struct {
-        const char* name;
-        std::string text;
-        std::uint32_t code;
-        const char* log;
-    } rows[] = {
-        {"to an array", "(null)", ObjectUnreadable, "Invalid object type 8h (8)\n"},
-        {"to a dictionary", "<< Pages -> 2 (0) Type -> Catalog >>", 0, ""},
-        {"to nothing", "(null)", ReferenceNotResolved, "Failed to resolve object reference\n"},
-        {"to a stream", "(null)", ObjectUnreadable, "Invalid object type 7h (7)\n"},
-        {"a dictionary", "<< B -> 2.0 >>", 0, ""},
-        {"a string", "(null)", ObjectUnreadable, "Invalid object type 4h (4)\n"},
-        {"null", "(null)", NullArgument, ""},
+    const std::tuple<std::string, std::uint32_t, const char*> rows[] = {
+        {"(null)", ObjectUnreadable, "Invalid object type 8h (8)\n"},
+        {"<< Pages -> 2 (0) Type -> Catalog >>", 0, ""},
+        {"(null)", ReferenceNotResolved, "Failed to resolve object reference\n"},
+        {"(null)", ObjectUnreadable, "Invalid object type 7h (7)\n"},
+        {"<< B -> 2.0 >>", 0, ""},
+        {"(null)", ObjectUnreadable, "Invalid object type 4h (4)\n"},
+        {"(null)", NullArgument, ""}, // behind the end
     };
     std::uint64_t index = 0;
-    for (const auto& row : rows) {
+    for (const auto& [text, code, message] : rows) {
         const Testing::RecordingLog log;
         Host::Error::set(0);
-        EXPECT_EQ(Testing::textOf(document->valueAsDict(values->get(index++))), row.text)
-            << row.name;
-        EXPECT_EQ(Host::Error::get(), row.code) << row.name;
-        EXPECT_EQ(log.text(), row.log) << row.name;
+        EXPECT_EQ(Testing::textOf(document->valueAsDict(values->get(index))), text) << index;
+        EXPECT_EQ(Host::Error::get(), code) << index;
+        EXPECT_EQ(log.text(), message) << index;
+        ++index;
     }
     EXPECT_FALSE(document->getObject(nullptr));
     EXPECT_EQ(Host::Error::get(), NullArgument);

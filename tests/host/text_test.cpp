@@ -1,9 +1,13 @@
 #include "host/text.h"
 
 #include "host/char_reader.h"
+#include "host/message.h"
 #include "host/numbers.h"
 #include "support/bytes.h"
 #include "support/failing_stripe.h"
+#include "support/recording_log.h"
+
+#include <host/string.h>
 
 #include <gtest/gtest.h>
 
@@ -11,82 +15,101 @@ namespace {
 
 using namespace std::literals;
 using Host::Cursor;
-using Host::MemoryStripe;
-using Host::StrConv::num;
-using Strings = std::vector<std::string>;
+using Host::LogLevel;
+using Host::String;
+using Host::SysLogFilter;
 
-TEST(StrConv, ReadsASignAndDigitsAndNothingElse) {
-    const struct {
-        std::string_view text;
-        int base;
-        std::optional<std::uint32_t> natural;
-        std::optional<std::int32_t> whole;
-    } rows[] = {
-        {"", 10, 0, 0},
-        {"-", 10, {}, 0},
-        {"-1", 10, {}, -1},
-        {"+007", 10, 7, 7},
-        {"2147483648", 10, 2147483648, {}},
-        {"-2147483648", 10, {}, INT32_MIN},
-        {"-2147483649", 10, {}, {}},
-        {"4294967295", 10, UINT32_MAX, {}},
-        {"4294967296", 10, {}, {}},
-        {"99999999999999999999", 10, {}, {}},
-        {" 5", 10, {}, {}},
-        {"+-5", 10, {}, {}},
-        {"0x5", 16, {}, {}},
-        {"Ff", 16, 255, 255},
+TEST(String, ReadsUtf8) {
+    const std::tuple<const char*, std::string_view, std::u32string_view> rows[] = {
+        {"8-bit codes", "a\0\u00FF"sv, U"a\0\xFF"sv},
+        {"first of each length", "\x7F\xC2\x80\xE0\xA0\x80\xF0\x90\x80\x80",
+         U"\x7F\x80\x800\x10000"},
+        {"last of each length", "\xDF\xBF\xEF\xBF\xBF\xF4\x8F\xBF\xBF", U"\x7FF\xFFFF\x10FFFF"},
+        {"behind the last", "\xF4\x90\x80\x80", U"\xFFFD\xFFFD\xFFFD\xFFFD"},
+        {"lone continuation", "a\x80z", U"a\xFFFDz"},
+        {"overlong", "\xC0\x80\xE0\x9F\xBF", U"\xFFFD\xFFFD\xFFFD\xFFFD\xFFFD"},
+        {"surrogate", "\xED\xA0\x80", U"\xFFFD\xFFFD\xFFFD"},
+        {"broken by ASCII", "\xE2\x82z", U"\xFFFD\xFFFDz"},
+        {"cut off", "\xE2\x82", U"\xFFFD\xFFFD"},
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(num<std::uint32_t>(row.text, row.base), row.natural) << row.text;
-        EXPECT_EQ(num<std::int32_t>(row.text, row.base), row.whole) << row.text;
+    for (const auto& [name, utf8, codes] : rows) {
+        const auto text = String::create(utf8);
+        EXPECT_EQ(*text, *String::create(codes)) << name;
+        EXPECT_TRUE(codes.find(U'\xFFFD') != codes.npos || text->utf8() == utf8) << name;
+    }
+    const std::u16string units{'a', 0xD83D, 0xDE00, 0xDC00, 0xD800, 'b', 0xDBFF};
+    EXPECT_EQ(String::create(units)->utf16(), units) << "pairs and lone surrogates";
+    EXPECT_TRUE(String::create(units)->utf8().starts_with("a\xF0\x9F\x98\x80"));
+}
+
+TEST(String, OrdersByCodePointWhateverTheStorage) {
+    constexpr std::u32string_view ascending[] = {
+        U"",  U"\0"sv, U"a",     U"a\0"sv,  U"ab",     U"a\xFF",  U"a\x100",
+        U"b", U"\xFF", U"\x100", U"\x100z", U"\xFFFF", U"\x10000"};
+    for (std::size_t i = 0; i < std::size(ascending); ++i) {
+        for (std::size_t j = 0; j < std::size(ascending); ++j)
+            EXPECT_EQ(String::create(ascending[i])->compare(*String::create(ascending[j])),
+                      i <=> j);
     }
 }
 
-TEST(StringUtil, SplitsAndTrims) {
-    std::string parts;
-    Host::StringUtil::split("  a b  c", ' ', [&](auto part) { parts.append(part) += ','; });
-    EXPECT_EQ(parts, "a,b,c,");
+TEST(StrConv, ReadsASignAndDigitsAndNothingElse) {
+    const auto natural = Host::StrConv::num<std::uint32_t>;
+    const auto whole = Host::StrConv::num<std::int32_t>;
+    using Row = std::pair<const char*, std::int32_t>;
+    for (const auto& [text, value] :
+         {Row("", 0), {"-", 0}, {"-1", -1}, {"+007", 7}, {"-2147483648", INT32_MIN}}) {
+        EXPECT_EQ(whole(text, 10), value) << text;
+        EXPECT_EQ(natural(text, 10).has_value(), *text != '-') << text;
+    }
+    EXPECT_TRUE(natural("4294967295", 10) == UINT32_MAX && natural("Ff", 16) == 255U);
+    EXPECT_FALSE(whole("2147483648", 10) || whole("0x5", 16));
+    for (const char* text : {"-2147483649", "4294967296", "99999999999999999999", " 5", "+-5"})
+        EXPECT_FALSE(whole(text, 10) || natural(text, 10)) << text;
     EXPECT_EQ(Host::StringUtil::trim("\0\t x\x80 y \r\n"sv), "x\x80 y");
     EXPECT_EQ(Host::StringUtil::trim(" \n"), "");
 }
 
 TEST(CharReader, EndsLinesAtAnyEnding) {
-    const struct {
-        std::string_view text;
-        Strings lines;
-        std::vector<std::uint64_t> behind;
-    } rows[] = {
-        {"", {}, {}},
-        {"a\nb\rc\r\nd", {"a", "b", "c", "d"}, {2, 4, 7, 8}},
-        {"\n\r\n\r\r", {"", "", "", ""}, {1, 3, 4, 5}},
-        {"\0\xFF\n"sv, {"\0\xFF"s}, {3}},
-    };
-    for (const auto& row : rows) {
-        const auto memory = MemoryStripe::create(Testing::bytesOf(row.text));
+    // What stands in the file; each of its lines with the position behind it.
+    const std::pair<std::string, std::string> rows[] = {{"", ""},
+                                                        {"a\nb\rc\r\nd", "a2 b4 c7 d8 "},
+                                                        {"\n\r\n\r\r", "1 3 4 5 "},
+                                                        {"\0\xFF\n"s, "\0\xFF\63 "s}};
+    for (const auto& [text, lines] : rows) {
+        const auto memory = Host::MemoryStripe::create(Testing::bytesOf(text));
         const auto plain = Host::make<Testing::FailingStripe>(memory);
         for (const bool windowed : {true, false}) {
             Cursor cursor(windowed ? static_cast<Interfaces::Stripe&>(*memory) : *plain);
             Host::CharReader reader(cursor);
-            Strings lines;
-            std::vector<std::uint64_t> behind;
-            while (reader.readLine()) {
-                lines.emplace_back(reader.line());
-                behind.push_back(cursor.position());
-            }
-            EXPECT_EQ(lines, row.lines) << row.text;
-            EXPECT_EQ(behind, row.behind) << row.text;
+            std::string read;
+            while (reader.readLine())
+                read.append(reader.line()) += std::to_string(cursor.position()) + " ";
+            EXPECT_EQ(read, lines) << text;
         }
     }
 }
 
 TEST(Cursor, RecoversFromAReadThatFails) {
-    const auto memory = MemoryStripe::create(Testing::bytesOf("01234"));
+    const auto memory = Host::MemoryStripe::create(Testing::bytesOf("01234"));
     const auto plain = Host::make<Testing::FailingStripe>(memory);
     plain->failAt(Testing::FailingStripe::Call::Read, 2, Testing::FailingStripe::Fault::NoByte);
     Cursor cursor(*plain);
-    for (const int expected : {int{'0'}, Cursor::end, int{'1'}, int{'2'}}) {
+    for (const int expected : {int{'0'}, Cursor::end, int{'1'}, int{'2'}})
         EXPECT_EQ(cursor.next(), expected);
+}
+
+TEST(Log, LetsMessagesPassByLevelAndState) {
+    const std::uint32_t filter = SysLogFilter::reg("log test");
+    Testing::RecordingLog log;
+    for (const bool on : {false, true}) {
+        SysLogFilter::state(filter, on);
+        for (const LogLevel level : {LogLevel::Note, LogLevel::Warning, LogLevel::Error}) {
+            SysLogFilter::level(level);
+            log.clear();
+            Host::log(filter, LogLevel::Warning, "object ", 1288U);
+            EXPECT_EQ(log.text(), on && level <= LogLevel::Warning ? "object 508h (1288)\n" : "");
+        }
     }
 }
 

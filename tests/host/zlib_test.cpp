@@ -9,45 +9,40 @@
 
 namespace {
 
-using Host::Ref;
 using Host::ZlibFilter;
 using Interfaces::BlockFilter;
 using Testing::Bytes;
+using Sizes = std::pair<std::size_t, std::size_t>; // of the input and output blocks
 
-struct Blocks {
-    std::size_t input;
-    std::size_t output;
-};
-constexpr Blocks blocks[] = {{1, 1}, {1, 65536}, {65536, 1}, {7, 333}, {65536, 65536}};
+constexpr Sizes large{65536, 65536};
+constexpr Sizes sizes[] = {{1, 1}, {1, 65536}, {65536, 1}, {7, 333}, large};
 
 /// What the filter makes of the input; nothing when it fails. Throws when it gets nowhere.
-std::optional<Bytes> run(const Ref<BlockFilter>& filter, const Bytes& input, Blocks sizes) {
+std::optional<Bytes> run(const Host::Ref<BlockFilter>& filter, std::span<const std::uint8_t> input,
+                         Sizes size) {
     Bytes result;
-    Bytes output(sizes.output);
-    std::size_t used = 0;
-    for (bool ended = false;;) {
+    Bytes output(size.second);
+    for (auto state = BlockFilter::Flush::More;;) {
         BlockFilter::Progress progress;
-        if (used < input.size()) {
-            const std::span block(input.data() + used, std::min(sizes.input, input.size() - used));
+        if (!input.empty()) {
+            const auto block = input.first(std::min(size.first, input.size()));
             if (!filter->convert(block, output, progress)) return std::nullopt;
         } else {
-            const BlockFilter::Flush state = filter->flush(output, progress.produced);
-            if (state == BlockFilter::Flush::Failed) return std::nullopt;
-            ended = state == BlockFilter::Flush::Finished;
+            state = filter->flush(output, progress.produced);
         }
-        if (ended) return result;
+        if (state == BlockFilter::Flush::Failed) return std::nullopt;
+        if (state == BlockFilter::Flush::Finished) return result;
         if (progress.consumed + progress.produced == 0) throw std::logic_error("no progress");
         result.insert(result.end(), output.data(), output.data() + progress.produced);
-        used += progress.consumed;
+        input = input.subspan(progress.consumed);
     }
 }
 
-std::optional<Bytes> inflate(const Bytes& input, Blocks sizes) {
-    return run(ZlibFilter::createDecompressorStream(), input, sizes);
+std::optional<Bytes> inflate(std::span<const std::uint8_t> input, Sizes size = large) {
+    return run(ZlibFilter::createDecompressorStream(), input, size);
 }
-
-Bytes deflate(const Bytes& input, std::uint32_t level = 0, Blocks sizes = {65536, 65536}) {
-    return run(ZlibFilter::createCompressorStream(level), input, sizes).value();
+Bytes deflate(const Bytes& input, std::uint32_t level = 0, Sizes size = large) {
+    return run(ZlibFilter::createCompressorStream(level), input, size).value();
 }
 
 Bytes repetitive(std::size_t size) {
@@ -62,60 +57,48 @@ TEST(Zlib, RoundTripsInBlocksOfAnySize) {
         for (const Bytes& data : {Testing::noise(size), repetitive(size), Bytes(size)}) {
             for (const std::uint32_t level : {0U, 1U, 12U}) {
                 const Bytes packed = deflate(data, level, {size / 3 + 1, 333});
-                for (const Blocks sizes : blocks) {
-                    EXPECT_TRUE(inflate(packed, sizes) == data)
-                        << size << ", level " << level << ": " << sizes.input;
-                }
+                for (const Sizes& blocks : sizes)
+                    EXPECT_TRUE(inflate(packed, blocks) == data) << size << ", level " << level;
             }
         }
     }
-    const Bytes large = repetitive(8 << 20);
-    Bytes packed = deflate(large);
-    EXPECT_LT(packed.size(), large.size() / 2);
-    EXPECT_LT(packed.size(), deflate(large, 1).size());
+    const Bytes data = repetitive(8 << 20);
+    Bytes packed = deflate(data);
+    EXPECT_LT(packed.size(), data.size() / 2);
+    EXPECT_LT(packed.size(), deflate(data, 1).size());
     packed.resize(packed.size() + 200'000);
-    EXPECT_TRUE(inflate(packed, {65536, 65536}) == large) << "with trailing bytes";
+    EXPECT_TRUE(inflate(packed) == data) << "with trailing bytes";
     EXPECT_FALSE(ZlibFilter::createCompressorStream(13));
     EXPECT_EQ(Host::Error::get(), Host::InvalidArgument);
 }
 
 TEST(Zlib, RefusesDamagedData) {
     const Bytes stored{0x78, 0x01, 1, 3, 0, 0xFC, 0xFF, 'a', 'b', 'c', 0x02, 0x4D, 0x01, 0x27};
-    const struct {
-        const char* name;
-        std::size_t offset;
-        Bytes bytes;
-    } rows[] = {
+    Bytes dictionary{0x78, 0x20, 0, 0, 0, 1};
+    dictionary.insert(dictionary.end(), stored.begin() + 2, stored.end());
+    const std::tuple<const char*, std::size_t, Bytes> rows[] = {
         {"header checksum", 1, {0x02}},
-        {"preset dictionary",
-         1,
-         {0x20, 0, 0, 0, 1, 1, 3, 0, 0xFC, 0xFF, 'a', 'b', 'c', 0x02, 0x4D, 0x01, 0x27}},
+        {"preset dictionary", 0, dictionary},
         {"block type", 2, {7}},
         {"stored length", 5, {0xFD}},
         {"content", 8, {'x'}},
         {"last byte of the checksum", 13, {0x28}},
-        {"distance beyond the start", 2, {0x4B, 0x04, 0x12, 0x00}},
-    };
-    for (const Blocks sizes : blocks) {
-        EXPECT_EQ(inflate(stored, sizes), Testing::bytesOf("abc"));
-        EXPECT_EQ(inflate({}, sizes), Bytes());
-        for (const auto& row : rows) {
+        {"distance beyond the start", 2, {0x4B, 0x04, 0x12, 0x00}}};
+    for (const Sizes& blocks : sizes) {
+        EXPECT_EQ(inflate(stored, blocks), Testing::bytesOf("abc"));
+        EXPECT_EQ(inflate({}, blocks), Bytes());
+        for (const auto& [name, offset, bytes] : rows) {
             Bytes damaged = stored;
-            damaged.resize(std::max(stored.size(), row.offset + row.bytes.size()));
-            std::copy(row.bytes.begin(), row.bytes.end(), damaged.data() + row.offset);
-            EXPECT_FALSE(inflate(damaged, sizes)) << row.name << ": " << sizes.input;
+            damaged.resize(std::max(stored.size(), offset + bytes.size()));
+            std::copy(bytes.begin(), bytes.end(), damaged.data() + offset);
+            EXPECT_FALSE(inflate(damaged, blocks)) << name << ": " << blocks.first;
         }
     }
-}
-
-TEST(Zlib, RefusesDataThatIsCutOffAnywhere) {
     for (const Bytes& data : {repetitive(400), Testing::noise(100), Bytes(100'000)}) {
         const Bytes whole = deflate(data);
         for (std::size_t size = 1; size < whole.size(); ++size) {
-            const Bytes part(whole.data(), whole.data() + size);
-            for (const Blocks sizes : {Blocks{1, 100}, Blocks{65536, 65536}}) {
-                ASSERT_FALSE(inflate(part, sizes)) << size << " of " << whole.size();
-            }
+            for (const Sizes& blocks : {Sizes{1, 100}, large})
+                ASSERT_FALSE(inflate(std::span(whole).first(size), blocks)) << "cut at " << size;
         }
     }
 }

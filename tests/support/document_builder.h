@@ -10,15 +10,15 @@
 
 namespace Testing {
 
-/// Puts a PDF file together: computes offsets, the cross-reference table and startxref, and breaks
-/// exactly one rule when asked to.
+namespace PDF = Libraries::Files::PDF;
+
+/// Puts a PDF file together: computes offsets, the cross-reference table and startxref.
 ///
 ///     open(DocumentBuilder::minimal().object(5, "<< /A 1 >>").bytes())
 class DocumentBuilder {
 public:
     /// Catalog 1, page tree 2, page 3 and its content stream 4 with the data "0 0 9 9 re f".
-    [[nodiscard]] static DocumentBuilder
-    minimal(Libraries::Files::PDF::Compression content = Libraries::Files::PDF::Compression::None);
+    [[nodiscard]] static DocumentBuilder minimal(PDF::Compression content = PDF::Compression::None);
 
     /// What stands behind "%PDF-": 1.7 until set.
     DocumentBuilder& version(std::string_view version);
@@ -31,57 +31,31 @@ public:
     DocumentBuilder& stream(std::uint32_t id, std::string_view entries, std::string_view data);
     /// Entries of the trailer beside Size: "/Root 1 0 R" until set.
     DocumentBuilder& trailer(std::string_view entries);
-    /// The first number of the table: 0 until set.
-    DocumentBuilder& firstId(std::uint32_t id);
-    /// Breaks the rule of this name, one of the table in the source file; entry and object faults
-    /// strike the last object added.
-    DocumentBuilder& fault(std::string_view name);
 
     [[nodiscard]] std::string bytes() const;
-    /// Where object `id` begins in `bytes()`.
-    [[nodiscard]] std::uint64_t offsetOf(std::uint32_t id) const;
 
 private:
     struct Object {
         std::uint32_t id;
         std::uint16_t generation;
         std::string body;
-        std::uint64_t offset = 0;
     };
 
-    enum class Part { Header, Object, Table, Entry, Ending };
-    struct Rule;
-    static const Rule rules[];
-
-    [[nodiscard]] std::string broken(Part part, std::string text) const;
-    [[nodiscard]] std::string header() const;
-    [[nodiscard]] std::string objectText(const Object& object) const;
-    [[nodiscard]] std::string table(const std::vector<Object>& objects) const;
-    [[nodiscard]] std::string ending(std::uint64_t xref) const;
-    [[nodiscard]] std::vector<Object> placed() const;
-    [[nodiscard]] std::uint64_t endId() const;
-
-    std::string version_ = "1.7";
-    std::string lineEnding_ = "\n";
-    std::string trailer_ = "/Root 1 0 R";
-    std::uint32_t firstId_ = 0;
-    std::string fault_;
+    std::string version_ = "1.7", lineEnding_ = "\n", trailer_ = "/Root 1 0 R";
     std::vector<Object> objects_;
 };
 
 /// A stripe over a copy of these bytes.
 [[nodiscard]] Host::Ref<Host::MemoryStripe> stripeOf(std::string_view bytes);
 /// The document that these bytes are; null, with the code set, where they are none.
-[[nodiscard]] Host::Ref<Libraries::Files::PDF::Document> open(std::string_view bytes);
+[[nodiscard]] Host::Ref<PDF::Document> open(std::string_view bytes);
 /// What the document writes; empty where writing fails.
-[[nodiscard]] std::string write(Libraries::Files::PDF::Document& document);
+[[nodiscard]] std::string write(PDF::Document& document);
 /// The object's value, or null.
-[[nodiscard]] Host::Ref<Libraries::Files::PDF::Value>
-valueOf(const Libraries::Files::PDF::Document& document, std::uint32_t id,
-        std::uint16_t generation = 0);
+[[nodiscard]] Host::Ref<PDF::Value> valueOf(const PDF::Document& document, std::uint32_t id,
+                                            std::uint16_t generation = 0);
 /// The stream that object `id` is, or null.
-[[nodiscard]] Host::Ref<Libraries::Files::PDF::Stream>
-streamOf(const Libraries::Files::PDF::Document& document, std::uint32_t id);
+[[nodiscard]] Host::Ref<PDF::Stream> streamOf(const PDF::Document& document, std::uint32_t id);
 /// Everything in a stripe, from its start; "(null)" for null.
 [[nodiscard]] std::string contentsOf(const Host::Ref<Interfaces::Stripe>& stripe);
 /// The text form of whatever has one; "(null)" for null.

@@ -9,9 +9,8 @@
 
 namespace Testing {
 
-/// What an application's own stripe looks like - the six operations, no window, no byte forms -
-/// and one that can be made to fail. It counts its calls, so that a first, faultless run tells how
-/// many faults there are to inject.
+/// A stripe as an application makes it - no window, no byte forms - that can be made to fail. It
+/// counts its calls, so that a first, faultless run tells how many faults there are to inject.
 class FailingStripe final : public Interfaces::Stripe {
 public:
     enum class Call : std::size_t { Read, Seek, Write };

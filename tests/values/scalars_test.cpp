@@ -17,42 +17,33 @@ AnyValue string(std::string_view utf8) {
 }
 
 TEST(Scalar, HasATextForm) {
-    const struct {
-        const char* name;
-        AnyValue value;
-        const char* text;
-    } rows[] = {
-        {"null", null(), "Null"},
-        {"truth values", array({boolean(true), boolean(false)}), "[truefalse ]"},
-        {"whole number", number(7), "7.0"},
-        {"longest", number(INT64_MIN, UINT64_MAX), "-9223372036854775808.18446744073709551615"},
-        {"name", name("A B#20"), "A B#20"},
-        {"reference", reference(UINT32_MAX, 65535), "4294967295 (65535)"},
-        {"ASCII text", string("a\x7F"), "a\x7F"},
-        {"text beyond 16 bits", string("\u00E9\U0001F600"), "\u00E9\U0001F600"},
-        {"no bytes", byteString({}), ""},
-        {"odd bytes", byteString({0xFE, 0xFF, 0x0A}), "FEFF0A"},
-        {"even bytes without mark", byteString({0x01, 0xAB}), "01AB"},
-        {"mark alone", byteString({0xFE, 0xFF}), ""},
-        {"little endian", byteString({0xFF, 0xFE, 'A', 0}), "A"},
-        {"big endian", byteString({0xFE, 0xFF, 0, 'A'}), "A"},
+    const std::pair<AnyValue, const char*> rows[] = {
+        {array({null(), boolean(true), boolean(false)}), "[Nulltruefalse ]"},
+        {number(7), "7.0"},
+        {number(INT64_MIN, UINT64_MAX), "-9223372036854775808.18446744073709551615"},
+        {name("A B#20"), "A B#20"},
+        {reference(UINT32_MAX, 65535), "4294967295 (65535)"},
+        {string("a\x7F\u00E9\U0001F600"), "a\x7F\u00E9\U0001F600"},
+        {byteString({}), ""},
+        {byteString({0xFE, 0xFF, 0x0A}), "FEFF0A"}, // an odd number of bytes
+        {byteString({0x01, 0xAB}), "01AB"},         // no mark
+        {byteString({0xFE, 0xFF}), ""},
+        {byteString({0xFF, 0xFE, 'A', 0}), "A"},
+        {byteString({0xFE, 0xFF, 0, 'A'}), "A"},
     };
-    for (const auto& row : rows)
-        EXPECT_EQ(textOf(row.value), row.text) << row.name;
+    for (const auto& [value, expected] : rows)
+        EXPECT_EQ(textOf(value), expected);
 }
 
 TEST(Scalar, IsNotMadeOfNothing) {
     EXPECT_FALSE(Name::create(text("")));
     EXPECT_EQ(Host::Error::get(), InvalidArgument);
+    EXPECT_FALSE(Name::create(nullptr));
+    EXPECT_EQ(Host::Error::get(), NullArgument);
     EXPECT_FALSE(StringObj(Ref<Host::String>()).asText());
     EXPECT_EQ(Host::Error::get(), StepFailed);
-    for (const int factory : {0, 1, 2}) {
-        Host::Error::set(Host::NoError);
-        EXPECT_FALSE(factory == 0   ? AnyValue(Name::create(nullptr))
-                     : factory == 1 ? AnyValue(String::create(Ref<Host::String>()))
-                                    : AnyValue(String::create(Ref<Bytes>())));
-        EXPECT_EQ(Host::Error::get(), NullArgument) << factory;
-    }
+    EXPECT_FALSE(String::create(Ref<Host::String>()) || String::create(Ref<Bytes>()));
+    EXPECT_EQ(Host::Error::get(), NullArgument);
 }
 
 /// Values of which no two are equal, made anew at each call.

