@@ -1,0 +1,53 @@
+// A whole document: open it, look at everything, decode every stream, write it, open what was
+// written and write that: the bytes must be the same, but for documents that a rewrite does not
+// keep.
+
+#include "rewrite.h"
+#include "target.h"
+#include "walk.h"
+
+using namespace Libraries::Files::PDF;
+using Fuzzing::claim;
+using Fuzzing::Rewriting;
+
+namespace {
+
+void decodeAll(Document& document) {
+    for (const Ref<Stream>& stream : Fuzzing::streamsOf(document)) {
+        const auto decoded = document.readStreamData(stream, true);
+        if (decoded) static_cast<void>(Fuzzing::contentsOf(*decoded));
+    }
+    claim(!document.changed(), "looking changes nothing");
+}
+
+void openAgain(const std::string& bytes, Rewriting expected) {
+    // Through a stripe without a window: both ways of reading must agree.
+    const auto again = Document::create(Fuzzing::plainStripeOf(Fuzzing::bytesOf(bytes)));
+    claim(expected != Rewriting::Unloadable || !again, "an untrue table does not load");
+    if (expected != Rewriting::Kept) return;
+
+    claim(again != nullptr, "a written document opens");
+    const Fuzzing::Written second = Fuzzing::write(*again);
+    claim(second.complete, "a document opened again can be written");
+    claim(second.bytes == bytes, "the second writing gives the bytes of the first");
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    Fuzzing::silenceLog();
+    const Ref<Document> document = Document::create(Fuzzing::stripeOf({data, size}));
+    if (!document) return 0;
+
+    Fuzzing::lookAtEverything(*document);
+    decodeAll(*document);
+    const Fuzzing::Written first = Fuzzing::write(*document);
+    const Rewriting expected = Fuzzing::expectedOf(*document);
+    claim(first.complete == (expected != Rewriting::Refused), "a writable document is written");
+    if (first.complete) openAgain(first.bytes, expected);
+
+    claim(document->cacheStreamData(), "streams can be cached");
+    const Fuzzing::Written cached = Fuzzing::write(*document);
+    claim(cached.bytes == first.bytes, "caching does not change what is written");
+    return 0;
+}

@@ -1,0 +1,234 @@
+// Every operation with every one of its allocations failing, and every call of its source.
+
+#include "faults/failing_heap.h"
+#include "support/document_builder.h"
+#include "support/failing_stripe.h"
+
+#include <host/log.h>
+#include <pdf/form.h>
+
+#include <gtest/gtest.h>
+
+using namespace Libraries::Files::PDF;
+using namespace Host::Literals;
+
+namespace {
+
+using Testing::FailingHeap;
+using Testing::FailingStripe;
+
+class Nowhere final : public Host::LogPrinter {
+    void print(std::uint32_t, Host::LogLevel, std::string_view) noexcept override {}
+};
+
+std::string sampleBytes(std::string_view content) {
+    return Testing::DocumentBuilder()
+        .object(1, "<< /Type /Catalog /Pages 2 0 R /AcroForm 8 0 R >>")
+        .object(2, "<< /Type /Pages /Kids [ 3 0 R 4 0 R ] /Count 2 >>")
+        .object(3, "<< /Type /Page /Parent 2 0 R /Contents 5 0 R /Resources << /Font << /F1 7 0 R "
+                   ">> /ProcSet [ /PDF /Text ] >> >>")
+        .object(4, "<< /Type /Page /Parent 2 0 R /Contents [ 5 0 R 6 0 R ] >>")
+        .stream(5, "/Filter /FlateDecode ", Testing::deflated(content))
+        .stream(6, "", std::string(70000, 'q'))
+        .object(7, "<< /Type /Font /BaseFont /Helvetica /W [ 1 -2.5 true null ] /Id <00FE> >>")
+        .object(8, "<< /Fields [ 9 0 R ] /DA (/F1 0 Tf) >>")
+        .object(9, "<< /T (group) /Kids [ 10 0 R 11 0 R ] >>")
+        .object(10, "<< /FT /Tx /T (name) /V (old) /MaxLen 9 /Parent 9 0 R >>")
+        .object(11, "<< /FT /Btn /T (check) /V /Off /Parent 9 0 R >>")
+        // A second stream of each kind, so that there is something to undo.
+        .stream(12, "/Filter /FlateDecode ", Testing::deflated("q Q q Q"))
+        .stream(13, "", "n")
+        .bytes();
+}
+
+/// A document under test and what an operation made of it.
+struct Subject {
+    Ref<Interfaces::Stripe> source = Testing::stripeOf(sampleBytes("0 0 99 99 re f"));
+    Ref<FailingStripe> failing = Host::make<FailingStripe>(source);
+    Ref<Document> document;
+    Ref<Document> foreign;
+    Ref<Stream> stream;
+    Ref<Interfaces::Stripe> result = Host::MemoryStripe::create();
+
+    void open() {
+        document = Document::create(source);
+        foreign = Testing::open(sampleBytes("q Q"));
+        stream = Testing::streamOf(*document, 5);
+    }
+};
+
+bool opened(Subject& subject) {
+    subject.document = nullptr;
+    subject.document = Document::create(subject.source);
+    return subject.document != nullptr;
+}
+
+bool filled(Subject& subject) {
+    const Ref<Form> form = subject.document->form();
+    const Ref<Field> field = form ? form->fieldByPath("group.name"_str) : nullptr;
+    auto* text = dynamic_cast<Fields::Text*>(field.get());
+    const Ref<String> value = String::create("new"_str);
+    return text != nullptr && value && text->setValue(value);
+}
+
+struct Operation {
+    const char* name;
+    bool (*run)(Subject&);
+    /// A failure leaves what is written as it was. Else it leaves the pages' contents: resources
+    /// that were merged stay, and stand in the way of a second attempt.
+    bool allOrNothing = true;
+};
+
+constexpr Operation operations[] = {
+    {"open", opened},
+    {"navigate", [](Subject& subject) { return !subject.document->getPages().empty(); }},
+    {"decode",
+     [](Subject& subject) {
+         subject.result = subject.document->readStreamData(subject.stream, true);
+         return subject.result != nullptr;
+     }},
+    {"cache", [](Subject& subject) { return subject.document->cacheStreamData(); }},
+    {"deflate",
+     [](Subject& subject) { return subject.document->setCompression(Compression::FlateDecode); }},
+    {"inflate",
+     [](Subject& subject) { return subject.document->setCompression(Compression::None); }},
+    {"fill", filled},
+    {"underlay",
+     [](Subject& subject) { return subject.document->addBackground(subject.foreign, 1); }, false},
+    {"write", [](Subject& subject) { return subject.document->write(subject.result); }},
+    {"write a stream", [](Subject& subject) {
+         return subject.document->writeStreamData(subject.stream, subject.result, false) == 1;
+     }}};
+
+std::string contentsOfPages(const Document& document) {
+    std::string all;
+    for (const auto& page : document.getPages())
+        all += Testing::textOf(page->valueAsDictionary()->find("Contents"_str)) + '\n';
+    return all;
+}
+
+/// What the operation is expected to lead to.
+struct Expected {
+    std::string contents; ///< of the pages, before
+    std::string before;
+    std::string after;
+    std::string result;
+};
+
+Expected expectedOf(const Operation& operation) {
+    Subject before;
+    before.open();
+    Subject after;
+    after.open();
+    EXPECT_TRUE(operation.run(after));
+    return {contentsOfPages(*before.document), Testing::write(*before.document),
+            Testing::write(*after.document), Testing::contentsOf(after.result)};
+}
+
+void expectUsable(const Operation& operation, const Expected& expected, Subject& subject,
+                  bool done) {
+    if (!subject.document) {
+        EXPECT_EQ(operation.run, opened);
+        EXPECT_FALSE(done);
+    } else if (done || operation.allOrNothing) {
+        EXPECT_EQ(Testing::write(*subject.document), done ? expected.after : expected.before);
+    } else {
+        EXPECT_EQ(contentsOfPages(*subject.document), expected.contents);
+        EXPECT_TRUE(Testing::open(Testing::write(*subject.document)));
+    }
+    if (done || !operation.allOrNothing) return;
+    EXPECT_TRUE(operation.run(subject)) << "once there is memory again";
+    EXPECT_EQ(Testing::write(*subject.document), expected.after);
+}
+
+/// One run with a fault; false when the operation is over before it. `stop` says which it was.
+template <class Arm, class Stop>
+bool survives(const Operation& operation, const Expected& expected, Subject& subject, Arm arm,
+              Stop stop) {
+    subject.open();
+    Host::Error::set(Host::NoError);
+    arm();
+    const bool done = operation.run(subject);
+    const bool faulty = stop();
+    EXPECT_TRUE(done || Host::Error::get() != Host::NoError) << "a failure has a code";
+    EXPECT_TRUE(done || faulty) << "without a fault it succeeds";
+    if (done) {
+        EXPECT_EQ(Testing::contentsOf(subject.result), expected.result);
+    }
+    subject.result = Host::MemoryStripe::create();
+    expectUsable(operation, expected, subject, done);
+    return faulty;
+}
+
+bool survivesWithoutMemory(const Operation& operation, const Expected& expected,
+                           std::uint64_t number, FailingHeap::Fault fault) {
+    const std::int64_t live = FailingHeap::live();
+    const bool faulty = [&] {
+        Subject subject;
+        return survives(
+            operation, expected, subject, [&] { FailingHeap::failAt(number, fault); },
+            FailingHeap::stop);
+    }();
+    EXPECT_EQ(FailingHeap::live(), live) << "nothing leaks";
+    return faulty;
+}
+
+bool survivesWithoutSource(const Operation& operation, const Expected& expected,
+                           std::uint64_t number, FailingStripe::Call call,
+                           FailingStripe::Fault fault) {
+    Subject subject;
+    FailingStripe& source = *subject.failing;
+    subject.source = subject.failing;
+    return survives(
+        operation, expected, subject, [&] { source.failAt(call, number, fault); },
+        [&] {
+            const bool faulty = source.calls(call) >= number;
+            source.failAt(call, 0);
+            return faulty;
+        });
+}
+
+/// Puts messages together, which takes memory as well, and shows them to nobody.
+void logToNowhere() {
+    static Nowhere nowhere;
+    Host::SysLogStream::printer(nowhere);
+    Host::SysLogFilter::level(Host::LogLevel::Note);
+}
+
+TEST(Faults, ExhaustedMemoryIsAnOrdinaryFailure) {
+    logToNowhere();
+    for (const Operation& operation : operations) {
+        const Expected expected = expectedOf(operation);
+        for (const auto fault : {FailingHeap::Fault::Once, FailingHeap::Fault::FromThenOn}) {
+            std::uint64_t number = 1;
+            while (survivesWithoutMemory(operation, expected, number, fault) && !HasFailure())
+                ++number;
+            ASSERT_FALSE(HasFailure()) << operation.name << ", allocation " << number
+                                       << (fault == FailingHeap::Fault::Once ? "" : " and on");
+            EXPECT_GT(number, 1U) << operation.name << " allocates something";
+        }
+    }
+}
+
+TEST(Faults, AFailingSourceIsAnOrdinaryFailure) {
+    using Call = FailingStripe::Call;
+    using Fault = FailingStripe::Fault;
+    constexpr std::pair<Call, Fault> faults[] = {{Call::Read, Fault::Failed},
+                                                 {Call::Read, Fault::Short},
+                                                 {Call::Read, Fault::NoByte},
+                                                 {Call::Seek, Fault::Failed},
+                                                 {Call::Seek, Fault::Misplaced}};
+    logToNowhere();
+    for (const Operation& operation : operations) {
+        const Expected expected = expectedOf(operation);
+        for (const auto& [call, fault] : faults) {
+            std::uint64_t number = 1;
+            while (survivesWithoutSource(operation, expected, number, call, fault) && !HasFailure())
+                ++number;
+            ASSERT_FALSE(HasFailure())
+                << operation.name << ", call " << number << ", fault " << static_cast<int>(fault);
+        }
+    }
+}
+
+} // namespace
