@@ -20,7 +20,9 @@ Ref<Interface> getAs(const Array& array, std::uint64_t index, const char* castMe
 } // namespace
 
 Ref<Array> Array::create(const std::vector<Ref<Value>>& elements) noexcept {
-    return Host::guarded([&]() -> Ref<Array> { return newValue<ArrayObj>(ArrayObj::Elements(elements.begin(), elements.end())); });
+    return Host::guarded([&]() -> Ref<Array> {
+        return newValue<ArrayObj>(ArrayObj::Elements(elements.begin(), elements.end()));
+    });
 }
 
 Ref<ObjectRef> Array::getAsObjectRef(std::uint64_t index) const noexcept {

@@ -2,9 +2,8 @@
 
 #include "values/kind.h"
 
-#include <pdf/values.h>
-
 #include <host/heap.h>
+#include <pdf/values.h>
 
 #include <cstdint>
 #include <utility>
@@ -16,8 +15,7 @@ class ArrayObj final : public ValueObj<Array, Value::Type::Array> {
 public:
     using Elements = std::vector<Ref<Value>, Host::HeapAllocator<Ref<Value>>>;
 
-    explicit ArrayObj(Elements elements = {}) noexcept
-        : elements_(std::move(elements)) {}
+    explicit ArrayObj(Elements elements = {}) noexcept : elements_(std::move(elements)) {}
 
     [[nodiscard]] std::uint64_t size() const noexcept override { return elements_.size(); }
     [[nodiscard]] Ref<Value> get(std::uint64_t index) const noexcept override;

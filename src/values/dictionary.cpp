@@ -121,8 +121,8 @@ DictionaryObj::DictionaryObj(Entries entries) : entries_(std::move(entries)) {
 }
 
 std::size_t DictionaryObj::lowerBound(const Host::String& key) const noexcept {
-    const auto place = std::partition_point(
-        entries_.begin(), entries_.end(), [&](const Entry& e) { return precedes(*e.key, key); });
+    const auto place = std::partition_point(entries_.begin(), entries_.end(),
+                                            [&](const Entry& e) { return precedes(*e.key, key); });
     return static_cast<std::size_t>(place - entries_.begin());
 }
 

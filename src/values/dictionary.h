@@ -2,9 +2,8 @@
 
 #include "values/kind.h"
 
-#include <pdf/values.h>
-
 #include <host/heap.h>
+#include <pdf/values.h>
 
 #include <cstdint>
 #include <span>
