@@ -3,11 +3,6 @@
 #include "support/document_builder.h"
 #include "support/recording_log.h"
 
-#include <initializer_list>
-#include <string>
-#include <string_view>
-#include <utility>
-
 namespace Testing {
 
 /// A document with the form dictionary 5; `objects` are its fields and whatever they refer to.

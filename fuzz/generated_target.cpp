@@ -1,20 +1,23 @@
-// What holds for every document, over thousands of generated ones. The seeds are fixed.
+// What holds for every document, over generated ones: loaded values are the written ones, writing
+// is stable, and recompressing keeps the data or everything. Each four bytes of input are the seed
+// of one document of values and one of streams.
 
 #include "host/windows_1252.h"
 #include "support/document_builder.h"
+#include "target.h"
 #include "values/array.h"
 #include "values/dictionary.h"
 #include "values/scalars.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
+#include <cstring>
 #include <random>
 
 using namespace Libraries::Files::PDF;
 
 namespace {
 
+using Fuzzing::claim;
 using Libraries::Strings::Encodings::ANSI::Windows_1252;
 using Testing::DocumentBuilder;
 
@@ -138,76 +141,82 @@ private:
     std::mt19937 random_;
 };
 
-TEST(Properties, LoadedValuesAreTheWrittenOnesAndStaySo) {
-    for (unsigned seed = 1; seed <= 2000; ++seed) {
-        Generator generator(seed);
-        DocumentBuilder builder;
-        constexpr std::string_view lineEndings[] = {"\n", "\r", "\r\n"};
-        builder.lineEnding(lineEndings[seed % 3]);
-        std::vector<Spelt> values;
-        for (std::size_t count = 1 + generator.below(5); values.size() < count;) {
-            values.push_back(generator.value(4, false));
-            builder.object(static_cast<std::uint32_t>(values.size()), values.back().text);
-        }
-        std::string bytes = builder.bytes();
-        std::string former;
-        for (const char* round : {"first", "second"}) {
-            const auto document = Testing::open(bytes);
-            ASSERT_TRUE(document) << "seed " << seed << ", " << round;
-            for (std::uint32_t id = 1; id <= values.size(); ++id) {
-                const Ref<Value> loaded = Testing::valueOf(*document, id);
-                ASSERT_TRUE(loaded && loaded->equal(values[id - 1].value))
-                    << "seed " << seed << ", " << round << ", " << values[id - 1].text;
-            }
-            former = bytes;
-            bytes = Testing::write(*document);
-        }
-        ASSERT_EQ(bytes, former) << "seed " << seed;
+void checkValues(unsigned seed) {
+    Generator generator(seed);
+    DocumentBuilder builder;
+    constexpr std::string_view lineEndings[] = {"\n", "\r", "\r\n"};
+    builder.lineEnding(lineEndings[seed % 3]);
+    std::vector<Spelt> values;
+    for (std::size_t count = 1 + generator.below(5); values.size() < count;) {
+        values.push_back(generator.value(4, false));
+        builder.object(static_cast<std::uint32_t>(values.size()), values.back().text);
     }
+    std::string bytes = builder.bytes();
+    std::string former;
+    for (int round = 0; round < 2; ++round) {
+        const auto document = Testing::open(bytes);
+        claim(document != nullptr, "a generated document opens, and so does its rewrite");
+        for (std::uint32_t id = 1; id <= values.size(); ++id) {
+            const Ref<Value> loaded = Testing::valueOf(*document, id);
+            claim(loaded && loaded->equal(values[id - 1].value), "values are as they were spelt");
+        }
+        former = std::exchange(bytes, Testing::write(*document));
+    }
+    claim(bytes == former, "the second writing gives the bytes of the first");
 }
 
 std::vector<std::string> decodedStreams(const std::string& bytes, std::size_t count) {
     std::vector<std::string> all;
     const auto document = Testing::open(bytes);
-    for (std::uint32_t id = 1; document && id <= count; ++id)
+    for (std::uint32_t id = 1; document && id <= count; ++id) {
         all.push_back(
             Testing::contentsOf(document->readStreamData(Testing::streamOf(*document, id), true)));
+    }
     return all;
 }
 
-TEST(Properties, RecompressingKeepsTheDataOrEverything) {
-    for (unsigned seed = 1; seed <= 1000; ++seed) {
-        Generator generator(seed);
-        DocumentBuilder builder;
-        std::vector<std::string> data;
-        for (std::size_t count = 1 + generator.below(4); data.size() < count;) {
-            data.push_back(generator.bytes(generator.below(2000)));
-            const bool flate = generator.below(2) == 0;
-            builder.stream(static_cast<std::uint32_t>(data.size()),
-                           flate ? "/Filter /FlateDecode " : "",
-                           flate ? Testing::deflated(data.back()) : data.back());
+void checkRecompressing(unsigned seed) {
+    Generator generator(seed);
+    DocumentBuilder builder;
+    std::vector<std::string> data;
+    for (std::size_t count = 1 + generator.below(4); data.size() < count;) {
+        data.push_back(generator.bytes(generator.below(2000)));
+        const bool flate = generator.below(2) == 0;
+        builder.stream(static_cast<std::uint32_t>(data.size()),
+                       flate ? "/Filter /FlateDecode " : "",
+                       flate ? Testing::deflated(data.back()) : data.back());
+    }
+    const bool corrupt = generator.below(4) == 0;
+    const auto broken = static_cast<std::uint32_t>(data.size() + 1);
+    if (corrupt) builder.stream(broken, "/Filter /FlateDecode ", "no zlib data");
+    const auto document = Testing::open(builder.bytes());
+    std::string former = Testing::write(*document);
+    bool changed = false;
+    for (const Compression target :
+         {Compression::FlateDecode, Compression::None, Compression::FlateDecode}) {
+        const bool done = document->setCompression(target);
+        const std::string written = Testing::write(*document);
+        if (done) {
+            claim(decodedStreams(written, data.size()) == data, "the data is kept");
+        } else {
+            claim(corrupt && document->changed() == changed && written == former,
+                  "only bad data makes it fail, and then nothing changes");
         }
-        const bool corrupt = generator.below(4) == 0;
-        const auto broken = static_cast<std::uint32_t>(data.size() + 1);
-        if (corrupt) builder.stream(broken, "/Filter /FlateDecode ", "no zlib data");
-        const auto document = Testing::open(builder.bytes());
-        std::string former = Testing::write(*document);
-        bool changed = false;
-        for (const Compression target :
-             {Compression::FlateDecode, Compression::None, Compression::FlateDecode}) {
-            const bool done = document->setCompression(target);
-            const std::string written = Testing::write(*document);
-            if (done) {
-                ASSERT_EQ(decodedStreams(written, data.size()), data) << "seed " << seed;
-            } else {
-                ASSERT_TRUE(corrupt) << "seed " << seed;
-                ASSERT_EQ(document->changed(), changed) << "seed " << seed;
-                ASSERT_EQ(written, former) << "seed " << seed;
-            }
-            former = written;
-            changed = document->changed();
-        }
+        former = written;
+        changed = document->changed();
     }
 }
 
 } // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    Fuzzing::silenceLog();
+    for (; size >= sizeof(std::uint32_t); size -= sizeof(std::uint32_t)) {
+        std::uint32_t seed = 0;
+        std::memcpy(&seed, data, sizeof(seed));
+        data += sizeof(seed);
+        checkValues(seed);
+        checkRecompressing(seed);
+    }
+    return 0;
+}
