@@ -50,12 +50,8 @@ public:
         if (object_ != nullptr) object_->decRef();
     }
 
-    Ref& operator=(const Ref& other) noexcept {
-        Ref(other).swap(*this);
-        return *this;
-    }
-    Ref& operator=(Ref&& other) noexcept {
-        Ref(std::move(other)).swap(*this);
+    Ref& operator=(Ref other) noexcept {
+        swap(other);
         return *this;
     }
 

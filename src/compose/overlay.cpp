@@ -182,7 +182,7 @@ bool Overlay::changePage(const Assignment& assignment) {
             return refuse("Failed to retrieve stream reference for ID ", foreignId,
                           " to add to page ", assignment.page);
         }
-        added.push_back(std::move(ref));
+        added.emplace_back(std::move(ref));
     }
     if (!replacePageContents(assignment.dict, added, saved_)) {
         return refuse("Failed to update page ", assignment.page);

@@ -86,7 +86,7 @@ std::vector<Ref<Name>> ButtonObj::statesOfAppearance() const {
     std::vector<Ref<Name>> names;
     names.reserve(keys->size());
     for (const Ref<Host::String>& key : *keys)
-        names.push_back(newValue<NameObj>(key));
+        names.emplace_back(newValue<NameObj>(key));
     return names;
 }
 
