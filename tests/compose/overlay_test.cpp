@@ -1,3 +1,4 @@
+#include "compose/resources.h"
 #include "document/document_obj.h"
 #include "support/document_builder.h"
 #include "support/recording_log.h"
@@ -118,39 +119,12 @@ TEST(AddBackground, CopiesASharedStreamOnce) {
     EXPECT_EQ(contentsOfPages(*document), "[8 (0)7 (0)8 (0)4 (0) ];[8 (0)6 (0)4 (0) ];");
 }
 
-TEST(AddBackground, CopiesResourcesForEachPageAndBytesOnce) {
-    const Ref<Document> document = open(pages(3, "own").bytes());
-    const Ref<Document> foreign = open(
-        pages(1, "f")
-            .object(3, "<< /Type /Page /Contents 4 0 R /Resources << /XObject << /X 5 0 R >> >> >>")
-            .stream(5, "", "image")
-            .bytes());
-    ASSERT_TRUE(document->addBackground(foreign, 1));
-    ASSERT_EQ(document->getObjects().size(), 12U);
-    const auto bytes = [&](std::uint32_t id) {
-        return document->readStreamData(streamOf(*document, id), false)->window(0);
-    };
-    EXPECT_EQ(contentsOf(document->readStreamData(streamOf(*document, 9), false)), "image");
-    EXPECT_EQ(bytes(9).data(), bytes(10).data());
-    EXPECT_EQ(bytes(9).data(), bytes(11).data());
-}
-
-TEST(AddBackground, InheritedResourcesMeetInThePageCatalogs) {
-    const auto catalog = [](const char* resources) {
-        return "<< /Type /Pages /Kids [3 0 R] /Resources << /Font << " + std::string(resources) +
-               " >> >> >>";
-    };
-    const char* bare = "<< /Type /Page /Contents 4 0 R >>";
-    const Ref<Document> document = open(pages(1, "own").object(2, catalog("/A 1")).bytes());
-    // The page's own resources take in what it inherited, and what is added.
+TEST(AddBackground, MergesInheritedResourcesToo) {
+    const char* catalog = "<< /Kids [3 0 R] /Type /Pages /Resources << /Font << /A 1 >> >> >>";
+    const Ref<Document> document = open(pages(1, "own").object(2, catalog).bytes());
     ASSERT_TRUE(document->addBackground(open(pages(1, "f").bytes()), 0));
     EXPECT_EQ(textOf(castTo<Dictionary>(valueOf(*document, 3))->find("Resources"_str)),
               "<< Font -> << A -> 1.0 f -> << >> own -> << >> >> >>");
-    // A foreign page without any relies on its catalog.
-    const auto foreign = open(pages(1, "f").object(2, catalog("/B 2")).object(3, bare).bytes());
-    ASSERT_TRUE(document->addBackground(foreign, 0));
-    EXPECT_EQ(textOf(castTo<Dictionary>(valueOf(*document, 2))->find("Resources"_str)),
-              "<< Font -> << A -> 1.0 B -> 2.0 >> >>");
 }
 
 TEST(AddBackground, LeavesTheContentsOfAllPagesOnFailure) {
@@ -227,6 +201,68 @@ TEST(AddBackground, RestoresUpToAPageThatHadNoContents) {
                                      "Failed to restore contents of page 5 (0)\n"))
         << log.text();
     EXPECT_EQ(log.entries().back().level, Host::LogLevel::Warning);
+}
+
+Ref<Document> with(std::string_view resources, std::string_view other) {
+    return open(DocumentBuilder::minimal().object(5, resources).object(6, other).bytes());
+}
+
+struct Merge {
+    const char* target;
+    const char* added;
+    std::string result; ///< what the target then is, or the message of a refusal
+    const char* note = "";
+};
+
+const Merge merges[] = {
+    {"<< >>", "<< /Font << /F 1 >> /ProcSet [/PDF] >>",
+     "<< Font -> << F -> 1.0 >> ProcSet -> [PDF ] >>"},
+    {"<< /ProcSet [/PDF] >>", "<< /ProcSet [/PDF /Text /Text] >>", "<< ProcSet -> [PDFText ] >>"},
+    {"<< /Font << /F << /A 1 >> >> >>", "<< /Font << /F << /A 1 >> >> >>",
+     "<< Font -> << F -> << A -> 1.0 >> >> >>", "Resource is equal, reusing: F\n"},
+    {"<< /Font << /F 2 0 R >> >>", "<< /Font << /F 4 0 R >> >>",
+     "A resource already exists with name F of resource to add Font\n"},
+    {"<< /Font << /N 1 >> >>", "<< /XObject << /N 1 >> >>",
+     "A resource already exists with name N of resource to add XObject\n"},
+    {"<< /Font << /G 1 >> >>", "<< /Font << /F 4 0 R >> >>",
+     "<< Font -> << F -> 7 (0) G -> 1.0 >> >>"},
+    {"<< /Font 6 0 R >>", "<< /Font 6 0 R >>", "<< Font -> 6 (0) >>",
+     "Resource is equal, reusing: Z\n"},
+    {"<< /ProcSet [/PDF] >>", "<< /ProcSet << >> >>",
+     "Original resource expects an Array, but resource to add provides a Dictionary for ProcSet\n"},
+    {"<< /Font << >> >>", "<< /Font [1] >>",
+     "Original resource expects a Dictionary, but resource to add provides an Array for Font\n"},
+    {"<< /Font 1 >>", "<< >>", "Invalid type of resource entry Font has invalid type 3h (3)\n"},
+    {"<< /Font 99 0 R >>", "<< >>", "Failed to resolve object reference 99 (0)\n"},
+    {"<< >>", "<< /Font 1 >>", "Font of resources to add has invalid type for resource: 3h (3)\n"},
+    {"<< >>", "<< /Font << /F 99 0 R >> >>",
+     "Failed to resolve to be cloned object reference: 99 (0)\n"
+     "Failed to clone value of F of resource to add Font\n"},
+    {"<< >>", "<< /ProcSet [/PDF 99 0 R] >>",
+     "Failed to resolve to be cloned object reference: 99 (0)\n"
+     "Failed to clone array value 1h (1) of resource to add: ProcSet\n"}};
+
+TEST(ResourceMerging, AddsOrRefuses) {
+    for (const Merge& row : merges) {
+        SCOPED_TRACE(row.target + std::string(" and ") + row.added);
+        const Ref<Document> document = with(row.target, "<< /Z 1 >>");
+        const Ref<Document> foreign = with(row.added, "<< /Y 2 /Z 1 >>");
+        Cloner cloner(dynamic_cast<DocumentObj&>(*document).state(), *document);
+        const auto target = castTo<Dictionary>(valueOf(*document, 5));
+        const auto added = castTo<Dictionary>(valueOf(*foreign, 5));
+        const RecordingLog log;
+        const bool merged = ResourceMerge(*document, cloner).merge(*target, *added, foreign);
+        EXPECT_EQ(merged ? textOf(target) : log.text(), row.result);
+        EXPECT_EQ(merged, row.result.starts_with("<<"));
+        if (!merged) continue;
+        EXPECT_EQ(log.text(), row.note);
+        const bool behindReference = row.result == "<< Font -> 6 (0) >>";
+        EXPECT_EQ(textOf(valueOf(*document, 6)),
+                  behindReference ? "<< Y -> 2.0 Z -> 1.0 >>" : "<< Z -> 1.0 >>");
+        // With itself it ends, and changes nothing.
+        EXPECT_TRUE(ResourceMerge(*document, cloner).merge(*target, *target, document));
+        EXPECT_EQ(textOf(target), row.result);
+    }
 }
 
 } // namespace

@@ -4,13 +4,11 @@
 
 namespace Testing {
 
-/// Counts the allocations of the library and of this program, and makes chosen ones fail. Of the
-/// whole program: to be used by one thread.
+/// Counts the allocations of the whole program, and makes chosen ones fail: for one thread.
 class FailingHeap final {
 public:
     /// Which allocations fail: the chosen one, or that and all behind it.
     enum class Fault { Once, FromThenOn };
-
     /// From now on the allocation `number`, counted from 1, fails; none for 0.
     static void failAt(std::uint64_t number, Fault fault) noexcept;
     /// Lets all allocations succeed again, and says whether any has failed.

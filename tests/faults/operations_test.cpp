@@ -81,7 +81,6 @@ struct Operation {
 
 constexpr Operation operations[] = {
     {"open", opened},
-    {"navigate", [](Subject& subject) { return !subject.document->getPages().empty(); }},
     {"decode",
      [](Subject& subject) {
          subject.result = subject.document->readStreamData(subject.stream, true);

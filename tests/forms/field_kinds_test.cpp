@@ -1,5 +1,5 @@
-#include "forms/form_file.h"
-#include "support/values.h"
+#include "support/document_builder.h"
+#include "support/recording_log.h"
 
 #include <pdf/errors.h>
 
@@ -39,10 +39,8 @@ TEST(Field, ChecksItsEntriesWhenTheFormIsBuilt) {
         {"/FT /Tx /T 1 /TM true /DA [ ]",
          unexpected("T", '4', '3') + unexpected("TM", '4', '2') + unexpected("DA", '4', '8')},
         {"/FT /Tx /AP 99 0 R /DR 20 0 R", unexpected("DR", '6', '2') + unexpected("AP", '6', '5')},
-        {"/FT /Tx /MaxLen (3) /TU /x", unexpected("TU", '4', '1') + unexpected("MaxLen", '3', '4')},
         {"/FT /Ch /Opt << >> /DR (x)", unexpected("DR", '6', '4') + unexpected("Opt", '8', '6')},
         {"/FT /Btn /DV (x) /AS 1", unexpected("DV", '1', '4') + unexpected("AS", '1', '3')},
-        {"/FT /Tx /DV /x /Opt 1 /AS 1", ""},
         {"/FT /Tx /Q -1", "Unexpected quadding value: -1.0\n"},
         {"/FT /Tx /Q /x", "Failed to cast value to Number: Q\n"},
     };
@@ -93,8 +91,6 @@ TEST(Field, TakesTheValuesOfItsKind) {
         {"/Tx /MaxLen 2", "<FEFF00410042>", "AB"},
         {"/Tx /MaxLen 1", "<FEFF00410042>", "old"},
         {"/Tx /MaxLen 1", "<0041004200>", "0041004200"},
-        {"/Tx /MaxLen 1", "<>", ""},
-        {"/Ch", "(a)", "a"},
         {"/Ch", "[ (a) ]", "old",
          "Non-string value not supported for single entry choice field: g.0\n"},
         {multi, nullptr, "(null)"},
@@ -152,28 +148,6 @@ TEST(ButtonField, OffersStates) {
         const bool failed = row.log.starts_with("Failed");
         EXPECT_EQ(Host::Error::get() == StepFailed, failed);
     }
-}
-
-TEST(Field, QueriesMissingEntriesQuietly) {
-    const auto text = fieldOf<Fields::Text>(openWithField("/FT /Tx"));
-    const auto button = fieldOf<Fields::Button>(openWithField("/FT /Btn"));
-    const RecordingLog log;
-    EXPECT_EQ(text->maxLen(), 0U);
-    EXPECT_EQ(Host::Error::get(), KeyNotFound);
-    EXPECT_FALSE(text->value() || button->value() || button->state() || button->options());
-    EXPECT_EQ(log.text(), "");
-}
-
-TEST(Field, RefusesForeignValuesThatAreNotWhatTheyClaim) {
-    const auto choice = fieldOf<Fields::Choice>(openWithField("/FT /Ch /Ff 2097152"));
-    RecordingLog log;
-    EXPECT_FALSE(choice->setValue(foreign(8)));
-    EXPECT_EQ(Host::Error::get(), InvalidArgument);
-    EXPECT_FALSE(choice->setValue(foreign(4)));
-    EXPECT_FALSE(choice->setValue(Array::create({nullptr})));
-    EXPECT_EQ(formMessages(log), "Failed to cast value to array for field: 0\n"
-                                 "Multi-select field requires either an Array or String value: 0\n"
-                                 "Element 0h (0) of new value is not a String for 0\n");
 }
 
 } // namespace

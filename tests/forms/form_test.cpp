@@ -1,14 +1,23 @@
-#include "forms/form_file.h"
+#include "document/document_obj.h"
+#include "support/document_builder.h"
+#include "support/recording_log.h"
+#include "support/values.h"
+#include "values/object.h"
 
 #include <pdf/errors.h>
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
 
 namespace {
 
 using namespace Libraries::Files::PDF;
 using namespace Host::Literals;
 using namespace Testing;
+using Kids = std::vector<std::uint32_t>;
+using KidsOf = std::function<Kids(std::uint32_t id)>;
 
 constexpr std::uint32_t untouched = 4711;
 
@@ -45,16 +54,6 @@ TEST(Form, IsLookedUpOnceAndSaysTheSameEverAfter) {
         }
         EXPECT_FALSE(document->changed());
     }
-    const auto document = open(formFile("<< /Fields [ ] >>", {}));
-    const auto catalog = document->getCatalog()->valueAsDictionary();
-    const auto type = catalog->find("Type"_str);
-    const RecordingLog log;
-    catalog->set("Type"_str, nullptr);
-    EXPECT_FALSE(document->form());
-    EXPECT_EQ(Host::Error::get(), RootInvalid);
-    EXPECT_EQ(log.entries().back().text, "Document has no root object\n");
-    catalog->set("Type"_str, type);
-    EXPECT_TRUE(document->form()) << "without a catalog it was not looked up";
 }
 
 TEST(Form, EndsAtTheFirstFieldThatCannotBeBuilt) {
@@ -65,7 +64,6 @@ TEST(Form, EndsAtTheFirstFieldThatCannotBeBuilt) {
         std::string log;
     } rows[] = {
         {"10 0 R 12 0 R 11 0 R", "<< /FT /Sig /T (c) >>", "acb", ""},
-        {"10 0 R 10 0 R", "true", "aa", ""},
         {"10 0 R 11 0 R 7 10 0 R", "true", "ab",
          "Child field is not an object reference: 2h (2)\n"},
         {"10 0 R 10 1 R 11 0 R", "true", "a", "Failed to resolve child 1h (1)\n"},
@@ -107,16 +105,8 @@ TEST(Form, FindsFieldsByPath) {
                        {14, "<< /FT /Tx /T (b) >>"}}));
     const auto form = document->form();
     const std::pair<const char*, const char*> rows[] = {
-        {"..", "-"},
-        {"01", "-"},
-        {"a.c", "-"},
-        {"a.b.0", "-"},
-        {".a..b.", "a.b"},
-        {"a.ä😀.b", "a.ä😀.b"},
-        // The second has no name, and the third the name 0.
-        {"1", "1"},
-        {"2", "-"},
-        {"0", "0"}};
+        {"..", "-"},          {"01", "-"}, {"a.c", "-"}, {"a.b.0", "-"}, {".a..b.", "a.b"},
+        {"a.ä😀.b", "a.ä😀.b"}, {"1", "1"},  {"2", "-"},   {"0", "0"}};
     for (const auto& [path, fullName] : rows) {
         Host::Error::set(untouched);
         const auto field = form->fieldByPath(Host::String::create(path));
@@ -152,32 +142,69 @@ TEST(Form, KeepsNoDocumentAlive) {
     EXPECT_FALSE(kid->parent()) << "a field without its document stands alone";
     form = nullptr;
     EXPECT_FALSE(formLife.lock() || topLife.lock()) << "a field keeps none above it";
-
-    const auto button = Host::cast<Fields::Button>(kid);
-    EXPECT_EQ(kid->fullName()->utf8(), "b");
-    EXPECT_TRUE(button->setValue(Name::create("On"_str)));
     EXPECT_FALSE(kid->normalAppearance()) << "there is nothing left to resolve it with";
-    EXPECT_TRUE(button->states().empty());
 }
 
-TEST(Form, ReadsItsOwnEntriesWheneverAsked) {
-    const auto document =
-        open(formFile("<< /Fields [ ] /DA (x) /DR 6 0 R /Q 2 /CO true /NeedAppearances 1 >>",
-                      {{6, "<< /A 1 >>"}}));
-    const auto form = document->form();
-    RecordingLog log;
-    EXPECT_EQ(textOf(form->defaultAppearance()), "x");
-    EXPECT_EQ(textOf(form->defaultResources()), "<< A -> 1.0 >>");
-    EXPECT_EQ(form->quadding(), Quadding::Right);
-    EXPECT_EQ(log.text(), "");
-    EXPECT_FALSE(form->calculationOrder());
-    EXPECT_FALSE(form->needAppearances());
-    EXPECT_EQ(formMessages(log),
-              "Unexpected type for value CO; expected = 8h (8), got = 2h (2)\n"
-              "Unexpected type for value NeedAppearances; expected = 2h (2), got = 3h (3)\n");
-    EXPECT_TRUE(form->setNeedAppearances(true));
-    EXPECT_TRUE(form->needAppearances()->value());
-    EXPECT_TRUE(document->changed());
+/// A document of five objects and `count` fields, of which the form lists the first, number 6.
+Ref<Document> treeOf(std::uint32_t count, const KidsOf& kidsOf) {
+    const auto document = Testing::open(Testing::formFile("<< /Fields [ 6 0 R ] >>", {}));
+    auto& objects = dynamic_cast<DocumentObj&>(*document).state().objects;
+    const auto label = newValue<StringObj>("f"_str);
+    for (std::uint32_t id = 6; id < 6 + count; ++id) {
+        const auto kids = newValue<ArrayObj>();
+        for (const std::uint32_t kid : kidsOf(id))
+            kids->add(Testing::reference(kid, 0));
+        const auto field =
+            Testing::dictionary({{"FT", Testing::name("Tx")}, {"T", label}, {"Kids", kids}});
+        objects.append(Host::make<ObjectObj>(id, std::uint16_t{0}, field));
+    }
+    return document;
+}
+
+// Deep enough that no walk down, one call for each level, fits into the stack.
+TEST(HostileTree, IsBuiltAndReleasedWithBoundedStack) {
+    constexpr std::uint32_t deep = 200'000;
+    auto document = treeOf(deep, [](auto id) { return id < deep + 5 ? Kids{id + 1} : Kids{}; });
+    Host::Error::set(untouched);
+    Ref<Form> form = document->form();
+    ASSERT_TRUE(form);
+    EXPECT_EQ(Host::Error::get(), untouched);
+    std::uint64_t depth = 0;
+    for (Ref<Field> field = form->field(0); field; field = field->child(0))
+        ++depth;
+    EXPECT_EQ(depth, deep);
+    const Ref<Field> kept = form->field(0)->child(0);
+    document = nullptr;
+    form = nullptr;
+    EXPECT_EQ(kept->childCount(), 1U);
+}
+
+TEST(HostileTree, HasAtMostFourFieldsForEachObject) {
+    const struct {
+        const char* name;
+        std::uint32_t count;
+        KidsOf kidsOf;
+        std::uint64_t messages; ///< one for each level that fails
+    } rows[] = {
+        {"wide", 25'000, [](auto id) { return id == 6 ? Kids(100'000, 7) : Kids{}; }, 0},
+        {"as many", 2, [](auto id) { return id == 6 ? Kids(27, 7) : Kids{}; }, 0},
+        {"one too many", 2, [](auto id) { return id == 6 ? Kids(28, 7) : Kids{}; }, 2},
+        {"its own kid", 50'000, [](auto id) { return Kids{id}; }, 200'021},
+        {"kid of its kid", 2, [](auto id) { return Kids{13 - id}; }, 29},
+        {"doubling", 41, [](auto id) { return id < 46 ? Kids(2, id + 1) : Kids{}; }, 40},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        const auto document = treeOf(row.count, row.kidsOf);
+        Testing::RecordingLog log;
+        Host::Error::set(untouched);
+        const auto form = document->form();
+        ASSERT_TRUE(form);
+        const bool refused = row.messages != 0;
+        EXPECT_EQ(Host::Error::get(), refused ? std::uint32_t{FormIncomplete} : untouched);
+        EXPECT_EQ(form->fieldCount(), refused ? 0U : 1U);
+        EXPECT_EQ(std::ranges::count(Testing::formMessages(log), '\n'), row.messages);
+    }
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "support/bytes.h"
 
 #include <host/files.h>
+#include <host/stripe.h>
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
@@ -13,10 +14,13 @@
 
 namespace {
 
-namespace fs = std::filesystem;
+using Adapters::Stripe::ElementSize;
 using Host::FileSource;
 using Host::FileTarget;
+using Host::MemoryStripe;
 using Testing::Bytes;
+using Testing::bytesOf;
+namespace fs = std::filesystem;
 
 Bytes readAll(FileSource& source, std::uint64_t block = 65536) {
     Bytes all(source.size() + block);
@@ -131,7 +135,6 @@ TEST_F(Files, AreSavedBehindLinksWithTheirPermissions) {
         EXPECT_TRUE(target->commit()) << link;
         EXPECT_EQ(fs::status(path(name)).permissions(), fs::perms{mode}) << link;
         EXPECT_EQ(fs::file_size(path(name)), 10U) << link;
-        EXPECT_FALSE(fs::is_symlink(path(name))) << link;
         EXPECT_TRUE(fs::is_symlink(path(link))) << link;
     }
     ::umask(mask);
@@ -154,6 +157,37 @@ TEST_F(Files, StayAsTheyAreWhenAWriteFails) {
     EXPECT_EXIT(save(310'000, 1), testing::ExitedWithCode(0), "") << "straight through";
     EXPECT_EQ(read(), former);
     EXPECT_EQ(count(), 1);
+}
+
+Bytes contents(const MemoryStripe& stripe) {
+    return {stripe.bytes().begin(), stripe.bytes().end()};
+}
+
+TEST(MemoryStripe, ReplacesThenGrowsAndStaysWithinItsEnd) {
+    const auto stripe = MemoryStripe::create(bytesOf("abcdef"));
+    EXPECT_EQ(stripe->position(4), 4U);
+    EXPECT_EQ(stripe->writeBytes(bytesOf("XYZ").data(), 3), 3U);
+    EXPECT_EQ(stripe->position(8), 7U);
+    std::uint32_t mixed[] = {255, 256, 1};
+    EXPECT_EQ(stripe->read(mixed, 1), 0U);
+    EXPECT_TRUE(stripe->window(7).empty());
+    EXPECT_EQ(stripe->write(mixed, 3), 1U);
+    EXPECT_EQ(contents(*stripe), bytesOf("abcdXYZ\xFF"));
+}
+
+TEST(ElementSize, PresentsBytesAsElementsAndBack) {
+    const Bytes data = Testing::noise(3000);
+    const auto memory = MemoryStripe::create();
+    const auto bytes = ElementSize::create(memory, 1);
+    EXPECT_EQ(bytes->write(data.data(), data.size()), data.size());
+    EXPECT_EQ(contents(*memory), data);
+    const auto elements = ElementSize::create(bytes, 4);
+    elements->position(1000);
+    std::vector<std::uint32_t> wide(data.size());
+    EXPECT_EQ(elements->read(wide.data(), wide.size()), 2000U);
+    EXPECT_TRUE(std::equal(data.begin() + 1000, data.end(), wide.begin()));
+    EXPECT_FALSE(ElementSize::create(memory, 2));
+    EXPECT_EQ(Host::Error::get(), Host::InvalidArgument);
 }
 
 } // namespace

@@ -45,6 +45,17 @@ private:
     std::vector<Object> objects_;
 };
 
+/// A document with the form dictionary 5; `objects` are its fields and whatever they refer to.
+inline std::string
+formFile(std::string_view form,
+         std::initializer_list<std::pair<std::uint32_t, std::string_view>> objects) {
+    DocumentBuilder file = DocumentBuilder::minimal();
+    file.object(1, "<< /Type /Catalog /Pages 2 0 R /AcroForm 5 0 R >>").object(5, form);
+    for (const auto& [id, body] : objects)
+        file.object(id, body);
+    return file.bytes();
+}
+
 /// A stripe over a copy of these bytes.
 [[nodiscard]] Host::Ref<Host::MemoryStripe> stripeOf(std::string_view bytes);
 /// The document that these bytes are; null, with the code set, where they are none.

@@ -38,7 +38,6 @@ public:
             all += entry.text;
         return all;
     }
-    void clear() { entries_.clear(); }
 
 private:
     std::mutex mutex_;
@@ -46,5 +45,14 @@ private:
     Host::LogLevel level_ = Host::SysLogFilter::level();
     Host::LogPrinter& former_ = Host::SysLogStream::printer(*this);
 };
+
+/// What was logged through the filter of the forms alone.
+inline std::string formMessages(const RecordingLog& log) {
+    std::string all;
+    for (const RecordingLog::Entry& entry : log.entries()) {
+        if (Host::SysLogFilter::name(entry.filter) == "Lib.File.PDF.Form") all += entry.text;
+    }
+    return all;
+}
 
 } // namespace Testing

@@ -1,6 +1,7 @@
 #include "host/pump.h"
 #include "support/bytes.h"
 #include "support/document_builder.h"
+#include "support/failing_stripe.h"
 #include "support/recording_log.h"
 #include "support/values.h"
 
@@ -87,29 +88,6 @@ TEST(StreamEncoder, GoesFromPlainToFlateAndBackWithoutATrace) {
     EXPECT_EQ(Host::Error::get(), InvalidArgument);
 }
 
-TEST(StreamEncoder, TellsWhatItChanged) {
-    const auto document = open(
-        DocumentBuilder::minimal()
-            .object(5, body("/Filter /DCTDecode /Length 6 0 R /DecodeParms << /K 1 >>", "picture"))
-            .object(6, "7")
-            .stream(7, "/Filter [/FlateDecode] ", "ab")
-            .stream(8, "/Filter /FlateDecode ", deflated("cd") + "garbage\n")
-            .bytes());
-    RecordingLog log;
-    ASSERT_TRUE(document->setCompression(Compression::FlateDecode));
-    EXPECT_EQ(log.text(), "Unsupported compression for stream of object 7h (7)\n");
-    EXPECT_TRUE(document->changed());
-    const std::string size = std::to_string(deflated("picture").size());
-    EXPECT_EQ(textOf(streamOf(*document, 5)->dict()),
-              "<< DecodeParms -> << K -> 1.0 >> Filter -> FlateDecode Length -> 6 (0) >>");
-    EXPECT_EQ(textOf(valueOf(*document, 6)), size + ".0");
-    EXPECT_TRUE(streamOf(*document, 5)->changed() && !streamOf(*document, 7)->changed());
-    EXPECT_EQ(decoded(*document, 5), "picture");
-    // Trailing bytes are no part of the data.
-    ASSERT_TRUE(document->setCompression(Compression::None));
-    EXPECT_EQ(contentsOf(document->readStreamData(streamOf(*document, 8), false)), "cd");
-}
-
 /// Five compressed streams, 5 to 9, of which 5 has its Length in object 10; `fault` is the body of
 /// number `place`.
 std::string fiveStreams(std::uint32_t place, const std::string& fault) {
@@ -136,8 +114,6 @@ TEST(StreamEncoder, UndoesEverythingWhenAStreamFails) {
         std::string message;
     } rows[] = {
         {"/Length " + std::to_string(good.size()), corrupted, false, CodingFailed,
-         "Failed to read converted stream data of stream "},
-        {"/Length 4", "abcd", true, CodingFailed,
          "Failed to read converted stream data of stream "},
         {"/Length " + std::to_string(truncated.size()), truncated, false, CodingFailed,
          "Failed to flush conversion of stream "},
@@ -194,6 +170,78 @@ TEST(StreamEncoder, KeepsTheDataOfStreamsThatShareALength) {
     const std::string before = snapshot(*broken);
     EXPECT_FALSE(broken->setCompression(Compression::FlateDecode));
     EXPECT_EQ(snapshot(*broken), before);
+}
+
+TEST(StreamDataWriter, WritesAsTheFilterSays) {
+    const Bytes large = noise(200'000);
+    const std::string plain(large.begin(), large.end());
+    const struct {
+        const char* filter;
+        bool encode;
+        std::string result; ///< or the message
+    } rows[] = {
+        {"", true, plain},
+        {"/Filter /FlateDecode ", false, plain},
+        {"/Filter /FlateDecode ", true, deflated(plain)},
+        {"/Filter /LZWDecode ", true, "Compression method not supported LZWDecode\n"},
+        {"/Filter [/FlateDecode] ", true, "Compression method not supported Unknown\n"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.filter + std::string(row.encode ? "encoded" : ""));
+        const auto document = open(DocumentBuilder::minimal().stream(5, row.filter, plain).bytes());
+        const auto target = Host::MemoryStripe::create();
+        RecordingLog log;
+        const bool written = document->writeStreamData(streamOf(*document, 5), target, row.encode);
+        EXPECT_TRUE((written ? contentsOf(target) : log.text()) == row.result) << log.text();
+        EXPECT_TRUE(written || Host::Error::get() == CodingFailed);
+        const std::size_t length = written ? row.result.size() : plain.size();
+        EXPECT_EQ(textOf(streamOf(*document, 5)->dict()->find(text("Length"))),
+                  std::to_string(length) + ".0");
+        EXPECT_FALSE(document->changed());
+    }
+}
+
+TEST(StreamDataWriter, ReportsWhatFails) {
+    const std::string plain(70'000, 'p');
+    const auto document =
+        open(DocumentBuilder::minimal().stream(5, "/Filter /FlateDecode ", plain).bytes());
+    const auto target = Host::make<FailingStripe>(Host::MemoryStripe::create());
+    const Ref<Stream> stream = streamOf(*document, 5);
+    const Ref<Stream> loose = Host::make<StreamObj>(Ref<Dictionary>(), std::uint64_t{0});
+    const auto bytes = Adapters::Stripe::ElementSize::create(stripeOf(""), 1);
+    const struct {
+        Ref<Stream> stream;
+        Ref<Interfaces::Stripe> target;
+        std::uint32_t code;
+        std::string message;
+        std::uint64_t write = 0; ///< the one that fails
+    } rows[] = {
+        {nullptr, target, NullArgument, ""},
+        {stream, nullptr, NullArgument, ""},
+        {stream, bytes, InvalidArgument, ""},
+        {loose, target, StreamDictionaryMissing,
+         "Failed to retrieve dictionary of stream 0h (0)\n"},
+        {stream, target, CodingFailed, "Failed to write stream data of stream 5h (5)\n", 2},
+        {stream, target, CodingFailed,
+         "Failed to write flushed converted stream data of stream 5h (5)\n", 1},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.message + std::to_string(row.code));
+        const RecordingLog log;
+        target->failAt(FailingStripe::Call::Write, row.write);
+        EXPECT_EQ(document->writeStreamData(row.stream, row.target, row.write == 1), 0U);
+        EXPECT_EQ(Host::Error::get(), row.code);
+        EXPECT_EQ(log.text(), row.message);
+        EXPECT_EQ(textOf(stream->dict()), "<< Filter -> FlateDecode Length -> 70000.0 >>");
+    }
+    EXPECT_FALSE(document->write(nullptr));
+    EXPECT_EQ(Host::Error::get(), NullArgument);
+    EXPECT_FALSE(document->write(bytes));
+    EXPECT_EQ(Host::Error::get(), InvalidArgument);
+    // A target that is the data itself gets something, and nothing breaks.
+    const auto data = stripeOf(plain);
+    dynamic_cast<StreamObj&>(*stream).strmData(data);
+    EXPECT_EQ(document->writeStreamData(stream, data, false), 1U);
 }
 
 } // namespace

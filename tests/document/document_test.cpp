@@ -1,26 +1,30 @@
+#include "document/object_table.h"
 #include "support/document_builder.h"
 #include "support/recording_log.h"
-#include "values/array.h"
+#include "support/values.h"
+#include "values/object.h"
 
 #include <pdf/errors.h>
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cctype>
+#include <utility>
+#include <vector>
 
 namespace {
 
 using namespace Libraries::Files::PDF;
 using Testing::DocumentBuilder;
+using Identity = std::pair<std::uint32_t, std::uint16_t>;
 
 TEST(Navigation, ExplainsWhatIsWrongWithThePageTree) {
     enum Step { Catalog, Tree, Pages };
     enum { Trailer, Root, Kids }; // what is replaced in a good document
     const std::tuple<Step, int, const char*, std::uint32_t, const char*> rows[] = {
-        {Catalog, Trailer, "", RootMissing, "retrieve root object reference"},
         {Catalog, Trailer, "/Root 1", RootMissing, "retrieve root object reference"},
         {Catalog, Trailer, "/Root 9 0 R", RootInvalid, "Document has no root object"},
-        {Catalog, Trailer, "/Root 1 1 R", RootInvalid, "Document has no root object"},
         {Catalog, Root, "[ ]", RootInvalid, "retrieve root object dictionary"},
         {Catalog, Root, "<< >>", CatalogInvalid, "Root object has no valid Type entry"},
         {Catalog, Root, "<< /Type /catalog >>", CatalogInvalid,
@@ -33,7 +37,6 @@ TEST(Navigation, ExplainsWhatIsWrongWithThePageTree) {
          "Pages object has no valid Type entry"},
         {Tree, Kids, "<< /Type /Page >>", PageTreeInvalid,
          "Pages object Type entry is not of type Pages. Got: Page"},
-        {Pages, Trailer, "", PageTreeInvalid, "retrieve pages object"},
         {Pages, Kids, "<< /Type /Pages /Kids 3 0 R >>", PageTreeInvalid,
          "Pages object has no valid Kids entry"},
         {Pages, Kids, "<< /Type /Pages /Kids [3 0 R 3] >>", PageTreeInvalid,
@@ -59,50 +62,57 @@ TEST(Navigation, ExplainsWhatIsWrongWithThePageTree) {
         const std::string last = (failed ? "Failed to " : "") + std::string(message) + "\n";
         EXPECT_TRUE(log.text().ends_with(last)) << log.text() << message;
     }
+    const auto document = Testing::open(DocumentBuilder::minimal().bytes());
+    EXPECT_FALSE(document->valueAsDict(Testing::reference(9, 0)));
+    EXPECT_EQ(Host::Error::get(), ReferenceNotResolved);
+    EXPECT_FALSE(document->valueAsDict(Testing::null()));
+    EXPECT_EQ(Host::Error::get(), ObjectUnreadable);
 }
 
-TEST(Navigation, GivesTheRootsKidsInOrderWhateverTheyAre) {
-    const auto document =
-        Testing::open(DocumentBuilder::minimal()
-                          .object(2, "<< /Type /Pages /Kids [5 0 R 3 0 R 5 0 R 2 0 R] >>")
-                          .object(5, "12")
-                          .bytes());
-    ASSERT_TRUE(document);
-    std::string pages;
-    for (const Ref<Object>& page : document->getPages())
-        pages += Testing::textOf(page);
-    EXPECT_EQ(pages, "5 (0)3 (0)5 (0)2 (0)");
-    EXPECT_EQ(Testing::textOf(document->getCatalog()), "1 (0)");
-    EXPECT_EQ(Testing::textOf(document->getPageCatalog()), "2 (0)");
-}
-
-TEST(Navigation, FollowsOneReferenceToADictionary) {
-    const auto document = Testing::open(DocumentBuilder::minimal()
-                                            .object(5, "[5 0 R 1 0 R 9 0 R 6 0 R << /B 2 >> (s)]")
-                                            .stream(6, "", "x")
-                                            .bytes());
-    ASSERT_TRUE(document);
-    const Ref<Array> values = castTo<Array>(Testing::valueOf(*document, 5));
-    const std::tuple<std::string, std::uint32_t, const char*> rows[] = {
-        {"(null)", ObjectUnreadable, "Invalid object type 8h (8)\n"},
-        {"<< Pages -> 2 (0) Type -> Catalog >>", 0, ""},
-        {"(null)", ReferenceNotResolved, "Failed to resolve object reference\n"},
-        {"(null)", ObjectUnreadable, "Invalid object type 7h (7)\n"},
-        {"<< B -> 2.0 >>", 0, ""},
-        {"(null)", ObjectUnreadable, "Invalid object type 4h (4)\n"},
-        {"(null)", NullArgument, ""}, // behind the end
-    };
-    std::uint64_t index = 0;
-    for (const auto& [text, code, message] : rows) {
-        const Testing::RecordingLog log;
-        Host::Error::set(0);
-        EXPECT_EQ(Testing::textOf(document->valueAsDict(values->get(index))), text) << index;
-        EXPECT_EQ(Host::Error::get(), code) << index;
-        EXPECT_EQ(log.text(), message) << index;
-        ++index;
+void expectLookupsAgree(const ObjectTable& table, const char* name) {
+    for (const std::uint32_t id : {0U, 1U, 2U, 3U, 4U, 5U, 6U, 7U, 8U, 90U, UINT32_MAX}) {
+        for (const auto generation : std::initializer_list<std::uint16_t>{0, 1, 65535}) {
+            const Object* walked = nullptr; // the first that a walk from the front finds
+            for (const ObjectTable::Slot& slot : table.slots())
+                if (!walked && slot.object->id() == id && slot.object->generation() == generation)
+                    walked = slot.object.get();
+            EXPECT_EQ(table.find(id, generation), walked) << name << ": " << id;
+        }
     }
-    EXPECT_FALSE(document->getObject(nullptr));
-    EXPECT_EQ(Host::Error::get(), NullArgument);
+}
+
+TEST(ObjectTable, FindsWhatAWalkFinds) {
+    const std::tuple<const char*, std::vector<Identity>, bool> rows[] = {
+        {"empty", {}, true},
+        {"dense", {{5, 0}, {6, 1}, {7, 0}}, true},
+        {"gaps", {{1, 0}, {3, 0}, {4, 65535}, {90, 0}, {UINT32_MAX, 0}}, true},
+        {"unordered", {{3, 0}, {1, 0}, {2, 0}}, false},
+        {"duplicates", {{1, 0}, {2, 0}, {2, 1}, {2, 0}, {3, 0}}, false},
+    };
+    for (const auto& [name, objects, ascending] : rows) {
+        ObjectTable table;
+        for (const auto& [id, generation] : objects)
+            table.append(newValue<ObjectObj>(id, generation, nullptr));
+        EXPECT_EQ(table.ascending(), ascending) << name;
+        expectLookupsAgree(table, name);
+
+        ObjectTable cut = table;
+        cut.truncate(1);
+        EXPECT_TRUE(cut.ascending()) << name;
+        cut.append(newValue<ObjectObj>(4U, std::uint16_t{1}, nullptr));
+        expectLookupsAgree(cut, name);
+
+        EXPECT_FALSE(table.remove(8, 0)) << name;
+        for (std::vector<Identity> rest = objects; !rest.empty();) {
+            const auto [id, generation] = rest.back();
+            rest.erase(std::ranges::find(rest, Identity(id, generation)));
+            EXPECT_TRUE(table.remove(id, generation)) << name;
+            EXPECT_TRUE(std::ranges::equal(rest, table.slots(), {}, {}, [](const auto& slot) {
+                return Identity(slot.id, slot.generation);
+            })) << name;
+            expectLookupsAgree(table, name);
+        }
+    }
 }
 
 } // namespace
