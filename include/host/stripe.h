@@ -136,6 +136,13 @@ public:
         size_ += count;
         return true;
     }
+    /// Memory for `count` more bytes behind the end, to be filled and then taken in by `extend`;
+    /// null with `OutOfMemory` set when there is none.
+    [[nodiscard]] std::uint8_t* room(std::size_t count) noexcept {
+        return count <= capacity_ - size_ || grow(count) ? data_ + size_ : nullptr;
+    }
+    /// Takes in `count` bytes that were filled into the room behind the end.
+    void extend(std::size_t count) noexcept { size_ += count; }
     /// Empties the buffer and keeps its memory.
     void clear() noexcept { size_ = 0; }
     /// Gives memory beyond `size()` back.

@@ -16,14 +16,35 @@ std::string_view digitsOf(Number number, std::span<char> room) noexcept {
 
 } // namespace
 
+template <class Number>
+bool Output::keepNumber(Number number) noexcept {
+    constexpr std::size_t longest = 20;
+    auto* room = reinterpret_cast<char*>(buffer_.room(longest));
+    failed_ = failed_ || room == nullptr;
+    if (failed_) return false;
+    buffer_.extend(digitsOf(number, {room, longest}).size());
+    return true;
+}
+
 bool Output::appendNumber(std::uint64_t number) noexcept {
-    char room[20];
-    return append(digitsOf(number, room));
+    return keepNumber(number);
 }
 
 bool Output::appendNumber(std::int64_t number) noexcept {
-    char room[20];
-    return append(digitsOf(number, room));
+    return keepNumber(number);
+}
+
+bool Output::appendBetween(std::string_view before, std::string_view text,
+                           std::string_view after) noexcept {
+    const std::size_t size = before.size() + text.size() + after.size();
+    std::uint8_t* room = buffer_.room(size);
+    failed_ = failed_ || room == nullptr;
+    if (failed_) return false;
+    for (const std::string_view part : {before, text, after}) {
+        room = std::copy(part.begin(), part.end(), room);
+    }
+    buffer_.extend(size);
+    return true;
 }
 
 bool Output::appendNumber(std::uint64_t number, std::size_t width) noexcept {

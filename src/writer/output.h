@@ -24,6 +24,9 @@ public:
     bool append(char character) noexcept { return keep(&character, 1); }
     bool appendNumber(std::uint64_t number) noexcept;
     bool appendNumber(std::int64_t number) noexcept;
+    /// Appends `before`, `text` and `after` in one go.
+    bool appendBetween(std::string_view before, std::string_view text,
+                       std::string_view after) noexcept;
     /// Zero-filled to `width` digits at least.
     bool appendNumber(std::uint64_t number, std::size_t width) noexcept;
     /// Appends everything that `data` holds, from its start; large data does not go through the
@@ -44,6 +47,8 @@ private:
         failed_ = failed_ || !buffer_.append(bytes, count);
         return !failed_;
     }
+    template <class Number>
+    bool keepNumber(Number number) noexcept;
     bool readInto(Interfaces::Stripe& data, std::uint64_t count) noexcept;
     bool send(const std::uint8_t* bytes, std::uint64_t count) noexcept;
 

@@ -79,6 +79,7 @@ bool Serializer::writeName(const Name& name) {
 }
 
 bool Serializer::writeKey(const Host::String& key) {
+    if (key.isNarrow()) return output_.appendBetween("/", key.narrow(), {});
     return output_.append('/') && writeCodes(output_, key);
 }
 
@@ -135,7 +136,9 @@ bool Serializer::writeEntry(const Host::String& key, Value* value) {
     if (value == nullptr) {
         return fail(InvalidArgument, "Failed to retrieve value for dictionary key ", key);
     }
-    if (!output_.append(' ') || !writeKey(key) || !output_.append(' ') || !writeValue(*value)) {
+    const bool keyed = key.isNarrow() ? output_.appendBetween(" /", key.narrow(), " ")
+                                      : output_.append(' ') && writeKey(key) && output_.append(' ');
+    if (!keyed || !writeValue(*value)) {
         return fail(StepFailed, "Failed to convert value of dictionary key to buffer: ", key);
     }
     return true;

@@ -4,6 +4,7 @@
 #include "values/failure.h"
 
 #include <algorithm>
+#include <array>
 #include <optional>
 #include <string_view>
 
@@ -16,8 +17,16 @@ namespace {
 constexpr std::string_view escaped = "\r\b\t\n\f()\\";
 constexpr std::string_view escapes = "rbtnf()\\";
 
+constexpr std::array<bool, 0x7F> plainCodes = [] {
+    std::array<bool, 0x7F> plain{};
+    for (std::size_t code = 0; code < plain.size(); ++code) {
+        plain[code] = escaped.find(static_cast<char>(code)) == std::string_view::npos;
+    }
+    return plain;
+}();
+
 bool isPlain(char32_t code) noexcept {
-    return code < 0x7F && escaped.find(static_cast<char>(code)) == std::string_view::npos;
+    return code < plainCodes.size() && plainCodes[code];
 }
 
 bool writeOctal(Output& output, unsigned code) noexcept {
