@@ -192,6 +192,16 @@ void decodeStreams(benchmark::State& state, Kind kind) {
         });
 }
 
+// Writing alone, to memory, of a document that is open.
+void writeToMemory(benchmark::State& state, Kind kind) {
+    const Input& in = input(kind, state.range(0));
+    const auto document = Document::create(in.memory());
+    measure(state, in, in.sample.bytes.size(), [&] {
+        const auto target = Host::MemoryStripe::create();
+        return document && target && document->write(target);
+    });
+}
+
 // Opening and writing, from memory to memory.
 void rewriteInMemory(benchmark::State& state, Kind kind) {
     const Input& in = input(kind, state.range(0));
@@ -226,6 +236,7 @@ void registerAll(const char* name, Kind kind, std::int64_t objects) {
     add("openFromFile", openFromFile);
     add("listPages", listPages);
     if (kind == Kind::Text) add("decodeStreams", decodeStreams);
+    add("writeToMemory", writeToMemory);
     add("rewriteInMemory", rewriteInMemory);
     add("rewriteFile", rewriteFile, false);
     add("rewriteFileAndCommit", rewriteFile, true)->UseRealTime();

@@ -63,7 +63,12 @@ TEST(StreamEncoder, GoesFromPlainToFlateAndBackWithoutATrace) {
         sizes.stream(id++, "", std::string(size, ' '));
         sizes.stream(id++, "/Filter /FlateDecode ", deflated(std::string(size, 'x')));
     }
-    std::vector<std::string> files{sizes.bytes()};
+    std::string large;
+    while (large.size() < std::size_t{64} << 20)
+        large += incompressible;
+    DocumentBuilder huge = DocumentBuilder::minimal();
+    huge.stream(5, "", large);
+    std::vector<std::string> files{sizes.bytes(), huge.bytes()};
     for (const std::string& name : sampleNames())
         files.push_back(sample(name));
     RecordingLog log;
