@@ -23,24 +23,11 @@ Ref<SharedBytes> readAll(Interfaces::Stripe& data, std::uint64_t size) {
 
 } // namespace
 
-std::uint64_t CopiedData::position(std::uint64_t position) noexcept {
-    position_ = std::min(position, size());
-    return position_;
-}
-
-std::uint64_t CopiedData::write(const void*, std::uint64_t) noexcept {
-    return fail(NotSupported);
-}
-
 std::uint64_t CopiedData::readBytes(std::uint8_t* buffer, std::uint64_t count) noexcept {
     const std::uint64_t read = std::min(count, size() - position_);
     if (read != 0) std::memcpy(buffer, bytes_->span().data() + position_, read);
     position_ += read;
     return read;
-}
-
-std::uint64_t CopiedData::writeBytes(const std::uint8_t*, std::uint64_t) noexcept {
-    return fail(NotSupported);
 }
 
 std::span<const std::uint8_t> CopiedData::window(std::uint64_t position) const noexcept {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "values/read_only_stripe.h"
+
 #include <host/stripe.h>
 #include <pdf/values.h>
 
@@ -20,24 +22,18 @@ private:
     Host::ByteBuffer bytes_;
 };
 
-/// The data of a copied stream: a position of its own over shared bytes. Read-only.
-class CopiedData final : public Adapters::Stripe::Base {
+/// The data of a copied stream: a position of its own over shared bytes.
+class CopiedData final : public ReadOnlyStripe {
 public:
     explicit CopiedData(Ref<SharedBytes> bytes) noexcept : bytes_(std::move(bytes)) {}
 
     [[nodiscard]] std::uint64_t size() const noexcept override { return bytes_->span().size(); }
-    [[nodiscard]] std::uint64_t position() const noexcept override { return position_; }
-    /// Positions behind the end are refused: the end is what is reached.
-    std::uint64_t position(std::uint64_t position) noexcept override;
-    std::uint64_t write(const void* buffer, std::uint64_t count) noexcept override;
     std::uint64_t readBytes(std::uint8_t* buffer, std::uint64_t count) noexcept override;
-    std::uint64_t writeBytes(const std::uint8_t* bytes, std::uint64_t count) noexcept override;
     [[nodiscard]] std::span<const std::uint8_t>
     window(std::uint64_t position) const noexcept override;
 
 private:
     Ref<SharedBytes> bytes_;
-    std::uint64_t position_ = 0;
 };
 
 /// The bytes of the streams that one operation copies, read once for each stream.

@@ -26,7 +26,6 @@ class Message {
 public:
     void add(std::string_view text) { text_ += text; }
     void add(const char* text) { text_ += text; }
-    void add(const std::string& text) { text_ += text; }
     void add(const String& text) { text_ += text.utf8(); }
     void add(char32_t character);
     void add(Codes codes);

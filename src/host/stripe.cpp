@@ -12,14 +12,17 @@ using Carry = Utils::Convert<Element, std::uint8_t>;
 
 constexpr std::uint64_t blockElements = 1024;
 
+bool holdsBytesIn32Bits(const Stripe& stripe) noexcept {
+    if (stripe.elementSize() == sizeof(Element)) return true;
+    Host::Error::set(Host::InvalidArgument);
+    return false;
+}
+
 } // namespace
 
 std::uint64_t Stripe::readBytes(std::uint8_t* buffer, std::uint64_t count) noexcept {
     if (elementSize() == 1) return read(buffer, count);
-    if (elementSize() != sizeof(Element)) {
-        Host::Error::set(Host::InvalidArgument);
-        return 0;
-    }
+    if (!holdsBytesIn32Bits(*this)) return 0;
     std::array<Element, blockElements> block;
     std::uint64_t done = 0;
     while (done < count) {
@@ -37,10 +40,7 @@ std::uint64_t Stripe::readBytes(std::uint8_t* buffer, std::uint64_t count) noexc
 
 std::uint64_t Stripe::writeBytes(const std::uint8_t* bytes, std::uint64_t count) noexcept {
     if (elementSize() == 1) return write(bytes, count);
-    if (elementSize() != sizeof(Element)) {
-        Host::Error::set(Host::InvalidArgument);
-        return 0;
-    }
+    if (!holdsBytesIn32Bits(*this)) return 0;
     std::array<Element, blockElements> block;
     std::uint64_t done = 0;
     while (done < count) {

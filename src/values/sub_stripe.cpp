@@ -1,16 +1,9 @@
 #include "values/sub_stripe.h"
 
-#include "values/failure.h"
-
 #include <algorithm>
 #include <mutex>
 
 namespace Libraries::Files::PDF {
-
-std::uint64_t SubStripe::position(std::uint64_t position) noexcept {
-    position_ = std::min(position, length_);
-    return position_;
-}
 
 std::uint64_t SubStripe::read(void* buffer, std::uint64_t count) noexcept {
     if (buffer == nullptr) return fail(InvalidArgument);
@@ -33,14 +26,6 @@ std::uint64_t SubStripe::readBytes(std::uint8_t* buffer, std::uint64_t count) no
     }
     position_ += read;
     return read;
-}
-
-std::uint64_t SubStripe::write(const void*, std::uint64_t) noexcept {
-    return fail(NotSupported);
-}
-
-std::uint64_t SubStripe::writeBytes(const std::uint8_t*, std::uint64_t) noexcept {
-    return fail(NotSupported);
 }
 
 std::span<const std::uint8_t> SubStripe::window(std::uint64_t position) const noexcept {

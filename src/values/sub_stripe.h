@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/monitor.h"
+#include "values/read_only_stripe.h"
 
 #include <host/stripe.h>
 #include <pdf/values.h>
@@ -11,21 +12,17 @@
 
 namespace Libraries::Files::PDF {
 
-/// Read-only view of a range of another stripe. Several views share one base: each holds the lock
+/// View of a range of another stripe. Several views share one base: each holds the lock
 /// while it positions the base and reads.
-class SubStripe final : public Adapters::Stripe::Base {
+class SubStripe final : public ReadOnlyStripe {
 public:
     SubStripe(Ref<Interfaces::Stripe> base, std::uint64_t start, std::uint64_t length,
               Ref<Host::Mon> lock) noexcept
         : base_(std::move(base)), lock_(std::move(lock)), start_(start), length_(length) {}
 
     [[nodiscard]] std::uint64_t size() const noexcept override { return length_; }
-    [[nodiscard]] std::uint64_t position() const noexcept override { return position_; }
-    std::uint64_t position(std::uint64_t position) noexcept override;
     std::uint64_t read(void* buffer, std::uint64_t count) noexcept override;
-    std::uint64_t write(const void* buffer, std::uint64_t count) noexcept override;
     std::uint64_t readBytes(std::uint8_t* buffer, std::uint64_t count) noexcept override;
-    std::uint64_t writeBytes(const std::uint8_t* bytes, std::uint64_t count) noexcept override;
     [[nodiscard]] std::span<const std::uint8_t>
     window(std::uint64_t position) const noexcept override;
 
@@ -34,7 +31,6 @@ private:
     Ref<Host::Mon> lock_;
     std::uint64_t start_;
     std::uint64_t length_;
-    std::uint64_t position_ = 0;
 };
 
 } // namespace Libraries::Files::PDF

@@ -68,6 +68,8 @@ TEST(Cloner, CopiesOfOneStreamShareItsBytes) {
     EXPECT_EQ(data(5)->position(4), 4U);
     EXPECT_EQ(contentsOf(data(6)), "0 0 9 9 re f");
     EXPECT_EQ(data(5)->position(), 4U);
+    EXPECT_EQ(data(5)->write("a", 1) + data(5)->writeBytes(nullptr, 1), 0U);
+    EXPECT_EQ(Host::Error::get(), NotSupported);
 }
 
 Ref<Value> failing(FailingStripe::Call call, FailingStripe::Fault fault) {
