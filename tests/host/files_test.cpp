@@ -4,6 +4,7 @@
 #include <host/stripe.h>
 
 #include <gtest/gtest.h>
+#include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -11,6 +12,8 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <sched.h>
+#include <thread>
 
 namespace {
 
@@ -47,6 +50,23 @@ protected:
         std::copy(bytes.begin(), bytes.end(), std::ostreambuf_iterator<char>(file));
     }
     [[nodiscard]] Bytes read() const { return readAll(*FileSource::open(path("f"))); }
+    /// Where there is room for no more than 300,000 bytes.
+    void expectSavesToFail() const {
+        for (const auto& [when, block, parts] : {std::tuple("while writing", 70'000U, 30),
+                                                 {"at the commit", 250'000U, 2},
+                                                 {"straight through", 310'000U, 1}}) {
+            write(former);
+            auto target = FileTarget::create(path("f"));
+            for (int part = 0; part < parts; ++part)
+                target->writeBytes(data.data(), block);
+            Host::Error::set(Host::NoError);
+            EXPECT_FALSE(target->commit()) << when;
+            EXPECT_EQ(Host::Error::get(), Host::FileNotWritten) << when;
+            EXPECT_EQ(read(), former) << when;
+            target = nullptr;
+            EXPECT_EQ(count(), 1) << when;
+        }
+    }
 
     std::string folder;
     Bytes data = Testing::noise(900'000);
@@ -141,22 +161,52 @@ TEST_F(Files, AreSavedBehindLinksWithTheirPermissions) {
 }
 
 TEST_F(Files, StayAsTheyAreWhenAWriteFails) {
-    const auto save = [this](std::uint64_t block, int parts) {
-        std::signal(SIGXFSZ, SIG_IGN);
-        const rlimit limit{300'000, 300'000};
-        if (::setrlimit(RLIMIT_FSIZE, &limit) != 0) ::_exit(2);
-        const auto target = FileTarget::create(path("f"));
-        while (target && parts-- > 0)
-            target->writeBytes(data.data(), block);
-        const bool failed = target && !target->commit();
-        ::_exit(failed && Host::Error::get() == Host::FileNotWritten ? 0 : 1);
-    };
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit usual{};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &usual), 0);
+    const rlimit limit{300'000, usual.rlim_max};
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
+    expectSavesToFail();
+    EXPECT_EQ(::setrlimit(RLIMIT_FSIZE, &usual), 0);
+}
+
+TEST_F(Files, StayAsTheyAreOnAFullDevice) {
+    bool mounted = false;
+    std::thread([&] { // whose mounts are its own and go with it
+        mounted = ::unshare(CLONE_NEWNS) == 0 &&
+                  ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+                  ::mount("tmpfs", folder.c_str(), "tmpfs", 0, "size=300k") == 0;
+        if (mounted) expectSavesToFail();
+    })
+        .join();
+    if (!mounted) GTEST_SKIP() << "only root may mount a device";
+}
+
+TEST_F(Files, StayAsTheyAreWhenTheirFolderVanishes) {
     write(former);
-    EXPECT_EXIT(save(70'000, 30), testing::ExitedWithCode(0), "") << "while writing";
-    EXPECT_EXIT(save(250'000, 2), testing::ExitedWithCode(0), "") << "at the commit";
-    EXPECT_EXIT(save(310'000, 1), testing::ExitedWithCode(0), "") << "straight through";
+    const auto target = FileTarget::create(path("f"));
+    EXPECT_EQ(target->writeBytes(data.data(), data.size()), data.size());
+    const std::string moved = folder + ".moved";
+    fs::rename(folder, moved);
+    Host::Error::set(Host::NoError);
+    EXPECT_FALSE(target->written());
+    EXPECT_FALSE(target->commit());
+    EXPECT_EQ(Host::Error::get(), Host::FileNotWritten);
+    EXPECT_FALSE(FileTarget::create(path("f")));
+    EXPECT_EQ(Host::Error::get(), Host::FileNotOpened);
+    fs::rename(moved, folder);
     EXPECT_EQ(read(), former);
-    EXPECT_EQ(count(), 1);
+}
+
+TEST_F(Files, GoOneWay) {
+    const auto source = FileSource::open(path("f"));
+    EXPECT_EQ(source->writeBytes(data.data(), 1), 0U);
+    EXPECT_EQ(Host::Error::get(), Host::NotSupported);
+    const auto target = FileTarget::create(path("f"));
+    Host::Error::set(Host::NoError);
+    EXPECT_EQ(target->readBytes(data.data(), 1), 0U);
+    EXPECT_EQ(Host::Error::get(), Host::NotSupported);
+    EXPECT_EQ(source->position() + target->position() + target->size(), 0U);
 }
 
 Bytes contents(const MemoryStripe& stripe) {
@@ -186,8 +236,11 @@ TEST(ElementSize, PresentsBytesAsElementsAndBack) {
     std::vector<std::uint32_t> wide(data.size());
     EXPECT_EQ(elements->read(wide.data(), wide.size()), 2000U);
     EXPECT_TRUE(std::equal(data.begin() + 1000, data.end(), wide.begin()));
+    EXPECT_EQ(elements->window(3).data(), memory->bytes().data() + 3);
     EXPECT_FALSE(ElementSize::create(memory, 2));
     EXPECT_EQ(Host::Error::get(), Host::InvalidArgument);
+    EXPECT_FALSE(ElementSize::create(nullptr, 4));
+    EXPECT_EQ(Host::Error::get(), Host::NullArgument);
 }
 
 } // namespace
