@@ -1,4 +1,4 @@
-// Every operation with every one of its allocations failing, and every call of its source.
+// Every operation with every one of its allocations failing, and every call of its stripes.
 
 #include "faults/failing_heap.h"
 #include "support/document_builder.h"
@@ -49,6 +49,8 @@ struct Subject {
     Ref<Document> foreign;
     Ref<Stream> stream;
     Ref<Interfaces::Stripe> result = Host::MemoryStripe::create();
+    Ref<FailingStripe> failingTarget = Host::make<FailingStripe>(result);
+    Ref<Interfaces::Stripe> target = failingTarget;
 
     void open() {
         document = Document::create(source);
@@ -94,9 +96,13 @@ constexpr Operation operations[] = {
     {"fill", filled},
     {"underlay",
      [](Subject& subject) { return subject.document->addBackground(subject.foreign, 1); }, false},
-    {"write", [](Subject& subject) { return subject.document->write(subject.result); }},
-    {"write a stream", [](Subject& subject) {
-         return subject.document->writeStreamData(subject.stream, subject.result, false) == 1;
+    {"write", [](Subject& subject) { return subject.document->write(subject.target); }},
+    {"write a stream",
+     [](Subject& subject) {
+         return subject.document->writeStreamData(subject.stream, subject.target, false) == 1;
+     }},
+    {"encode a stream", [](Subject& subject) {
+         return subject.document->writeStreamData(subject.stream, subject.target, true) == 1;
      }}};
 
 std::string contentsOfPages(const Document& document) {
@@ -154,7 +160,7 @@ bool survives(const Operation& operation, const Expected& expected, Subject& sub
     if (done) {
         EXPECT_EQ(Testing::contentsOf(subject.result), expected.result);
     }
-    subject.result = Host::MemoryStripe::create();
+    subject.result = subject.target = Host::MemoryStripe::create();
     expectUsable(operation, expected, subject, done);
     return faulty;
 }
@@ -172,17 +178,22 @@ bool survivesWithoutMemory(const Operation& operation, const Expected& expected,
     return faulty;
 }
 
-bool survivesWithoutSource(const Operation& operation, const Expected& expected,
-                           std::uint64_t number, FailingStripe::Call call,
-                           FailingStripe::Fault fault) {
+struct StripeFault {
+    bool ofSource;
+    FailingStripe::Call call;
+    FailingStripe::Fault fault;
+};
+
+bool survivesWithoutStripe(const Operation& operation, const Expected& expected,
+                           std::uint64_t number, const StripeFault& fault) {
     Subject subject;
-    FailingStripe& source = *subject.failing;
-    subject.source = subject.failing;
+    FailingStripe& stripe = fault.ofSource ? *subject.failing : *subject.failingTarget;
+    if (fault.ofSource) subject.source = subject.failing;
     return survives(
-        operation, expected, subject, [&] { source.failAt(call, number, fault); },
+        operation, expected, subject, [&] { stripe.failAt(fault.call, number, fault.fault); },
         [&] {
-            const bool faulty = source.calls(call) >= number;
-            source.failAt(call, 0);
+            const bool faulty = stripe.calls(fault.call) >= number;
+            stripe.failAt(fault.call, 0);
             return faulty;
         });
 }
@@ -209,25 +220,30 @@ TEST(Faults, ExhaustedMemoryIsAnOrdinaryFailure) {
     }
 }
 
-TEST(Faults, AFailingSourceIsAnOrdinaryFailure) {
+TEST(Faults, AFailingStripeIsAnOrdinaryFailure) {
     using Call = FailingStripe::Call;
     using Fault = FailingStripe::Fault;
-    constexpr std::pair<Call, Fault> faults[] = {{Call::Read, Fault::Failed},
-                                                 {Call::Read, Fault::Short},
-                                                 {Call::Read, Fault::NoByte},
-                                                 {Call::Seek, Fault::Failed},
-                                                 {Call::Seek, Fault::Misplaced}};
+    constexpr StripeFault faults[] = {
+        {true, Call::Read, Fault::Failed},    {true, Call::Read, Fault::Short},
+        {true, Call::Read, Fault::NoByte},    {true, Call::Seek, Fault::Failed},
+        {true, Call::Seek, Fault::Misplaced}, {false, Call::Write, Fault::Failed},
+        {false, Call::Write, Fault::Short},   {false, Call::Seek, Fault::Failed},
+        {false, Call::Seek, Fault::Misplaced}};
     logToNowhere();
+    std::uint64_t survived = 0;
     for (const Operation& operation : operations) {
         const Expected expected = expectedOf(operation);
-        for (const auto& [call, fault] : faults) {
+        for (const StripeFault& fault : faults) {
             std::uint64_t number = 1;
-            while (survivesWithoutSource(operation, expected, number, call, fault) && !HasFailure())
+            while (survivesWithoutStripe(operation, expected, number, fault) && !HasFailure())
                 ++number;
             ASSERT_FALSE(HasFailure())
-                << operation.name << ", call " << number << ", fault " << static_cast<int>(fault);
+                << operation.name << (fault.ofSource ? ", source" : ", target") << " call "
+                << number << ", fault " << static_cast<int>(fault.fault);
+            survived += fault.ofSource ? 0 : number - 1;
         }
     }
+    EXPECT_GT(survived, 2U) << "targets fail as well as sources";
 }
 
 } // namespace

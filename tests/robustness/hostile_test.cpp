@@ -126,36 +126,4 @@ TEST(Hostile, SurvivesEveryCutAndFlip) {
     EXPECT_LT(survivors, letter.size() * 3);
 }
 
-TEST(Hostile, AnyCallToAStripeMayFail) {
-    using Call = FailingStripe::Call;
-    using Fault = FailingStripe::Fault;
-    const std::string letter = Testing::sample("letterhead.pdf");
-    const std::tuple<const char*, Call, Fault> rows[] = {
-        {"source read fails", Call::Read, Fault::Failed},
-        {"source read short", Call::Read, Fault::Short},
-        {"source read gives no byte", Call::Read, Fault::NoByte},
-        {"source seek fails", Call::Seek, Fault::Failed},
-        {"source seek misplaced", Call::Seek, Fault::Misplaced},
-        {"target write fails", Call::Write, Fault::Failed},
-        {"target write short", Call::Write, Fault::Short},
-        {"target seek fails", Call::Seek, Fault::Failed},
-    };
-    const Testing::RecordingLog log;
-    for (const auto& [name, call, fault] : rows) {
-        std::uint64_t calls = 0;
-        std::uint64_t failures = 0;
-        for (std::uint64_t number = 0; number <= calls; ++number) {
-            const auto source = Host::make<FailingStripe>(Testing::stripeOf(letter));
-            const auto target = Host::make<FailingStripe>(Host::MemoryStripe::create());
-            const auto& faulty = *name == 's' ? source : target;
-            faulty->failAt(call, number, fault);
-            const bool done = exercise(source, target);
-            if (number == 0) calls = faulty->calls(call);
-            EXPECT_TRUE(done || number != 0) << name;
-            if (!done) ++failures;
-        }
-        EXPECT_TRUE(failures != 0 || calls == 0) << name;
-    }
-}
-
 } // namespace
