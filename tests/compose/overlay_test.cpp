@@ -123,8 +123,26 @@ TEST(AddBackground, MergesInheritedResourcesToo) {
     const char* catalog = "<< /Kids [3 0 R] /Type /Pages /Resources << /Font << /A 1 >> >> >>";
     const Ref<Document> document = open(pages(1, "own").object(2, catalog).bytes());
     ASSERT_TRUE(document->addBackground(open(pages(1, "f").bytes()), 0));
-    EXPECT_EQ(textOf(castTo<Dictionary>(valueOf(*document, 3))->find("Resources"_str)),
-              "<< Font -> << A -> 1.0 f -> << >> own -> << >> >> >>");
+    const auto resourcesOf = [&](std::uint32_t id) {
+        return textOf(castTo<Dictionary>(valueOf(*document, id))->find("Resources"_str));
+    };
+    EXPECT_EQ(resourcesOf(3), "<< Font -> << A -> 1.0 f -> << >> own -> << >> >> >>");
+    // What a foreign page inherits goes to where this document's pages inherit from.
+    const auto foreign = [](const char* resources) {
+        const std::string kids = "<< /Type /Pages /Kids [3 0 R] /Resources ";
+        return open(pages(1, "f")
+                        .object(2, kids + resources + " >>")
+                        .object(3, "<< /Contents 4 0 R >>")
+                        .bytes());
+    };
+    ASSERT_TRUE(document->addBackground(foreign("<< /XObject << /B 2 >> >>"), 0));
+    EXPECT_EQ(resourcesOf(2), "<< Font -> << A -> 1.0 >> XObject -> << B -> 2.0 >> >>");
+    const RecordingLog log;
+    EXPECT_FALSE(document->addBackground(foreign("<< /Font << /A 2 >> >>"), 0));
+    EXPECT_EQ(Host::Error::get(), StepFailed);
+    EXPECT_TRUE(log.text().ends_with("Failed to add resources to page catalog resource "
+                                     "dictionary\n"));
+    ASSERT_TRUE(open(pages(1, "own").bytes())->addBackground(foreign("<< /Font << /A 2 >> >>"), 0));
 }
 
 TEST(AddBackground, LeavesTheContentsOfAllPagesOnFailure) {
@@ -145,6 +163,10 @@ TEST(AddBackground, LeavesTheContentsOfAllPagesOnFailure) {
          "Failed to retrieve dictionary of foreign page 1h (1)"},
         {own, 2, "<< /Type /Pages >>", PageTreeInvalid, "Pages object has no valid Kids entry"},
         {foreign, 5, "<< >>", ForeignPageEmpty, "Foreign page has no contents"},
+        {foreign, 5, "<< /Contents 1 >>", ForeignPageInvalid,
+         "Foreign page content's has unexpected type: 3h (3)"},
+        {foreign, 5, "<< /Contents 99 0 R >>", ForeignPageInvalid,
+         "Failed to resolve content stream of foreign page"},
         {foreign, 5, "<< /Contents [4 0 R 1] >>", ForeignPageInvalid,
          "Content element 1h (1) of foreign page has unexpected type: 3h (3)"},
         {foreign, 5, "<< /Contents [99 0 R] >>", ForeignPageInvalid,
@@ -158,6 +180,8 @@ TEST(AddBackground, LeavesTheContentsOfAllPagesOnFailure) {
          "Failed to retrieve resources for foreign page 1h (1)", true},
         {own, 2, "<< /Type /Pages /Kids [3 0 R 5 0 R] /Resources << /Font << /own 1 >> >> >>",
          StepFailed, "Failed to integrate page catalog resources into page 3 (0)"},
+        {own, 5, "<< /Resources 1 >>", PageInvalid, "Failed to retrieve resources for page 5 (0)",
+         true},
         {own, 5, "<< /Resources << /A << /foreign 1 >> >> >>", StepFailed,
          "Failed to add resources of foreign page 1h (1) to page 5 (0)", true},
         {foreign, 5, "<< /Contents 6 0 R >>", PageTreeInvalid,
@@ -204,7 +228,8 @@ TEST(AddBackground, RestoresUpToAPageThatHadNoContents) {
 }
 
 Ref<Document> with(std::string_view resources, std::string_view other) {
-    return open(DocumentBuilder::minimal().object(5, resources).object(6, other).bytes());
+    DocumentBuilder builder = DocumentBuilder::minimal();
+    return open(builder.object(5, resources).object(6, other).object(7, "[/PDF]").bytes());
 }
 
 struct Merge {
@@ -225,15 +250,17 @@ const Merge merges[] = {
     {"<< /Font << /N 1 >> >>", "<< /XObject << /N 1 >> >>",
      "A resource already exists with name N of resource to add XObject\n"},
     {"<< /Font << /G 1 >> >>", "<< /Font << /F 4 0 R >> >>",
-     "<< Font -> << F -> 7 (0) G -> 1.0 >> >>"},
+     "<< Font -> << F -> 8 (0) G -> 1.0 >> >>"},
     {"<< /Font 6 0 R >>", "<< /Font 6 0 R >>", "<< Font -> 6 (0) >>",
      "Resource is equal, reusing: Z\n"},
+    {"<< /ProcSet 7 0 R >>", "<< /ProcSet 7 0 R >>", "<< ProcSet -> 7 (0) >>"},
     {"<< /ProcSet [/PDF] >>", "<< /ProcSet << >> >>",
      "Original resource expects an Array, but resource to add provides a Dictionary for ProcSet\n"},
     {"<< /Font << >> >>", "<< /Font [1] >>",
      "Original resource expects a Dictionary, but resource to add provides an Array for Font\n"},
     {"<< /Font 1 >>", "<< >>", "Invalid type of resource entry Font has invalid type 3h (3)\n"},
     {"<< /Font 99 0 R >>", "<< >>", "Failed to resolve object reference 99 (0)\n"},
+    {"<< /Font 4 0 R >>", "<< >>", "Object Font has invalid type 7h (7)\n"},
     {"<< >>", "<< /Font 1 >>", "Font of resources to add has invalid type for resource: 3h (3)\n"},
     {"<< >>", "<< /Font << /F 99 0 R >> >>",
      "Failed to resolve to be cloned object reference: 99 (0)\n"

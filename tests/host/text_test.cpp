@@ -4,6 +4,7 @@
 #include "host/message.h"
 #include "support/bytes.h"
 #include "support/failing_stripe.h"
+#include "support/recording_log.h"
 
 #include <host/string.h>
 
@@ -34,6 +35,29 @@ TEST(String, ReadsUtf8) {
     const std::u16string units{'a', 0xD83D, 0xDE00, 0xDC00, 0xD800, 'b', 0xDBFF};
     EXPECT_EQ(String::create(units)->utf16(), units) << "pairs and lone surrogates";
     EXPECT_TRUE(String::create(units)->utf8().starts_with("a\xF0\x9F\x98\x80"));
+    EXPECT_EQ(String::create(U'\x10FFFF')->utf8(), "\xF4\x8F\xBF\xBF");
+}
+
+TEST(Log, WritesWhatLevelAndFilterLetPass) {
+    using Host::LogLevel;
+    using Host::SysLogFilter;
+    const std::uint32_t filter = SysLogFilter::reg("Test");
+    EXPECT_EQ(SysLogFilter::reg("Test"), filter);
+    EXPECT_EQ(SysLogFilter::name(SysLogFilter::id("Test")), "Test");
+    EXPECT_EQ(SysLogFilter::id("none"), SysLogFilter::none);
+    Testing::RecordingLog log;
+    for (const LogLevel level : {LogLevel::Note, LogLevel::Warning, LogLevel::Error}) {
+        for (const bool on : {false, true}) {
+            SysLogFilter::level(level);
+            SysLogFilter::state(filter, on);
+            for (const LogLevel message : {LogLevel::Note, LogLevel::Warning, LogLevel::Error}) {
+                const std::size_t before = log.entries().size();
+                Host::log(filter, message, "what");
+                EXPECT_EQ(log.entries().size() - before, on && level <= message ? 1U : 0U);
+            }
+        }
+    }
+    EXPECT_EQ(log.text().substr(0, 5), "what\n");
 }
 
 TEST(CharReader, EndsLinesAtAnyEnding) {

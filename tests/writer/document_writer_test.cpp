@@ -134,12 +134,17 @@ TEST(DocumentWriter, TellsHowFarAFailingTargetCame) {
         const Ref<Interfaces::Stripe> data = Host::MemoryStripe::create(noise(66000, id));
         add(state, id, newValue<StreamObj>(dictionary({}), data));
     }
+    for (std::uint32_t id = 3; id < 4'000; ++id) // whose table is larger than a block
+        add(state, id, null());
     const auto target = newValue<FailingStripe>(Host::MemoryStripe::create());
     ASSERT_EQ(write(state, *target), Host::NoError);
     const std::string whole = contentsOf(target);
+    const std::uint64_t xref = whole.rfind("\nxref");
+    const std::uint64_t block = 12 + 3'277 * 20; // up to the line that fills it
     using Outcome = std::pair<std::uint32_t, std::string_view>;
     const Outcome header{VersionNotWritten, "length 8h (8)\nFailed to write PDF version\n"};
     const Outcome object{ObjectNotWritten, " (0)\n"};
+    const Outcome table{TrailerNotWritten, "Failed to write xref line\nFailed to write trailer\n"};
     const Outcome trailer{TrailerNotWritten,
                           "length 5h (5)\nFailed to write EOF marker\nFailed to write trailer\n"};
     for (std::uint64_t call = 1; call <= target->calls(Call::Write); ++call) {
@@ -149,9 +154,11 @@ TEST(DocumentWriter, TellsHowFarAFailingTargetCame) {
             broken->failAt(Call::Write, call, fault);
             const RecordingLog log;
             const std::uint32_t code = write(state, *broken);
-            const auto& [expected, end] = written->size() < 9                        ? header
-                                          : written->size() <= whole.rfind("\nxref") ? object
-                                                                                     : trailer;
+            const std::uint64_t size = written->size();
+            const auto& [expected, end] = size < 9              ? header
+                                          : size <= xref        ? object
+                                          : size < xref + block ? table
+                                                                : trailer;
             EXPECT_EQ(code, expected) << call;
             EXPECT_TRUE(log.text().ends_with(end)) << call << log.text();
             EXPECT_TRUE(whole.starts_with(contentsOf(written))) << call;
