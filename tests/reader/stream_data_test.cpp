@@ -3,10 +3,14 @@
 #include "support/recording_log.h"
 #include "values/kind.h"
 
+#include <host/files.h>
 #include <pdf/errors.h>
 
 #include <gtest/gtest.h>
 #include <libdeflate.h>
+
+#include <filesystem>
+#include <fstream>
 
 namespace {
 
@@ -108,6 +112,43 @@ TEST(StreamData, CachedDataOutlivesTheSource) {
     for (const auto& [id, data] : {std::pair(4U, "0 0 9 9 re f"), {6U, "kept"}, {7U, "last"}})
         EXPECT_EQ(contentsOf(document->readStreamData(streamOf(*document, id), false)), data);
     EXPECT_FALSE(document->changed());
+}
+
+// A hole of 4 GiB takes no room on the device.
+TEST(StreamData, BeyondFourGiBIsReadInPartsOnly) {
+    const std::string name = testing::TempDir() + "files-large.pdf";
+    const std::string body = "<< /Length 4294967296 >>\nstream\n";
+    const std::string small =
+        DocumentBuilder::minimal().object(5, body + "\nendstream").object(6, "(behind)").bytes();
+    const std::size_t hole = small.find(body) + body.size();
+    std::string tail = small.substr(hole);
+    for (const std::string& offset :
+         {std::to_string(small.find("6 0 obj")), std::to_string(small.find("xref\n"))}) {
+        const std::string moved = std::to_string(std::stoull(offset) + (1ULL << 32));
+        const std::size_t place = tail.rfind(offset);
+        const bool padded = tail[place - 1] == '0';
+        tail.replace(padded ? place + offset.size() - moved.size() : place,
+                     padded ? moved.size() : offset.size(), moved);
+    }
+    std::ofstream(name, std::ios::binary) << small.substr(0, hole);
+    std::filesystem::resize_file(name, hole + (1ULL << 32));
+    std::ofstream(name, std::ios::binary | std::ios::app) << tail;
+    const auto document = Document::create(Host::FileSource::open(name));
+    std::filesystem::remove(name);
+    ASSERT_TRUE(document);
+    EXPECT_EQ(textOf(valueOf(*document, 6)), "behind");
+    const auto data = document->readStreamData(streamOf(*document, 5), false);
+    ASSERT_TRUE(data && data->size() == 1ULL << 32);
+    EXPECT_EQ(data->position((1ULL << 32) - 1), (1ULL << 32) - 1);
+    std::uint8_t last = 1;
+    EXPECT_EQ(data->readBytes(&last, 1), 1U);
+    EXPECT_EQ(last, 0);
+    const RecordingLog log;
+    EXPECT_FALSE(document->cacheStreamData());
+    EXPECT_EQ(Host::Error::get(), OutOfRange);
+    EXPECT_FALSE(document->write(Host::MemoryStripe::create()));
+    EXPECT_EQ(Host::Error::get(), ObjectNotWritten);
+    EXPECT_TRUE(log.text().starts_with("Stream size is too large: 100000000h (4294967296)\n"));
 }
 
 TEST(StreamData, FailsWithItsSource) {
