@@ -23,7 +23,9 @@ namespace Host {
 template <class T>
 class TVector final : public RefCount, public std::vector<T> {
 public:
+    /// An empty vector.
     TVector() = default;
+    /// Takes the elements over without copying them.
     explicit TVector(std::vector<T> items) noexcept : std::vector<T>(std::move(items)) {}
 };
 
@@ -50,12 +52,17 @@ public:
     TConstArray(const TConstArray&) = delete;
     TConstArray& operator=(const TConstArray&) = delete;
 
+    /// Number of elements.
     [[nodiscard]] std::size_t size() const noexcept { return size_; }
+    /// The first element; valid as long as the array, as `span` is.
     [[nodiscard]] const T* data() const noexcept { return reinterpret_cast<const T*>(this + 1); }
+    /// All elements in place.
     [[nodiscard]] std::span<const T> span() const noexcept { return {data(), size_}; }
     /// The element at an index, which must be below `size()`.
     const T& operator[](std::size_t index) const noexcept { return data()[index]; }
 
+    /// What `Ref` calls. Thread-safe; the last `decRef` frees the array.
+    ///@{
     void incRef() const noexcept { count_.fetch_add(1, std::memory_order_relaxed); }
     void decRef() const noexcept {
         if (count_.fetch_sub(1, std::memory_order_acq_rel) != 1) return;
@@ -63,6 +70,7 @@ public:
         this->~TConstArray();
         Heap::free(const_cast<TConstArray*>(this), bytes);
     }
+    ///@}
 
 private:
     explicit TConstArray(std::size_t size) noexcept : size_(size) {}

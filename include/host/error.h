@@ -7,6 +7,7 @@
 
 #include <cstdint>
 
+/// The platform layer: memory, text, files, stripes, the log and the error code.
 namespace Host {
 
 /// An operation that fails returns a null handle, false or 0 and leaves its code here.
@@ -14,13 +15,15 @@ namespace Host {
 /// Each thread has its own. A success does not clear the code: look at it only after a failure.
 class FILES_PDF_EXPORT Error {
 public:
+    /// Takes `NoError` too, before an operation whose empty result is not always a failure.
     static void set(std::uint32_t code) noexcept;
+    /// The code of this thread's last failure; `NoError` where there was none.
     [[nodiscard]] static std::uint32_t get() noexcept;
 };
 
 /// Codes of the platform layer; those of documents are named in `pdf/errors.h`.
 enum : std::uint32_t {
-    NoError = 0,
+    NoError = 0,             ///< nothing has failed on this thread yet, or it was reset
     StepFailed = 33859,      ///< a step inside a larger operation failed
     NullArgument = 33861,    ///< a required argument is null
     InvalidArgument = 33862, ///< an argument is empty, of the wrong kind or element size

@@ -3,6 +3,9 @@
 /// @file
 /// Marks what the shared library exports. Everything else keeps hidden visibility.
 
+/// @def FILES_PDF_EXPORT
+/// Default visibility; nothing where `FILES_PDF_STATIC_DEFINE` says that the static library is
+/// linked.
 #if defined(FILES_PDF_STATIC_DEFINE)
 #define FILES_PDF_EXPORT
 #else

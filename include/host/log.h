@@ -11,7 +11,11 @@
 namespace Host {
 
 /// How grave a message is. The global level lets a message pass when it is not above the message's.
-enum class LogLevel : std::uint32_t { Note = 1, Warning = 3, Error = 4 };
+enum class LogLevel : std::uint32_t {
+    Note = 1,    ///< what was decided on the way; for finding out why
+    Warning = 3, ///< something is odd, the operation goes on
+    Error = 4    ///< an operation failed
+};
 
 /// Named switches in front of the log. All operations are thread-safe.
 ///
@@ -32,9 +36,13 @@ public:
     /// The name of a filter; empty for an unknown id.
     [[nodiscard]] static std::string_view name(std::uint32_t id) noexcept;
 
+    /// The lowest level that is written, of all filters.
     [[nodiscard]] static LogLevel level() noexcept;
+    /// Holds for the whole process from now on.
     static void level(LogLevel level) noexcept;
+    /// Whether a filter is on; false for an id of 64 or above, such as `none`.
     [[nodiscard]] static bool state(std::uint32_t id) noexcept;
+    /// Switches a filter for the whole process; an id of 64 or above is ignored.
     static void state(std::uint32_t id, bool on) noexcept;
 
     /// Whether a message of this filter and level would be written.
@@ -46,6 +54,7 @@ public:
 /// Where messages go.
 class FILES_PDF_EXPORT LogPrinter {
 public:
+    /// Not while the printer is in use: put another in its place first.
     virtual ~LogPrinter();
 
     /// Takes one whole message, in UTF-8, with its line terminator. May be called from several

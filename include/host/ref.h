@@ -27,29 +27,38 @@ namespace Host {
 template <class T>
 class Ref {
 public:
+    /// A null handle.
+    ///@{
     constexpr Ref() noexcept = default;
     constexpr Ref(std::nullptr_t) noexcept {}
+    ///@}
 
     /// Takes a reference of its own to `object`, which may be null.
     explicit Ref(T* object) noexcept : object_(object) {
         if (object_ != nullptr) object_->incRef();
     }
 
+    /// Takes one more reference to the object that `other` holds.
     Ref(const Ref& other) noexcept : Ref(other.object_) {}
+    /// Takes the reference over; `other` is null afterwards.
     constexpr Ref(Ref&& other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
 
+    /// As the copy, from the handle of a derived class.
     template <class U>
     requires std::is_convertible_v<U*, T*> Ref(const Ref<U>& other)
     noexcept : Ref(static_cast<T*>(other.get())) {}
 
+    /// As the move, from the handle of a derived class.
     template <class U>
     requires std::is_convertible_v<U*, T*> Ref(Ref<U>&& other)
     noexcept : object_(other.detach()) {}
 
+    /// Gives the reference back; the last one deletes the object.
     constexpr ~Ref() {
         if (object_ != nullptr) object_->decRef();
     }
 
+    /// Copies or moves, as it is called; the former object's reference is given back.
     Ref& operator=(Ref other) noexcept {
         swap(other);
         return *this;
@@ -65,11 +74,17 @@ public:
     /// Gives the owned reference to the caller and leaves this handle null.
     [[nodiscard]] T* detach() noexcept { return std::exchange(object_, nullptr); }
 
+    /// Touches no count.
     void swap(Ref& other) noexcept { std::swap(object_, other.object_); }
 
+    /// The object or null, without a reference: valid as long as some handle holds it.
     [[nodiscard]] constexpr T* get() const noexcept { return object_; }
+    /// The object's member; the handle must not be null, nor for `*`.
+    ///@{
     constexpr T* operator->() const noexcept { return object_; }
     constexpr T& operator*() const noexcept { return *object_; }
+    ///@}
+    /// False for "no result".
     constexpr explicit operator bool() const noexcept { return object_ != nullptr; }
 
     /// Handles are the same when they hold the same object; values are compared with `equal`.
@@ -77,6 +92,7 @@ public:
     friend constexpr bool operator==(const Ref& left, const Ref<U>& right) noexcept {
         return left.object_ == right.get();
     }
+    /// Whether the handle is null.
     friend constexpr bool operator==(const Ref& left, std::nullptr_t) noexcept {
         return left.object_ == nullptr;
     }
@@ -92,13 +108,18 @@ public:
     RefCount(const RefCount&) = delete;
     RefCount& operator=(const RefCount&) = delete;
 
+    /// What `Ref` calls, and rarely anybody else. Thread-safe; the last `decRef` deletes the
+    /// object.
+    ///@{
     void incRef() const noexcept { count_.fetch_add(1, std::memory_order_relaxed); }
-
     void decRef() const noexcept {
         if (count_.fetch_sub(1, std::memory_order_acq_rel) == 1) delete this;
     }
+    ///@}
 
-    /// Counted objects live in the library's heap, wherever their class is from.
+    /// Counted objects live in the library's heap (`Heap`), wherever their class is from. Exhausted
+    /// memory is null for the form without exceptions, which `make` uses.
+    ///@{
     static void* operator new(std::size_t size) {
         void* memory = Heap::alloc(size);
         if (memory == nullptr) throw std::bad_alloc();
@@ -110,6 +131,7 @@ public:
     static void operator delete(void* memory, std::size_t size) noexcept {
         Heap::free(memory, size);
     }
+    ///@}
 
 protected:
     RefCount() noexcept = default;
@@ -128,10 +150,14 @@ class Object;
 /// whether the object still exists.
 class FILES_PDF_EXPORT GcProxy final : public RefCount {
 public:
+    /// A proxy of `object`, which it does not keep alive. `Object::gcProxy` makes the one there is.
     explicit GcProxy(Object* object) noexcept : object_(object) {}
 
+    /// Count the weak references, and so the proxy's own life, not the object's.
+    ///@{
     void incWeakRef() const noexcept { incRef(); }
     void decWeakRef() const noexcept { decRef(); }
+    ///@}
 
     /// The object with a reference taken for the caller, or null when it is gone.
     [[nodiscard]] Object* lockWeakRef() const noexcept;
@@ -148,8 +174,10 @@ private:
 class FILES_PDF_EXPORT Object : public RefCount {
 public:
     /// The object's own lock, for the operations that say they hold it. Recursive.
+    ///@{
     void lockRef() const { lock_.lock(); }
     void unlockRef() const { lock_.unlock(); }
+    ///@}
 
     /// The proxy of this object, made at the first call; null when memory is exhausted.
     [[nodiscard]] Ref<GcProxy> gcProxy() noexcept;
@@ -169,7 +197,10 @@ private:
 template <class T>
 class WeakRef {
 public:
+    /// Refers to nothing: `lock` gives null.
     WeakRef() noexcept = default;
+    /// Refers to `object`; to nothing for null and, with `OutOfMemory` set, when memory is
+    /// exhausted.
     explicit WeakRef(T* object) noexcept
         : proxy_(object != nullptr ? object->gcProxy() : nullptr) {}
 

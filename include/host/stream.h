@@ -16,11 +16,15 @@ class FILES_PDF_EXPORT BlockFilter : public Host::RefCount {
 public:
     /// What one conversion used of its input and put into its output, in bytes.
     struct Progress {
-        std::uint64_t consumed = 0;
-        std::uint64_t produced = 0;
+        std::uint64_t consumed = 0; ///< bytes of `input` that need not be given again
+        std::uint64_t produced = 0; ///< bytes at the start of `output` that are filled
     };
     /// What `flush` reports.
-    enum class Flush : std::uint32_t { Failed = 0, More = 1, Finished = 2 };
+    enum class Flush : std::uint32_t {
+        Failed = 0,  ///< the data ends too early
+        More = 1,    ///< `output` holds data; call again
+        Finished = 2 ///< all is given, nothing this time
+    };
 
     /// Converts as much of `input` as fits into `output`. Makes progress whenever `input` is not
     /// empty and `output` has room. False when the data cannot be converted.

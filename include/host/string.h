@@ -49,6 +49,7 @@ public:
 
     /// Length in characters (code points).
     [[nodiscard]] std::uint64_t length() const noexcept { return length_ & maxLength; }
+    /// Whether there is no character; a NUL is one.
     [[nodiscard]] bool empty() const noexcept { return length() == 0; }
 
     /// The code at a zero-based index, which must be below `length()`.
@@ -60,12 +61,14 @@ public:
     [[nodiscard]] std::string_view narrow() const noexcept {
         return wide() ? std::string_view{} : std::string_view{narrowData(), length_};
     }
+    /// Whether all codes are below 256, so that `narrow` gives them.
     [[nodiscard]] bool isNarrow() const noexcept { return !wide(); }
 
     /// Same length and same code points.
     [[nodiscard]] bool equals(const String& other) const noexcept {
         return this == &other || std::is_eq(compare(other));
     }
+    /// The same for ASCII text, without making a `String` of it.
     [[nodiscard]] bool equals(std::string_view ascii) const noexcept {
         return !wide() && narrow() == ascii;
     }
@@ -78,10 +81,13 @@ public:
     /// The text as UTF-16 code units. Throws `std::bad_alloc` like any standard string.
     [[nodiscard]] std::u16string utf16() const;
 
+    /// What `Ref` calls. Thread-safe; the last `decRef` frees the text.
+    ///@{
     void incRef() const noexcept { count_.fetch_add(1, std::memory_order_relaxed); }
     void decRef() const noexcept {
         if (count_.fetch_sub(1, std::memory_order_acq_rel) == 1) destroy(this);
     }
+    ///@}
 
 private:
     static constexpr std::uint32_t wideFlag = 0x8000'0000;
@@ -106,9 +112,11 @@ private:
     const void* characters_;
 };
 
+/// As `String::equals`.
 inline bool operator==(const String& left, const String& right) noexcept {
     return left.equals(right);
 }
+/// As `String::compare`.
 inline std::strong_ordering operator<=>(const String& left, const String& right) noexcept {
     return left.compare(right);
 }
@@ -116,19 +124,21 @@ inline std::strong_ordering operator<=>(const String& left, const String& right)
 /// Characters of a literal as a template argument.
 template <std::size_t size>
 struct LiteralText {
+    /// Refuses, when compiled, anything but ASCII.
     consteval LiteralText(const char (&text)[size]) { // NOLINT: a literal converts
         std::copy_n(text, size, characters);
         for (char character : text) {
             if (static_cast<unsigned char>(character) > 0x7F) throw "a literal holds ASCII only";
         }
     }
-    char characters[size]{};
+    char characters[size]{}; ///< the closing NUL included
 };
 
 /// The one object of a literal. It is never destroyed, so that it may be used at any time.
 template <LiteralText text>
 class Literal {
 public:
+    /// Valid for the life of the process; allocates nothing.
     static const Ref<String>& ref() noexcept { return holder_.ref; }
 
 private:
@@ -140,6 +150,7 @@ private:
     static inline constinit Holder holder_{Ref<String>::adopt(&string_)};
 };
 
+/// What `using namespace Host::Literals` brings: `_str`.
 inline namespace Literals {
 /// A text that costs nothing to make or to look up: `dictionary->find("Root"_str)`.
 template <LiteralText text>
@@ -151,6 +162,7 @@ template <LiteralText text>
 /// Collects characters one by one; turns into one text at the end. Throws `std::bad_alloc`.
 class FILES_PDF_EXPORT StringBuilder {
 public:
+    /// Appends one character.
     void append(char32_t character) {
         if (character <= 0xFF && wide_.empty()) {
             narrow_.push_back(static_cast<char>(character));
@@ -160,13 +172,17 @@ public:
     }
     /// Appends 8-bit codes, each of them a character (ASCII text is just that).
     void append(std::string_view codes);
+    /// Appends all characters of a text.
     void append(const String& text);
     /// Appends a number in decimal.
+    ///@{
     void appendNumber(std::uint64_t number);
     void appendNumber(std::int64_t number);
+    ///@}
 
     /// Empties the builder and keeps its memory.
     void clear() noexcept;
+    /// A text of a copy of what was collected, which stays. Null with `OutOfMemory` set.
     [[nodiscard]] Ref<String> build() const noexcept;
 
 private:

@@ -11,6 +11,7 @@
 #include <cstring>
 #include <span>
 
+/// What an application may implement for the library to use.
 namespace Interfaces {
 
 /// A sequence of elements of one size with a current position.
@@ -49,18 +50,23 @@ public:
 
 } // namespace Interfaces
 
+/// Conversions that stripes share.
 namespace Utils {
 
 /// Carries element values between sizes: the value stays the same, all 256 of a byte.
 template <class Wide, class Narrow>
 struct Convert {
+    /// The narrow value, never sign-extended where it is unsigned as bytes are.
     static constexpr Wide widen(Narrow value) noexcept { return static_cast<Wide>(value); }
+    /// Whether `narrow` keeps the value.
     static constexpr bool fits(Wide value) noexcept { return static_cast<Narrow>(value) == value; }
+    /// The lower bits: the value itself where it `fits`.
     static constexpr Narrow narrow(Wide value) noexcept { return static_cast<Narrow>(value); }
 };
 
 } // namespace Utils
 
+/// Stripes over other storage or other stripes.
 namespace Adapters::Stripe {
 
 /// What stripes that present bytes as 32-bit elements share: `read` and `write` in terms of
@@ -97,6 +103,7 @@ public:
     [[nodiscard]] std::span<const std::uint8_t>
     window(std::uint64_t position) const noexcept override;
 
+    /// Checks nothing; `create` does.
     ElementSize(Host::Ref<Interfaces::Stripe> base, std::uint64_t elementSize) noexcept
         : base_(std::move(base)), elementSize_(elementSize) {}
 
@@ -112,24 +119,34 @@ namespace Host {
 /// Owned piece of memory that grows in place; nothing it does throws.
 class FILES_PDF_EXPORT ByteBuffer {
 public:
+    /// Holds no memory.
     ByteBuffer() noexcept = default;
+    /// Takes the memory over; `other` is empty afterwards.
     ByteBuffer(ByteBuffer&& other) noexcept { swap(other); }
+    /// Exchanges the memory of the two.
     ByteBuffer& operator=(ByteBuffer&& other) noexcept {
         swap(other);
         return *this;
     }
     ~ByteBuffer();
 
+    /// Bytes held, which may be fewer than there is room for.
     [[nodiscard]] std::size_t size() const noexcept { return size_; }
+    /// Whether no bytes are held.
     [[nodiscard]] bool empty() const noexcept { return size_ == 0; }
+    /// The bytes in place: valid until the buffer grows, shrinks or goes. May be null when empty.
+    ///@{
     [[nodiscard]] std::uint8_t* data() noexcept { return data_; }
     [[nodiscard]] const std::uint8_t* data() const noexcept { return data_; }
     [[nodiscard]] std::span<const std::uint8_t> span() const noexcept { return {data_, size_}; }
+    ///@}
 
     /// Makes room for `capacity` bytes in all. False with `OutOfMemory` set when there is none.
     bool reserve(std::size_t capacity) noexcept;
     /// Grows or shrinks; new bytes are not initialised. False as for `reserve`.
     bool resize(std::size_t size) noexcept;
+    /// Appends a copy of `count` bytes, which must not lie in this buffer. False as for `reserve`,
+    /// with nothing appended.
     bool append(const void* bytes, std::size_t count) noexcept {
         if (count > capacity_ - size_ && !grow(count)) return false;
         if (count != 0) std::memcpy(data_ + size_, bytes, count);
@@ -147,6 +164,7 @@ public:
     void clear() noexcept { size_ = 0; }
     /// Gives memory beyond `size()` back.
     void shrink() noexcept;
+    /// Copies no bytes.
     void swap(ByteBuffer& other) noexcept {
         std::swap(data_, other.data_);
         std::swap(size_, other.size_);
@@ -172,6 +190,7 @@ public:
     /// A stripe over a copy of `bytes`, positioned at its start.
     [[nodiscard]] static Ref<MemoryStripe> create(std::span<const std::uint8_t> bytes) noexcept;
 
+    /// As `create`, for `Host::make`.
     explicit MemoryStripe(ByteBuffer bytes) noexcept : bytes_(std::move(bytes)) {}
 
     /// The bytes held; valid until the next write.

@@ -26,17 +26,17 @@ namespace Libraries::Files::PDF {
 
 /// How a field's text is placed (ISO 32000-1, 12.7.3.3).
 enum class Quadding : std::uint32_t {
-    NotSet = 0, ///< no Q entry, or not a valid one
-    Left = 1,
-    Centered = 2,
-    Right = 3
+    NotSet = 0,   ///< no Q entry, or not a valid one
+    Left = 1,     ///< Q is 0
+    Centered = 2, ///< Q is 1
+    Right = 3     ///< Q is 2
 };
 
 /// Bits of `Field::flags()` (ISO 32000-1, tables 221, 226, 228 and 230).
 namespace FieldFlags {
-inline constexpr std::uint32_t readOnly = 0x1;
-inline constexpr std::uint32_t required = 0x2;
-inline constexpr std::uint32_t noExport = 0x4;
+inline constexpr std::uint32_t readOnly = 0x1;         ///< for people; `setValue` does not mind
+inline constexpr std::uint32_t required = 0x2;         ///< when the form is submitted
+inline constexpr std::uint32_t noExport = 0x4;         ///< left out when the form is submitted
 inline constexpr std::uint32_t multiline = 0x1000;     ///< text
 inline constexpr std::uint32_t password = 0x2000;      ///< text
 inline constexpr std::uint32_t noToggleToOff = 0x4000; ///< button
@@ -52,18 +52,20 @@ class FILES_PDF_EXPORT Field : public Host::Object {
 public:
     /// What the field's FT entry says.
     enum class Kind : std::uint32_t {
-        Plain = 1, ///< no FT entry: a group, or a widget of the field above it
-        Button = 2,
-        Text = 3,
-        Choice = 4,
-        Signature = 5
+        Plain = 1,    ///< no FT entry: a group, or a widget of the field above it
+        Button = 2,   ///< `Fields::Button`
+        Text = 3,     ///< `Fields::Text`
+        Choice = 4,   ///< `Fields::Choice`
+        Signature = 5 ///< `Fields::Signature`
     };
 
+    /// Tells which class `Host::cast` reaches.
     [[nodiscard]] virtual Kind fieldType() const noexcept = 0;
     /// The Ff entry; 0 where there is none. See `FieldFlags`.
     [[nodiscard]] virtual std::uint32_t flags() const noexcept = 0;
     /// The field above; null for a top-level field, and when it or the document is gone.
     [[nodiscard]] virtual Ref<Field> parent() const noexcept = 0;
+    /// Number of kids, widgets of this field included.
     [[nodiscard]] virtual std::uint64_t childCount() const noexcept = 0;
     /// The kid at a zero-based index; null with `OutOfRange` set behind the last.
     [[nodiscard]] virtual Ref<Field> child(std::uint64_t index) const noexcept = 0;
@@ -96,6 +98,7 @@ public:
     [[nodiscard]] Ref<Dictionary> dictionary() const noexcept;
 };
 
+/// The kinds of fields that `Host::cast` reaches from a `Field`.
 namespace Fields {
 
 /// A push button, check box or radio button (ISO 32000-1, 12.7.4.2).
@@ -106,10 +109,13 @@ public:
     /// Sets V; null removes it. False with `ButtonHasNoValue` (push button) or `InvalidArgument`
     /// (empty name) set.
     virtual bool setValue(Ref<Name> value) noexcept = 0;
+    /// The V entry, shared; null where there is none.
     [[nodiscard]] virtual Ref<Name> value() const noexcept = 0;
+    /// The DV entry, to which a reset goes back; null where there is none.
     [[nodiscard]] virtual Ref<Name> defaultValue() const noexcept = 0;
     /// Sets AS, the appearance state, under the rules of `setValue`.
     virtual bool setState(Ref<Name> state) noexcept = 0;
+    /// The AS entry, shared; null where there is none.
     [[nodiscard]] virtual Ref<Name> state() const noexcept = 0;
     /// The Opt array.
     [[nodiscard]] virtual Ref<Array> options() const noexcept = 0;
@@ -127,7 +133,9 @@ public:
     /// Sets V; null removes it. False with `InvalidArgument` set when the value is longer than
     /// `maxLen`. A byte string counts as UTF-16 behind a byte-order mark.
     virtual bool setValue(Ref<String> value) noexcept = 0;
+    /// The V entry, shared; null where there is none.
     [[nodiscard]] virtual Ref<String> value() const noexcept = 0;
+    /// The DV entry, to which a reset goes back; null where there is none.
     [[nodiscard]] virtual Ref<String> defaultValue() const noexcept = 0;
 };
 
@@ -137,11 +145,14 @@ public:
     /// Sets V to a string, or in a multi-select field to an array of strings; null, or an array of
     /// none, removes it. False with `InvalidArgument` set for anything else.
     virtual bool setValue(Ref<Value> value) noexcept = 0;
+    /// The V entry, shared, of whatever kind: a string, or an array in a multi-select field. Null
+    /// where there is none.
     [[nodiscard]] virtual Ref<Value> value() const noexcept = 0;
+    /// The DV entry, as `value`.
     [[nodiscard]] virtual Ref<Value> defaultValue() const noexcept = 0;
-    /// The Opt array.
+    /// The Opt array, shared: of strings, or of arrays of the value for export and the text shown.
     [[nodiscard]] virtual Ref<Array> options() const noexcept = 0;
-    /// The I array.
+    /// The I array, of zero-based indices into `options()`; nobody keeps it true to the value.
     [[nodiscard]] virtual Ref<Array> selectedIndices() const noexcept = 0;
 };
 

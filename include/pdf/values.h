@@ -28,18 +28,19 @@ class FILES_PDF_EXPORT Value : public Host::RefCount {
 public:
     /// The kind of a value. Messages print these numbers.
     enum class Type : std::uint32_t {
-        Invalid = 0, ///< no value: what an object without one answers
-        Name = 1,
-        Boolean = 2,
-        Number = 3,
-        String = 4,
-        ObjectRef = 5,
-        Dictionary = 6,
-        Stream = 7,
-        Array = 8,
-        Null = 9
+        Invalid = 0,    ///< no value: what an object without one answers
+        Name = 1,       ///< a PDF::Name
+        Boolean = 2,    ///< a PDF::Boolean
+        Number = 3,     ///< a PDF::Number
+        String = 4,     ///< a PDF::String
+        ObjectRef = 5,  ///< a PDF::ObjectRef
+        Dictionary = 6, ///< a PDF::Dictionary
+        Stream = 7,     ///< a PDF::Stream
+        Array = 8,      ///< a PDF::Array
+        Null = 9        ///< a PDF::Null, which is a value; "no value" is a null handle
     };
 
+    /// Tells which class `Host::cast` reaches; never `Invalid`.
     [[nodiscard]] virtual Type type() const noexcept = 0;
 
     /// The value's text form for people, which is not the syntax of a file.
@@ -58,6 +59,7 @@ class FILES_PDF_EXPORT Null : public Value {};
 /// A truth value (ISO 32000-1, 7.3.2).
 class FILES_PDF_EXPORT Boolean : public Value {
 public:
+    /// Text form: true or false.
     [[nodiscard]] virtual bool value() const noexcept = 0;
 };
 
@@ -103,6 +105,7 @@ public:
     /// `NullArgument` (null) or `InvalidArgument` (empty) set.
     [[nodiscard]] static Ref<Name> create(Ref<Host::String> name) noexcept;
 
+    /// Without the solidus, shared. Text form: the same.
     [[nodiscard]] virtual Ref<Host::String> name() const noexcept = 0;
 };
 
@@ -110,7 +113,9 @@ public:
 /// Text form: 12 (0).
 class FILES_PDF_EXPORT ObjectRef : public Value {
 public:
+    /// The object's number; that object need not exist.
     [[nodiscard]] virtual std::uint32_t id() const noexcept = 0;
+    /// 0 unless the object's number was used before.
     [[nodiscard]] virtual std::uint16_t generation() const noexcept = 0;
 };
 
@@ -130,9 +135,13 @@ public:
     /// Appends. False with `NullArgument` set for null.
     virtual bool add(Ref<Value> value) noexcept = 0;
 
+    /// The element at a zero-based index, shared; null with `UnexpectedKind` set for another kind,
+    /// and with no code set behind the end.
+    ///@{
     [[nodiscard]] Ref<ObjectRef> getAsObjectRef(std::uint64_t index) const noexcept;
     [[nodiscard]] Ref<Name> getAsName(std::uint64_t index) const noexcept;
     [[nodiscard]] Ref<String> getAsString(std::uint64_t index) const noexcept;
+    ///@}
 };
 
 /// Values under keys (ISO 32000-1, 7.3.7), in ascending order of the keys.
@@ -150,6 +159,10 @@ public:
     /// modified. False with `NullArgument` or `InvalidArgument` (empty key) set.
     virtual bool set(Ref<Host::String> key, Ref<Value> value) noexcept = 0;
 
+    /// The value under `key`, shared; null as for `find`, and with `UnexpectedKind` set for another
+    /// kind: a reference is not followed. `quiet` keeps a missing key out of the log, not out of
+    /// the code.
+    ///@{
     [[nodiscard]] Ref<ObjectRef> findAsObjectRef(const Ref<Host::String>& key,
                                                  bool quiet = false) const noexcept;
     [[nodiscard]] Ref<Array> findAsArray(const Ref<Host::String>& key,
@@ -162,6 +175,7 @@ public:
                                            bool quiet = false) const noexcept;
     [[nodiscard]] Ref<String> findAsString(const Ref<Host::String>& key,
                                            bool quiet = false) const noexcept;
+    ///@}
 };
 
 /// How a stream's data is compressed.
@@ -179,7 +193,10 @@ public:
 
     /// Offset in bytes of the data in the document's file, or `noOffset`.
     [[nodiscard]] virtual std::uint64_t strmOfs() const noexcept = 0;
+    /// Shared with the stream; a change does not count as one of the stream. Null where a stream
+    /// was made without one.
     [[nodiscard]] virtual Ref<Dictionary> dict() const noexcept = 0;
+    /// What the dictionary's Filter says at the moment; leaves the error code alone.
     [[nodiscard]] virtual Compression compression() const noexcept = 0;
 };
 
@@ -222,18 +239,23 @@ private:
 /// another kind.
 class FILES_PDF_EXPORT Object : public Host::RefCount {
 public:
+    /// The number by which references name it; unique in its document.
     [[nodiscard]] virtual std::uint32_t id() const noexcept = 0;
+    /// 0 unless the number was used before.
     [[nodiscard]] virtual std::uint16_t generation() const noexcept = 0;
-    /// The value, or null.
+    /// The value, shared, or null.
     [[nodiscard]] virtual Ref<Value> value() const noexcept = 0;
 
     /// Text form: 12 (0).
     [[nodiscard]] Ref<Host::String> asText() const noexcept;
     /// The value's kind; `Invalid` with `NoValue` set where there is none.
     [[nodiscard]] Value::Type valueType() const noexcept;
+    /// The value as one kind, shared. A stream is no dictionary here: ask for its `dict`.
+    ///@{
     [[nodiscard]] Ref<Dictionary> valueAsDictionary() const noexcept;
     [[nodiscard]] Ref<Array> valueAsArray() const noexcept;
     [[nodiscard]] Ref<Stream> valueAsStream() const noexcept;
+    ///@}
 };
 
 } // namespace Libraries::Files::PDF
