@@ -142,8 +142,9 @@ public:
 /// A list box or combo box (ISO 32000-1, 12.7.4.4).
 class FILES_PDF_EXPORT Choice : public Field {
 public:
-    /// Sets V to a string, or in a multi-select field to an array of strings; null, or an array of
-    /// none, removes it. False with `InvalidArgument` set for anything else.
+    /// Sets V to a string, or in a multi-select field to an array of strings: an array of one
+    /// becomes that string. Null, or an array of none, removes it. False with `InvalidArgument` set
+    /// for anything else.
     virtual bool setValue(Ref<Value> value) noexcept = 0;
     /// The V entry, shared, of whatever kind: a string, or an array in a multi-select field. Null
     /// where there is none.
