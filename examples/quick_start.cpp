@@ -11,7 +11,8 @@ bool setTitle(std::string_view in, std::string_view out, std::string_view title)
     const auto document = source ? Document::create(source) : nullptr;
     if (!document) return false; // Host::Error::get() says why
     const auto info = document->valueAsDict(document->trailer()->find("Info"_str));
-    if (!info || !info->set("Title"_str, String::create(Host::String::create(title)))) return false;
+    const auto value = String::create(Host::String::create(title));
+    if (!info || !value || !info->set("Title"_str, value)) return false;
     const auto target = Host::FileTarget::create(out);
     return target && document->write(target) && target->commit();
 }
