@@ -1,7 +1,7 @@
 # The target "docs": the site, from the public headers and the pages. Fails on any warning.
-find_package(Doxygen 1.9.4)
+find_package(Doxygen 1.9.4 QUIET)
 if(NOT DOXYGEN_FOUND)
-    message(STATUS "No doxygen, no target \"docs\"")
+    message(STATUS "No doxygen 1.9.4 or newer: there will be no target \"docs\"")
     return()
 endif()
 
@@ -20,7 +20,7 @@ file(CONFIGURE OUTPUT "${docs_dir}/examples.dox" CONTENT "${pages}" @ONLY)
 add_custom_target(docs
     COMMAND "${CMAKE_COMMAND}" -E rm -rf "${docs_dir}/html"
     COMMAND Doxygen::doxygen "${docs_dir}/Doxyfile"
-    COMMAND sh "${PROJECT_SOURCE_DIR}/docs/check-links.sh" "${PROJECT_SOURCE_DIR}" "${docs_dir}/html"
+    COMMAND sh "${PROJECT_SOURCE_DIR}/docs/check_links.sh" "${PROJECT_SOURCE_DIR}" "${docs_dir}/html"
     WORKING_DIRECTORY "${PROJECT_SOURCE_DIR}"
     COMMENT "Documentation in ${docs_dir}/html"
     VERBATIM)

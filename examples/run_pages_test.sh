@@ -2,6 +2,8 @@
 # usage: run_pages_test.sh CASE PROGRAMS SAMPLE WORK
 # One test of the example programs that the pages show, in the folder WORK:
 #   quick_start    SAMPLE, whose Info entry is a reference, gets a title
+#   first_program  SAMPLE is described, and written as rewrite does it
+#   edit_values    SAMPLE gets a title twice, and opens at its last page
 #   custom_stripe  SAMPLE is opened and written in storage, as rewrite does it with files
 set -eu
 
@@ -25,6 +27,32 @@ test_quick_start() {
     fi
     grep -q '^error 34049 ' "$work/err" || fail "not said why: $(cat "$work/err")"
     [ ! -e "$work/never.pdf" ] || fail "there is a result without an input"
+}
+
+test_first_program() {
+    "$programs/first_program" "$sample" "$work/out.pdf" >"$work/said"
+    "$programs/rewrite" "$sample" "$work/wanted.pdf"
+    cmp "$work/wanted.pdf" "$work/out.pdf" || fail "it writes another document"
+    "$programs/inspect" "$sample" >"$work/facts"
+    pages=$(sed -n 's/^pages //p' "$work/facts")
+    grep -qx "$(sed -n 's/^objects //p' "$work/facts") objects, $pages pages" "$work/said" ||
+        fail "other numbers: $(cat "$work/said")"
+    [ "$(grep -c ' Page$' "$work/said")" -eq "$pages" ] || fail "other pages: $(cat "$work/said")"
+    status=0
+    "$programs/first_program" "$work/said" "$work/never.pdf" >"$work/out" 2>"$work/err" || status=$?
+    [ $status -eq 1 ] || fail "no document gave $status"
+    grep -q '^error 1281 (0x501): ' "$work/err" || fail "not said why: $(cat "$work/err")"
+    [ ! -e "$work/never.pdf" ] || fail "there is a result without a document"
+}
+
+test_edit_values() {
+    "$programs/edit_values" "$sample" "$work/first.pdf" 'Zoë' >/dev/null
+    "$programs/edit_values" "$work/first.pdf" "$work/second.pdf" 'Draft' >"$work/said"
+    grep -qx 'was: Zoë' "$work/said" || fail "the first title is not there: $(cat "$work/said")"
+    LC_ALL=C grep -aqF '/Title (Draft)' "$work/second.pdf" || fail "the second title is not there"
+    last=$("$programs/inspect" "$sample" | sed -n 's/^page [0-9]* \([0-9]* [0-9]*\)$/\1/p' | tail -n 1)
+    LC_ALL=C grep -aqF "/OpenAction [ $last R /Fit ]" "$work/second.pdf" || fail "opens elsewhere"
+    if LC_ALL=C grep -aq /PageMode "$work/second.pdf"; then fail "PageMode is still there"; fi
 }
 
 test_custom_stripe() {

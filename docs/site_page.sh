@@ -1,11 +1,11 @@
 #!/bin/sh
-# usage: site-page.sh ROOT PAGE
+# usage: site_page.sh PAGE
 # Prints a page as the site wants it: headings have ids, links go to the site's pages. A heading
 # "On disk" of docs/file-format.md gets the id "file-format-on-disk"; links in the repository name
 # it as "file-format.md#on-disk". README.md stays the main page.
 set -eu
 
-LC_ALL=C awk -v root="$1" '
+LC_ALL=C awk '
 function page_id(file) {
     sub(/\.md$/, "", file)
     sub(/^.*\//, "", file)
@@ -64,4 +64,4 @@ fenced || /^    / { print; next }
     next
 }
 { print links($0) }
-' "$2"
+' "$1"

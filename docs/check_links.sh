@@ -1,5 +1,5 @@
 #!/bin/sh
-# usage: check-links.sh ROOT SITE
+# usage: check_links.sh ROOT SITE
 # Checks every relative link: of the pages in ROOT, as the repository shows them, and of what the
 # site in SITE made of them. What a link names must be there, the heading too where it names one.
 set -eu

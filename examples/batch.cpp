@@ -1,0 +1,145 @@
+// Rewrites every file given into a folder, one document for each task, and goes on after a bad one.
+
+#include "program.h"
+
+#include <host/log.h>
+
+#include <atomic>
+#include <filesystem>
+#include <mutex>
+#include <set>
+#include <thread>
+
+namespace {
+
+using Libraries::Files::PDF::Document;
+using Libraries::Files::PDF::errorText;
+
+// page begin
+struct Task {
+    std::string name, from, to;
+};
+
+thread_local const Task* current = nullptr; // what this thread is at
+
+/// Puts the file's name in front of each message of the log. Threads share the printer.
+class NamingPrinter final : public Host::LogPrinter {
+public:
+    void print(std::uint32_t, Host::LogLevel, std::string_view message) noexcept override {
+        const char* name = current != nullptr ? current->name.c_str() : "batch";
+        std::fprintf(stderr, "%s: %.*s", name, static_cast<int>(message.size()), message.data());
+    }
+};
+
+/// Rewrites one file; whatever it takes is made here and belongs to this thread alone. The target
+/// is put in place when all of it was written and opens again. `NoError`, or the code of what
+/// failed.
+std::uint32_t rewrite(const Task& task) {
+    const auto source = Host::FileSource::open(task.from);
+    const auto document = source ? Document::create(source) : nullptr;
+    const auto target = document ? Host::FileTarget::create(task.to) : nullptr;
+    const auto written = target && document->write(target) ? target->written() : nullptr;
+    const bool done = written && Document::create(written) && target->commit();
+    return done ? Host::NoError : Host::Error::get(); // of this thread
+}
+
+/// What came of the tasks so far. Threads share it, hence the lock.
+class Report {
+public:
+    explicit Report(std::size_t total) : total_(total) {}
+
+    void add(const Task& task, std::uint32_t code) {
+        const std::lock_guard guard(mutex_);
+        std::printf("[%zu/%zu] %s: ", ++done_, total_, task.name.c_str());
+        if (code == Host::NoError) {
+            std::puts("ok");
+        } else {
+            std::printf("error %u (0x%X): %s\n", code, code, errorText(code));
+            ++failed_;
+        }
+        std::fflush(stdout);
+    }
+
+    [[nodiscard]] std::size_t failed() const { return failed_; } // when the threads are done
+
+private:
+    std::mutex mutex_;
+    std::size_t total_, done_ = 0, failed_ = 0;
+};
+
+/// Does all tasks on `threads` threads, this one included.
+void rewriteAll(const std::vector<Task>& tasks, std::size_t threads, Report& report) {
+    std::atomic<std::size_t> next = 0;
+    const auto work = [&] {
+        for (std::size_t index = next++; index < tasks.size(); index = next++) {
+            current = &tasks[index];
+            report.add(*current, rewrite(*current));
+        }
+        current = nullptr;
+    };
+
+    std::vector<std::thread> others(threads - 1);
+    try {
+        for (std::thread& other : others)
+            other = std::thread(work);
+    } catch (const std::system_error&) { // no more threads to be had: those there do it all
+    }
+    work();
+    for (std::thread& other : others) {
+        if (other.joinable()) other.join();
+    }
+}
+// page end
+
+// The tasks; none where two files would become one.
+std::vector<Task> tasksOf(const std::vector<std::string_view>& files, std::string_view folder) {
+    std::vector<Task> tasks;
+    std::set<std::string> names;
+    for (const std::string_view file : files) {
+        const std::string name = std::filesystem::path(file).filename().string();
+        if (!names.insert(name).second) {
+            std::fprintf(stderr, "batch: two files are named %s\n", name.c_str());
+            return {};
+        }
+        tasks.push_back({name, std::string(file), (std::filesystem::path(folder) / name).string()});
+    }
+    return tasks;
+}
+
+// The number behind -j, which is taken out; 1 where it is not given, 0 where it is no number.
+std::size_t takeThreads(std::vector<std::string_view>& arguments) {
+    const auto option = std::ranges::find(arguments, "-j");
+    if (option == arguments.end()) return 1;
+    if (option + 1 == arguments.end()) return 0;
+    const auto threads = Program::number<std::size_t>(option[1]);
+    arguments.erase(option, option + 2);
+    return threads.value_or(0);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    std::vector<std::string_view> arguments(argv + std::min(argc, 1), argv + argc);
+    const std::size_t threads = takeThreads(arguments);
+    if (threads == 0 || threads > 256 || arguments.size() < 2 ||
+        std::ranges::any_of(arguments, [](auto text) { return text.starts_with('-'); })) {
+        return Program::usage("batch [-j N] FOLDER FILE...");
+    }
+    const std::string_view folder = arguments.front();
+    arguments.erase(arguments.begin());
+    const std::vector<Task> tasks = tasksOf(arguments, folder);
+    if (tasks.empty()) return 2;
+    std::error_code error;
+    std::filesystem::create_directories(folder, error);
+    if (error) return Program::failure(Host::FileNotOpened);
+
+    NamingPrinter printer;
+    Host::LogPrinter& former = Host::SysLogStream::printer(printer);
+    Report report(tasks.size());
+    rewriteAll(tasks, std::min(threads, tasks.size()), report);
+    Host::SysLogStream::printer(former);
+    const std::size_t failed = report.failed();
+    std::printf("%zu files: %zu ok, %zu failed\n", tasks.size(), tasks.size() - failed, failed);
+    const int status = Program::finishOutput();
+    return status != 0 || failed == 0 ? status : 1;
+}
