@@ -35,14 +35,18 @@ function target(link,   hash, part, file) {
     return file ~ /\.cpp$/ ? "@ref " file : file
 }
 
-# Code between backquotes is no link.
+# Code between backquotes is no link. Doxygen takes a percent sign off the word behind it there.
 function links(line,   result, place, text) {
     result = ""
     while (match(line, /`[^`]*`|\]\([^)]*\)/)) {
         text = substr(line, RSTART, RLENGTH)
         result = result substr(line, 1, RSTART - 1)
         line = substr(line, RSTART + RLENGTH)
-        if (substr(text, 1, 1) != "`") text = "](" target(substr(text, 3, length(text) - 3)) ")"
+        if (substr(text, 1, 1) == "`") {
+            gsub(/%[A-Za-z]/, "%&", text)
+        } else {
+            text = "](" target(substr(text, 3, length(text) - 3)) ")"
+        }
         result = result text
     }
     return result line

@@ -18,7 +18,7 @@ namespace Libraries::Files::PDF {
 /// Version of the file format. 2.0 is 13.
 enum class PdfVersion : std::uint32_t {
     Unsupported = 0, ///< never that of a document that was opened
-    V1_0 = 1,        ///< `%PDF-1.0`; the others go by their names
+    V1_0 = 1,        ///< "%PDF-1.0"; the others go by their names
     V1_1 = 2,
     V1_2 = 3,
     V1_3 = 4,
