@@ -102,7 +102,7 @@ private:
 };
 
 /// Base of the counted interfaces. Starts uncounted; the first `Ref` takes the first reference and
-/// the last one deletes the object.
+/// the last one deletes the object. Always from `make` or `new`, never a local or static object.
 class FILES_PDF_EXPORT RefCount {
 public:
     RefCount(const RefCount&) = delete;
@@ -163,6 +163,8 @@ public:
     [[nodiscard]] Object* lockWeakRef() const noexcept;
 
 private:
+    ~GcProxy() override = default;
+
     friend class Object;
     void objectGone() noexcept;
 

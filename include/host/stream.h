@@ -28,12 +28,14 @@ public:
 
     /// Converts as much of `input` as fits into `output`. Makes progress whenever `input` is not
     /// empty and `output` has room. False when the data cannot be converted.
-    virtual bool convert(std::span<const std::uint8_t> input, std::span<std::uint8_t> output,
-                         Progress& progress) noexcept = 0;
+    [[nodiscard]] virtual bool convert(std::span<const std::uint8_t> input,
+                                       std::span<std::uint8_t> output,
+                                       Progress& progress) noexcept = 0;
 
     /// Ends the input and gives what is pending: `More` with `produced` bytes in `output`, again
     /// and again, then `Finished` with nothing. `Failed` when the input was not complete.
-    virtual Flush flush(std::span<std::uint8_t> output, std::uint64_t& produced) noexcept = 0;
+    [[nodiscard]] virtual Flush flush(std::span<std::uint8_t> output,
+                                      std::uint64_t& produced) noexcept = 0;
 };
 
 } // namespace Interfaces

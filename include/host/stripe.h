@@ -33,15 +33,17 @@ public:
     virtual std::uint64_t position(std::uint64_t position) noexcept = 0;
     /// Reads up to `count` elements into `buffer` and moves behind them. Gives the elements read;
     /// fewer than asked means the end of the data or a fault.
-    virtual std::uint64_t read(void* buffer, std::uint64_t count) noexcept = 0;
+    [[nodiscard]] virtual std::uint64_t read(void* buffer, std::uint64_t count) noexcept = 0;
     /// Writes `count` elements at the position and moves behind them. Gives the elements written;
     /// fewer than asked means a fault.
-    virtual std::uint64_t write(const void* buffer, std::uint64_t count) noexcept = 0;
+    [[nodiscard]] virtual std::uint64_t write(const void* buffer, std::uint64_t count) noexcept = 0;
 
     /// As `read`, one byte for each element. An element above 255 is no byte: it ends the read.
-    virtual std::uint64_t readBytes(std::uint8_t* buffer, std::uint64_t count) noexcept;
+    [[nodiscard]] virtual std::uint64_t readBytes(std::uint8_t* buffer,
+                                                  std::uint64_t count) noexcept;
     /// As `write`, one byte for each element.
-    virtual std::uint64_t writeBytes(const std::uint8_t* bytes, std::uint64_t count) noexcept;
+    [[nodiscard]] virtual std::uint64_t writeBytes(const std::uint8_t* bytes,
+                                                   std::uint64_t count) noexcept;
     /// The consecutive bytes that the stripe holds in memory from `position` on; empty where it
     /// holds none. They stay valid until the next operation that is not const. Does not move.
     [[nodiscard]] virtual std::span<const std::uint8_t>
@@ -74,10 +76,12 @@ namespace Adapters::Stripe {
 class FILES_PDF_EXPORT Base : public Interfaces::Stripe {
 public:
     [[nodiscard]] std::uint64_t elementSize() const noexcept override { return 4; }
-    std::uint64_t read(void* buffer, std::uint64_t count) noexcept override;
-    std::uint64_t write(const void* buffer, std::uint64_t count) noexcept override;
-    std::uint64_t readBytes(std::uint8_t* buffer, std::uint64_t count) noexcept override = 0;
-    std::uint64_t writeBytes(const std::uint8_t* bytes, std::uint64_t count) noexcept override = 0;
+    [[nodiscard]] std::uint64_t read(void* buffer, std::uint64_t count) noexcept override;
+    [[nodiscard]] std::uint64_t write(const void* buffer, std::uint64_t count) noexcept override;
+    [[nodiscard]] std::uint64_t readBytes(std::uint8_t* buffer,
+                                          std::uint64_t count) noexcept override = 0;
+    [[nodiscard]] std::uint64_t writeBytes(const std::uint8_t* bytes,
+                                           std::uint64_t count) noexcept override = 0;
 };
 
 /// Presents a stripe of 1-byte elements as one of 32-bit elements, or the other way round.
@@ -96,10 +100,12 @@ public:
     std::uint64_t position(std::uint64_t position) noexcept override {
         return base_->position(position);
     }
-    std::uint64_t read(void* buffer, std::uint64_t count) noexcept override;
-    std::uint64_t write(const void* buffer, std::uint64_t count) noexcept override;
-    std::uint64_t readBytes(std::uint8_t* buffer, std::uint64_t count) noexcept override;
-    std::uint64_t writeBytes(const std::uint8_t* bytes, std::uint64_t count) noexcept override;
+    [[nodiscard]] std::uint64_t read(void* buffer, std::uint64_t count) noexcept override;
+    [[nodiscard]] std::uint64_t write(const void* buffer, std::uint64_t count) noexcept override;
+    [[nodiscard]] std::uint64_t readBytes(std::uint8_t* buffer,
+                                          std::uint64_t count) noexcept override;
+    [[nodiscard]] std::uint64_t writeBytes(const std::uint8_t* bytes,
+                                           std::uint64_t count) noexcept override;
     [[nodiscard]] std::span<const std::uint8_t>
     window(std::uint64_t position) const noexcept override;
 
@@ -108,6 +114,8 @@ public:
         : base_(std::move(base)), elementSize_(elementSize) {}
 
 private:
+    ~ElementSize() override = default;
+
     Host::Ref<Interfaces::Stripe> base_;
     std::uint64_t elementSize_;
 };
@@ -142,12 +150,12 @@ public:
     ///@}
 
     /// Makes room for `capacity` bytes in all. False with `OutOfMemory` set when there is none.
-    bool reserve(std::size_t capacity) noexcept;
+    [[nodiscard]] bool reserve(std::size_t capacity) noexcept;
     /// Grows or shrinks; new bytes are not initialised. False as for `reserve`.
-    bool resize(std::size_t size) noexcept;
+    [[nodiscard]] bool resize(std::size_t size) noexcept;
     /// Appends a copy of `count` bytes, which must not lie in this buffer. False as for `reserve`,
     /// with nothing appended.
-    bool append(const void* bytes, std::size_t count) noexcept {
+    [[nodiscard]] bool append(const void* bytes, std::size_t count) noexcept {
         if (count > capacity_ - size_ && !grow(count)) return false;
         if (count != 0) std::memcpy(data_ + size_, bytes, count);
         size_ += count;
@@ -160,6 +168,8 @@ public:
     }
     /// Takes in `count` bytes that were filled into the room behind the end.
     void extend(std::size_t count) noexcept { size_ += count; }
+    /// Cuts off what is behind the first `size` bytes, of which there must be that many.
+    void truncate(std::size_t size) noexcept { size_ = size; }
     /// Empties the buffer and keeps its memory.
     void clear() noexcept { size_ = 0; }
     /// Gives memory beyond `size()` back.
@@ -200,12 +210,16 @@ public:
     [[nodiscard]] std::uint64_t position() const noexcept override { return position_; }
     /// Positions behind the end are refused: the end is what is reached.
     std::uint64_t position(std::uint64_t position) noexcept override;
-    std::uint64_t readBytes(std::uint8_t* buffer, std::uint64_t count) noexcept override;
-    std::uint64_t writeBytes(const std::uint8_t* bytes, std::uint64_t count) noexcept override;
+    [[nodiscard]] std::uint64_t readBytes(std::uint8_t* buffer,
+                                          std::uint64_t count) noexcept override;
+    [[nodiscard]] std::uint64_t writeBytes(const std::uint8_t* bytes,
+                                           std::uint64_t count) noexcept override;
     [[nodiscard]] std::span<const std::uint8_t>
     window(std::uint64_t position) const noexcept override;
 
 private:
+    ~MemoryStripe() override = default;
+
     ByteBuffer bytes_;
     std::uint64_t position_ = 0;
 };

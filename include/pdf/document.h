@@ -82,14 +82,14 @@ public:
     /// Filter is FlateDecode, and sets its Length to the number of elements written. 1 on success;
     /// 0 with `NullArgument`, `InvalidArgument`, `StreamDictionaryMissing`, `StreamObjectInvalid`
     /// or `CodingFailed` set.
-    virtual std::uint32_t writeStreamData(Ref<Stream> stream, Ref<Interfaces::Stripe> target,
-                                          bool encode) noexcept = 0;
+    [[nodiscard]] virtual std::uint32_t
+    writeStreamData(Ref<Stream> stream, Ref<Interfaces::Stripe> target, bool encode) noexcept = 0;
 
     /// Copies the data of every stream that still lies in the source into memory, so that the
     /// document no longer needs the source's contents. A stream whose data cannot be read is
     /// skipped. False with `StepFailed`, `InvalidArgument` or `OutOfRange` set; the streams before
     /// the failing one are then cached.
-    virtual bool cacheStreamData() noexcept = 0;
+    [[nodiscard]] virtual bool cacheStreamData() noexcept = 0;
 
     /// Whether anything changed since the document was loaded.
     [[nodiscard]] virtual bool changed() const noexcept = 0;
@@ -105,13 +105,14 @@ public:
     /// False with one of the codes `NullArgument`, `PageTreeInvalid`, `PageInvalid`,
     /// `StreamNotCopied`, `StepFailed`, `ForeignPageEmpty` to `ForeignStreamUnread` set; page
     /// contents are then as they were, merged resources stay.
-    virtual bool addBackground(Ref<Document> foreign, std::uint32_t mode) noexcept = 0;
+    [[nodiscard]] virtual bool addBackground(Ref<Document> foreign,
+                                             std::uint32_t mode) noexcept = 0;
 
     /// Re-encodes the data of every stream to `target`, all or nothing. Streams with an array of
     /// filters are left alone. False with `InvalidArgument` (`Unknown`), `NoValue`,
     /// `StreamDictionaryMissing`, `FilterNotUpdated`, `CodingFailed` or `StreamObjectInvalid` set;
     /// the document is then as it was.
-    virtual bool setCompression(Compression target) noexcept = 0;
+    [[nodiscard]] virtual bool setCompression(Compression target) noexcept = 0;
 
     /// Every object of the document, in table order. Empty, with `NotSupported` set, for a document
     /// of a foreign class.

@@ -108,13 +108,13 @@ class FILES_PDF_EXPORT Button : public Field {
 public:
     /// Sets V; null removes it. False with `ButtonHasNoValue` (push button) or `InvalidArgument`
     /// (empty name) set.
-    virtual bool setValue(Ref<Name> value) noexcept = 0;
+    [[nodiscard]] virtual bool setValue(Ref<Name> value) noexcept = 0;
     /// The V entry, shared; null where there is none.
     [[nodiscard]] virtual Ref<Name> value() const noexcept = 0;
     /// The DV entry, to which a reset goes back; null where there is none.
     [[nodiscard]] virtual Ref<Name> defaultValue() const noexcept = 0;
     /// Sets AS, the appearance state, under the rules of `setValue`.
-    virtual bool setState(Ref<Name> state) noexcept = 0;
+    [[nodiscard]] virtual bool setState(Ref<Name> state) noexcept = 0;
     /// The AS entry, shared; null where there is none.
     [[nodiscard]] virtual Ref<Name> state() const noexcept = 0;
     /// The Opt array.
@@ -132,7 +132,7 @@ public:
     [[nodiscard]] virtual std::uint64_t maxLen() const noexcept = 0;
     /// Sets V; null removes it. False with `InvalidArgument` set when the value is longer than
     /// `maxLen`. A byte string counts as UTF-16 behind a byte-order mark.
-    virtual bool setValue(Ref<String> value) noexcept = 0;
+    [[nodiscard]] virtual bool setValue(Ref<String> value) noexcept = 0;
     /// The V entry, shared; null where there is none.
     [[nodiscard]] virtual Ref<String> value() const noexcept = 0;
     /// The DV entry, to which a reset goes back; null where there is none.
@@ -145,7 +145,7 @@ public:
     /// Sets V to a string, or in a multi-select field to an array of strings: an array of one
     /// becomes that string. Null, or an array of none, removes it. False with `InvalidArgument` set
     /// for anything else.
-    virtual bool setValue(Ref<Value> value) noexcept = 0;
+    [[nodiscard]] virtual bool setValue(Ref<Value> value) noexcept = 0;
     /// The V entry, shared, of whatever kind: a string, or an array in a multi-select field. Null
     /// where there is none.
     [[nodiscard]] virtual Ref<Value> value() const noexcept = 0;
@@ -189,7 +189,7 @@ public:
     [[nodiscard]] Ref<Field> fieldByPath(const Ref<Host::String>& path) const noexcept;
 
     /// Sets NeedAppearances in the catalog's AcroForm dictionary.
-    bool setNeedAppearances(bool needed) noexcept;
+    [[nodiscard]] bool setNeedAppearances(bool needed) noexcept;
 };
 
 } // namespace Libraries::Files::PDF

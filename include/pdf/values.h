@@ -133,7 +133,7 @@ public:
     /// The element at a zero-based index; null, with no code set, behind the end.
     [[nodiscard]] virtual Ref<Value> get(std::uint64_t index) const noexcept = 0;
     /// Appends. False with `NullArgument` set for null.
-    virtual bool add(Ref<Value> value) noexcept = 0;
+    [[nodiscard]] virtual bool add(Ref<Value> value) noexcept = 0;
 
     /// The element at a zero-based index, shared; null with `UnexpectedKind` set for another kind,
     /// and with no code set behind the end.
@@ -157,7 +157,7 @@ public:
     [[nodiscard]] virtual Ref<Value> find(const Ref<Host::String>& key) const noexcept = 0;
     /// Puts `value` under `key`; null removes the entry, if there is one. Marks the dictionary as
     /// modified. False with `NullArgument` or `InvalidArgument` (empty key) set.
-    virtual bool set(Ref<Host::String> key, Ref<Value> value) noexcept = 0;
+    [[nodiscard]] virtual bool set(Ref<Host::String> key, Ref<Value> value) noexcept = 0;
 
     /// The value under `key`, shared; null as for `find`, and with `UnexpectedKind` set for another
     /// kind: a reference is not followed. `quiet` keeps a missing key out of the log, not out of
@@ -227,6 +227,8 @@ public:
     [[nodiscard]] Compression compression() const noexcept override;
 
 private:
+    ~StreamObj() override = default;
+
     Ref<Dictionary> dict_;
     Ref<Interfaces::Stripe> data_;
     std::uint64_t offset_;

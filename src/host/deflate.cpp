@@ -65,11 +65,12 @@ Interfaces::BlockFilter::Flush Deflater::flush(std::span<std::uint8_t> output,
 bool Deflater::compress() noexcept {
     const Compressor compressor = std::move(compressor_);
     const std::size_t bound = libdeflate_zlib_compress_bound(compressor.get(), input_.size());
-    if (!result_.resize(bound)) return false;
-    const std::size_t size = libdeflate_zlib_compress(compressor.get(), input_.data(),
-                                                      input_.size(), result_.data(), bound);
+    std::uint8_t* const room = result_.room(bound);
+    if (room == nullptr) return false;
+    const std::size_t size =
+        libdeflate_zlib_compress(compressor.get(), input_.data(), input_.size(), room, bound);
     input_ = ByteBuffer();
-    result_.resize(size);
+    result_.extend(size);
     result_.shrink();
     return size != 0;
 }

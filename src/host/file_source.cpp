@@ -105,8 +105,8 @@ void DescriptorSource::fill() noexcept {
     // From the start of the block, so that stepping backwards finds the bytes before.
     const std::uint64_t start = position_ - position_ % blockSize;
     const std::uint64_t wanted = std::min(fillSize_, size_ - start);
-    buffer_.resize(wanted);
-    buffer_.resize(readFile(buffer_.data(), wanted, start));
+    buffer_.clear();
+    buffer_.extend(readFile(buffer_.data(), wanted, start));
     bufferStart_ = start;
 }
 

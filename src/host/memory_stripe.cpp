@@ -15,9 +15,7 @@ Ref<MemoryStripe> MemoryStripe::create(ByteBuffer bytes) noexcept {
 
 Ref<MemoryStripe> MemoryStripe::create(std::span<const std::uint8_t> bytes) noexcept {
     ByteBuffer copy;
-    if (!copy.reserve(bytes.size())) return nullptr;
-    copy.append(bytes.data(), bytes.size());
-    return create(std::move(copy));
+    return copy.append(bytes.data(), bytes.size()) ? create(std::move(copy)) : nullptr;
 }
 
 std::uint64_t MemoryStripe::position(std::uint64_t position) noexcept {
@@ -34,9 +32,8 @@ std::uint64_t MemoryStripe::readBytes(std::uint8_t* buffer, std::uint64_t count)
 
 std::uint64_t MemoryStripe::writeBytes(const std::uint8_t* bytes, std::uint64_t count) noexcept {
     const std::uint64_t replaced = std::min(count, size() - position_);
-    if (!bytes_.reserve(bytes_.size() + (count - replaced))) return 0;
+    if (!bytes_.append(bytes + replaced, count - replaced)) return 0;
     if (replaced != 0) std::memcpy(bytes_.data() + position_, bytes, replaced);
-    bytes_.append(bytes + replaced, count - replaced);
     position_ += count;
     return count;
 }

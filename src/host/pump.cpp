@@ -89,7 +89,7 @@ private:
         return {target_.data() + size, reserved_ - size};
     }
 
-    void take(std::uint64_t produced) noexcept { target_.resize(target_.size() + produced); }
+    void take(std::uint64_t produced) noexcept { target_.extend(produced); }
 
     Interfaces::Stripe& source_;
     Interfaces::BlockFilter& filter_;

@@ -80,17 +80,15 @@ bool Output::appendData(Interfaces::Stripe& data, std::uint8_t& last) noexcept {
 }
 
 bool Output::readInto(Interfaces::Stripe& data, std::uint64_t count) noexcept {
-    const std::size_t held = buffer_.size();
-    if (!buffer_.resize(held + count)) return false;
-    const std::uint64_t read = data.readBytes(buffer_.data() + held, count);
-    if (read == count) return true;
-    buffer_.resize(held);
-    return false;
+    std::uint8_t* const room = buffer_.room(count);
+    if (room == nullptr || data.readBytes(room, count) != count) return false;
+    buffer_.extend(count);
+    return true;
 }
 
 void Output::takeBack(std::uint64_t offset) noexcept {
     const std::uint64_t kept = offset > sent_ ? offset - sent_ : 0;
-    if (kept < buffer_.size()) buffer_.resize(kept);
+    if (kept < buffer_.size()) buffer_.truncate(kept);
 }
 
 bool Output::flush() noexcept {

@@ -219,7 +219,7 @@ void StreamEncoder::undo() noexcept {
         Former& former = formers_.back();
         former.stream->strmData(std::move(former.data));
         former.length->integer(former.lengthInteger);
-        former.dict->set("Filter"_str, std::move(former.filter));
+        static_cast<void>(former.dict->set("Filter"_str, std::move(former.filter)));
         former.stream->resetChanged();
         if (auto* own = dynamic_cast<DictionaryObj*>(former.dict.get())) own->resetModified();
     }

@@ -58,7 +58,7 @@ protected:
             write(former);
             auto target = FileTarget::create(path("f"));
             for (int part = 0; part < parts; ++part)
-                target->writeBytes(data.data(), block);
+                (void)target->writeBytes(data.data(), block);
             Host::Error::set(Host::NoError);
             EXPECT_FALSE(target->commit()) << when;
             EXPECT_EQ(Host::Error::get(), Host::FileNotWritten) << when;
@@ -136,7 +136,7 @@ TEST_F(Files, AreReplacedOnlyAtTheCommit) {
         EXPECT_TRUE(read() == data) << block;
         EXPECT_FALSE(target->commit() || target->writeBytes(data.data(), 1) != 0);
     }
-    FileTarget::create(path("f"))->writeBytes(data.data(), 100);
+    EXPECT_EQ(FileTarget::create(path("f"))->writeBytes(data.data(), 100), 100U);
     EXPECT_TRUE(read() == data);
     EXPECT_EQ(count(), 1);
 }
