@@ -29,6 +29,18 @@ if(FILES_PDF_HAS_RELRO)
     add_link_options("$<${optimised}:LINKER:-z,relro,-z,now>")
 endif()
 
+# The linker notes that a library is fit for indirect branch tracking and for shadow stacks only where
+# all it links says so, and the C library's start files of some systems do not. All they bring in is
+# _init and _fini, which nothing needs any more: without a pointer to them the note holds true.
+# The test "hardening" looks at the rest.
+check_linker_flag(CXX "LINKER:-z,ibt,-z,shstk" FILES_PDF_HAS_CET_NOTE)
+if(FILES_PDF_HAS_CET_NOTE AND FILES_PDF_HAS_cf_protection AND CMAKE_SYSTEM_PROCESSOR MATCHES "x86_64|AMD64")
+    set(fit "$<AND:${optimised},$<STREQUAL:$<TARGET_PROPERTY:TYPE>,SHARED_LIBRARY>>")
+    add_link_options(
+        "$<${fit}:LINKER:-z,ibt,-z,shstk>"
+        "$<${fit}:LINKER:-init=files_pdf_no_init,-fini=files_pdf_no_fini>")
+endif()
+
 # The same sources give the same binary wherever they are checked out.
 check_cxx_compiler_flag("-ffile-prefix-map=/a=/b" FILES_PDF_HAS_PREFIX_MAP)
 if(FILES_PDF_HAS_PREFIX_MAP)
