@@ -1,0 +1,1 @@
+message(FATAL_ERROR "a module of the application, not of the library")
