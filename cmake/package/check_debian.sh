@@ -75,9 +75,24 @@ present() {
     ldconfig -p | grep 'libfiles-pdf' || :
 }
 
+# dpkg, waiting for whoever else is just using it.
+patient_dpkg() {
+    for attempt in 1 2 3 4 5 6 7 8 9 10 11 12; do
+        status=0
+        dpkg "$@" >"$work/dpkg.log" 2>&1 || status=$?
+        if [ "$status" -eq 0 ] || ! grep -q 'lock' "$work/dpkg.log"; then
+            break
+        fi
+        echo "packages: dpkg is busy ($attempt)" >&2
+        sleep 5
+    done
+    [ "$status" -eq 0 ] || cat "$work/dpkg.log" >&2
+    return "$status"
+}
+
 remove_packages() {
     # shellcheck disable=SC2086 # the names are words
-    dpkg --purge --force-depends $names >"$work/purge.log" 2>&1 || cat "$work/purge.log" >&2
+    patient_dpkg --purge $names || echo "packages: PLEASE REMOVE BY HAND: $names" >&2
 }
 
 check_installed() {
@@ -89,7 +104,7 @@ check_installed() {
 
     trap remove_packages EXIT
     trap 'exit 1' HUP INT TERM
-    dpkg --install "$packages"/*.deb
+    patient_dpkg --install "$packages"/*.deb
     (
         unset CMAKE_PREFIX_PATH PKG_CONFIG_PATH LD_LIBRARY_PATH LIBRARY_PATH CPLUS_INCLUDE_PATH
         use_packages
