@@ -9,7 +9,7 @@ install(TARGETS files-pdf EXPORT files-pdf-targets
     LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT runtime NAMELINK_COMPONENT development)
 install(EXPORT files-pdf-targets NAMESPACE Files::
     DESTINATION "${package_dir}" COMPONENT development)
-# In a set of its own: where the codecs are missing, the shared library is found all the same.
+# In a set of its own, which is read only where the codecs are found.
 if(FILES_PDF_STATIC)
     install(TARGETS files-pdf-static EXPORT files-pdf-static-targets
         ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT development)

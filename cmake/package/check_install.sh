@@ -62,6 +62,9 @@ check_find_package() {
         runs "$work/consumer/static"
         loads "$work/consumer/static" no
     fi
+    # The shared library is found where nothing of the codecs is.
+    PKG_CONFIG_PATH='' PKG_CONFIG_LIBDIR=$work "$cmake" -S "$here/consumer" -B "$work/without-codecs" -G Ninja \
+        -DCMAKE_CXX_COMPILER="$cxx" -DCMAKE_PREFIX_PATH="$prefix" -DPROGRAM="$source"
 }
 
 check_pkg_config() {

@@ -1,6 +1,7 @@
 # Tests of what ships: the installation, the library as part of another build, the packages, the binary.
 # An instrumented library needs instrumented applications, so that is left to the plain builds.
-if(NOT FILES_PDF_INSTALL OR files_pdf_sanitizers OR CMAKE_CXX_FLAGS MATCHES "--coverage")
+if(NOT PROJECT_IS_TOP_LEVEL OR NOT FILES_PDF_INSTALL OR files_pdf_sanitizers
+        OR CMAKE_CXX_FLAGS MATCHES "--coverage")
     return()
 endif()
 
