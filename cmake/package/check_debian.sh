@@ -59,6 +59,11 @@ check_control() {
             fail "the development package does not depend on $wanted"
     done
     for package in "$packages"/*.deb; do
+        if dpkg-deb --contents "$package" | grep -Ev '^(drwxr-xr-x|-rw-r--r--|lrwxrwxrwx) root/root'; then
+            fail "the above in $package is not for everybody"
+        fi
+    done
+    for package in "$packages"/*.deb; do
         dpkg-deb --fsys-tarfile "$package" | tar -t | sed -n 's|^\./|/|p'
     done | sort -u >"$work/paths"
     grep -q '^/usr/lib/[^/]*-linux-gnu[^/]*/libfiles-pdf.so.0$' "$work/paths" ||
