@@ -18,7 +18,7 @@ add_test(NAME package.add-subdirectory
     COMMAND "${CMAKE_CTEST_COMMAND}" --build-and-test
         "${package_checks}/consumer" "${PROJECT_BINARY_DIR}/subdirectory-check"
         --build-generator Ninja
-        --build-options "-DSOURCE_TREE=${PROJECT_SOURCE_DIR}" -DSTATIC=ON
+        --build-options --fresh "-DSOURCE_TREE=${PROJECT_SOURCE_DIR}" -DSTATIC=ON
             "-DCMAKE_CXX_COMPILER=${CMAKE_CXX_COMPILER}"
             "-DPROGRAM=${PROJECT_SOURCE_DIR}/examples/inspect.cpp"
         --test-command "${FILES_PDF_SH}" -ec
