@@ -74,7 +74,7 @@ install(FILES
     DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT documentation)
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs"
     DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT documentation
-    FILES_MATCHING PATTERN "*.md")
+    FILES_MATCHING PATTERN "*.md" PATTERN "*.svg")
 file(GLOB example_sources CONFIGURE_DEPENDS
     "${PROJECT_SOURCE_DIR}/examples/*.cpp" "${PROJECT_SOURCE_DIR}/examples/*.h")
 install(FILES ${example_sources} "${PROJECT_SOURCE_DIR}/cmake/package/examples/CMakeLists.txt"
