@@ -100,7 +100,7 @@ check_examples() {
     for program in "$root"/examples/*.cpp; do
         [ -x "$work/examples/$(basename "$program" .cpp)" ] || fail "$program was not built"
     done
-    sh "$root/examples/run_test.sh" recompress "$work/examples" "$root/examples/samples" \
+    sh "$root/examples/tests/run.sh" documents recompress "$work/examples" "$root/examples/samples" \
         "$work/example-run" plain-2pages.pdf
 }
 

@@ -1,20 +1,9 @@
-#!/bin/sh
-# usage: run_pages_test.sh CASE PROGRAMS SAMPLE WORK
-# One test of the example programs that the pages show, in the folder WORK:
-#   quick_start    SAMPLE, whose Info entry is a reference, gets a title
-#   first_program  SAMPLE is described, and written as rewrite does it
-#   edit_values    SAMPLE gets a title twice, and opens at its last page
-#   custom_stripe  SAMPLE is opened and written in storage, as rewrite does it with files
-set -eu
-
-programs=$2
-sample=$3
-work=$4
-
-fail() {
-    echo "FAILED: $*" >&2
-    exit 1
-}
+# What the pages show, on SAMPLE:
+#   quick_start    whose Info entry is a reference, gets a title
+#   first_program  is described, and written as rewrite does it
+#   edit_values    gets a title twice, and opens at its last page
+#   custom_stripe  is opened and written in storage, as rewrite does it with files
+sample=$samples/$sample
 
 test_quick_start() {
     "$programs/quick_start" "$sample" "$work/out.pdf" 'A (new) title'
@@ -60,7 +49,3 @@ test_custom_stripe() {
     "$programs/custom_stripe" "$sample" "$work/out.pdf"
     cmp "$work/wanted.pdf" "$work/out.pdf" || fail "storage gives another document"
 }
-
-rm -rf "$work"
-mkdir -p "$work"
-"test_$1"

@@ -1,46 +1,10 @@
-#!/bin/sh
-# usage: run_test.sh CASE PROGRAMS SAMPLES WORK [SAMPLE]
-# One test of the example programs in PROGRAMS, in the folder WORK:
+# Any document, in the cases:
 #   rewrite     SAMPLE through inspect and rewrite
 #   recompress  SAMPLE with all streams plain, then compressed again
 #   streams     stream data of known samples
 #   usage       arguments that are wrong
 #   errors      input that does not open, output that cannot be made
 #   verify      a document whose rewrite does not open
-set -eu
-LC_ALL=C
-export LC_ALL
-
-case_name=$1
-programs=$2
-samples=$3
-work=$4
-sample=${5:-}
-
-fail() {
-    echo "FAILED: $*" >&2
-    exit 1
-}
-
-same() {
-    cmp -s "$1" "$2" || fail "$1 and $2 differ"
-}
-
-# status WANTED COMMAND... runs the command, whose output lands in $work/out and $work/err.
-status() {
-    wanted=$1
-    shift
-    got=0
-    "$@" >"$work/out" 2>"$work/err" || got=$?
-    [ "$got" -eq "$wanted" ] || fail "$* gave $got instead of $wanted: $(cat "$work/err")"
-}
-
-# reports CODE HEX checks that the program that ran last printed one error line, of this code.
-reports() {
-    [ "$(grep -c '^error ' "$work/err")" -eq 1 ] || fail "error lines: $(cat "$work/err")"
-    grep -Eq "^error $1 \(0x$2\): [^ ].*\$" "$work/err" || fail "not $1: $(cat "$work/err")"
-    [ ! -s "$work/out" ] || fail "something on standard output beside error $1"
-}
 
 # document NAME OBJECTS ENTRIES writes a file of those objects, lines of "ID VALUE", with a table
 # of those entries, lines of "ID KIND".
@@ -205,7 +169,3 @@ test_verify() {
     status 1 "$programs/inspect" "$work/target.pdf"
     reports 1287 507
 }
-
-rm -rf "$work"
-mkdir -p "$work"
-"test_$case_name"

@@ -1,0 +1,73 @@
+# Many files:
+#   sequential  all samples and two bad files, one after the other
+#   threads     the same on four threads
+#   unfit       arguments that are refused
+
+# rewrites OPTION... takes the samples and two bad files through the program. Of m-broken.pdf an
+# object cannot be read; m-lost.pdf has a text that is not kept, so that its rewrite does not open.
+# Both stand in the middle, are reported and leave no target; all others come out as rewrite does it.
+rewrites() {
+    sed 's/^4 0 obj/4 0 obx/' "$samples/typeset-report.pdf" >"$work/m-broken.pdf"
+    sed 's/(anonymous)/(\\134danon)/' "$samples/plain-2pages.pdf" >"$work/m-lost.pdf"
+    set -- "$@" "$work/folder"
+    for sample in "$samples"/[a-l]*.pdf "$work"/m-*.pdf "$samples"/[m-z]*.pdf; do
+        set -- "$@" "$sample"
+    done
+    status 1 "$programs/batch" "$@"
+
+    total=$(($(find "$samples" -name '*.pdf' | wc -l) + 2))
+    number=0
+    while read -r place name result; do
+        [ "$place" = "$total" ] && break # the summary
+        number=$((number + 1))
+        [ "$place" = "[$number/$total]" ] || fail "$place is not [$number/$total]"
+        wanted=ok
+        case $name in m-*) wanted='error 1287 (0x507): ' ;; esac
+        case $result in
+        "$wanted"*) ;;
+        *) fail "$name $result" ;;
+        esac
+    done <"$work/out"
+    [ "$number" -eq "$total" ] || fail "$number files of $total: $(cat "$work/out")"
+    [ "$(tail -n 1 "$work/out")" = "$total files: $((total - 2)) ok, 2 failed" ] ||
+        fail "the summary is another: $(cat "$work/out")"
+    for name in m-broken.pdf m-lost.pdf; do
+        grep -q "^$name: Failed" "$work/err" || fail "the log does not name $name: $(cat "$work/err")"
+    done
+    [ "$(grep -cv '^m-' "$work/err")" -eq 0 ] || fail "others failed: $(cat "$work/err")"
+
+    for sample in "$samples"/*.pdf; do
+        "$programs/rewrite" "$sample" "$work/wanted.pdf"
+        cmp "$work/wanted.pdf" "$work/folder/${sample##*/}" || fail "$sample came out as another"
+    done
+    [ "$(find "$work/folder" -type f | wc -l)" -eq $((total - 2)) ] || fail "files: $(ls -a "$work/folder")"
+}
+
+test_sequential() {
+    rewrites
+    sed -n 's/^\[.*\] \(.*\): .*/\1/p' "$work/out" >"$work/names"
+    sort -c "$work/names" || fail "not in the order they were given"
+}
+
+test_threads() {
+    rewrites -j 4
+}
+
+test_unfit() {
+    status 0 "$programs/batch" -j 9 "$work/a/b" "$samples/letterhead.pdf"
+    [ -f "$work/a/b/letterhead.pdf" ] || fail "the folder was not made"
+    refuses "$programs/batch" <<ROWS
+2 usage:
+2 usage: $work/folder
+2 usage: -j
+2 usage: -j 0 $work/folder $samples/letterhead.pdf
+2 usage: -j 257 $work/folder $samples/letterhead.pdf
+2 usage: -j x $work/folder $samples/letterhead.pdf
+2 usage: $work/folder --flate $samples/letterhead.pdf
+2 batch:.two.files.are.named.letterhead.pdf $work/folder $samples/letterhead.pdf $work/letterhead.pdf
+ROWS
+    [ ! -e "$work/folder" ] || fail "refused, and yet a folder was made"
+    echo file >"$work/file"
+    status 1 "$programs/batch" "$work/file" "$samples/letterhead.pdf"
+    grep -q '^error 34049 ' "$work/err" || fail "a file for a folder: $(cat "$work/err")"
+}
