@@ -1,6 +1,6 @@
 // Every operation with every one of its allocations failing, and every call of its stripes.
 
-#include "faults/failing_heap.h"
+#include "failing_heap.h"
 #include "support/document_builder.h"
 #include "support/failing_stripe.h"
 

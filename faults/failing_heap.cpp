@@ -1,6 +1,6 @@
 // Takes the place of operator new, and - by the linker's --wrap - of the C functions.
 
-#include "faults/failing_heap.h"
+#include "failing_heap.h"
 
 #include <cstddef>
 #include <cstdlib>
