@@ -61,11 +61,35 @@ TEST(Navigation, ExplainsWhatIsWrongWithThePageTree) {
         const std::string last = (failed ? "Failed to " : "") + std::string(message) + "\n";
         EXPECT_TRUE(log.text().ends_with(last)) << log.text() << message;
     }
-    const auto document = Testing::open(DocumentBuilder::minimal().bytes());
-    EXPECT_FALSE(document->valueAsDict(Testing::reference(9, 0)));
-    EXPECT_EQ(Host::Error::get(), ReferenceNotResolved);
-    EXPECT_FALSE(document->valueAsDict(Testing::null()));
-    EXPECT_EQ(Host::Error::get(), ObjectUnreadable);
+}
+
+TEST(Navigation, FollowsOneReferenceToADictionary) {
+    const auto document = Testing::open(DocumentBuilder::minimal()
+                                            .object(5, "[5 0 R 1 0 R 9 0 R 6 0 R << /B 2 >> (s)]")
+                                            .stream(6, "", "x")
+                                            .bytes());
+    ASSERT_TRUE(document);
+    const Ref<Array> values = castTo<Array>(Testing::valueOf(*document, 5));
+    const std::tuple<std::string, std::uint32_t, const char*> rows[] = {
+        {"(null)", ObjectUnreadable, "Invalid object type 8h (8)\n"},
+        {"<< Pages -> 2 (0) Type -> Catalog >>", 0, ""},
+        {"(null)", ReferenceNotResolved, "Failed to resolve object reference\n"},
+        {"(null)", ObjectUnreadable, "Invalid object type 7h (7)\n"},
+        {"<< B -> 2.0 >>", 0, ""},
+        {"(null)", ObjectUnreadable, "Invalid object type 4h (4)\n"},
+        {"(null)", NullArgument, ""}, // behind the end
+    };
+    std::uint64_t index = 0;
+    for (const auto& [text, code, message] : rows) {
+        const Testing::RecordingLog log;
+        Host::Error::set(0);
+        EXPECT_EQ(Testing::textOf(document->valueAsDict(values->get(index))), text) << index;
+        EXPECT_EQ(Host::Error::get(), code) << index;
+        EXPECT_EQ(log.text(), message) << index;
+        ++index;
+    }
+    EXPECT_FALSE(document->getObject(nullptr));
+    EXPECT_EQ(Host::Error::get(), NullArgument);
 }
 
 void expectLookupsAgree(const ObjectTable& table, const char* name) {

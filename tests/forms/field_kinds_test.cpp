@@ -120,6 +120,16 @@ TEST(Field, TakesTheValuesOfItsKind) {
     }
 }
 
+TEST(Field, QueriesMissingEntriesQuietly) {
+    const auto text = fieldOf<Fields::Text>(openWithField("/FT /Tx"));
+    const auto button = fieldOf<Fields::Button>(openWithField("/FT /Btn"));
+    const RecordingLog log;
+    EXPECT_EQ(text->maxLen(), 0U);
+    EXPECT_EQ(Host::Error::get(), KeyNotFound);
+    EXPECT_FALSE(text->value() || button->value() || button->state() || button->options());
+    EXPECT_EQ(log.text(), "");
+}
+
 TEST(ButtonField, OffersStates) {
     const struct {
         const char* entries;

@@ -54,6 +54,15 @@ TEST(Form, IsLookedUpOnceAndSaysTheSameEverAfter) {
         }
         EXPECT_FALSE(document->changed());
     }
+    const auto document = open(formFile("<< /Fields [ ] >>", {}));
+    const auto catalog = document->getCatalog()->valueAsDictionary();
+    const auto type = catalog->find("Type"_str);
+    const RecordingLog log;
+    EXPECT_TRUE(catalog->set("Type"_str, nullptr));
+    EXPECT_FALSE(document->form());
+    EXPECT_EQ(Host::Error::get(), RootInvalid);
+    EXPECT_EQ(log.entries().back().text, "Document has no root object\n");
+    EXPECT_TRUE(catalog->set("Type"_str, type) && document->form()) << "it was not looked up";
 }
 
 TEST(Form, EndsAtTheFirstFieldThatCannotBeBuilt) {
@@ -143,6 +152,26 @@ TEST(Form, KeepsNoDocumentAlive) {
     form = nullptr;
     EXPECT_FALSE(formLife.lock() || topLife.lock()) << "a field keeps none above it";
     EXPECT_FALSE(kid->normalAppearance()) << "there is nothing left to resolve it with";
+}
+
+TEST(Form, ReadsItsOwnEntriesWheneverAsked) {
+    const auto document =
+        open(formFile("<< /Fields [ ] /DA (x) /DR 6 0 R /Q 2 /CO true /NeedAppearances 1 >>",
+                      {{6, "<< /A 1 >>"}}));
+    const auto form = document->form();
+    RecordingLog log;
+    EXPECT_EQ(textOf(form->defaultAppearance()), "x");
+    EXPECT_EQ(textOf(form->defaultResources()), "<< A -> 1.0 >>");
+    EXPECT_EQ(form->quadding(), Quadding::Right);
+    EXPECT_EQ(log.text(), "");
+    EXPECT_FALSE(form->calculationOrder());
+    EXPECT_FALSE(form->needAppearances());
+    EXPECT_EQ(formMessages(log),
+              "Unexpected type for value CO; expected = 8h (8), got = 2h (2)\n"
+              "Unexpected type for value NeedAppearances; expected = 2h (2), got = 3h (3)\n");
+    EXPECT_TRUE(form->setNeedAppearances(true));
+    EXPECT_TRUE(form->needAppearances()->value());
+    EXPECT_TRUE(document->changed());
 }
 
 /// A document of five objects and `count` fields, of which the form lists the first, number 6.

@@ -16,6 +16,10 @@ using namespace Libraries::Files::PDF;
 using namespace Host::Literals;
 
 template <auto accessor>
+AnyValue inArray(const AnyValue& value) {
+    return (array({value}).get()->*accessor)(0);
+}
+template <auto accessor>
 AnyValue inDictionary(const AnyValue& value) {
     return (dictionary({{"K", value}}).get()->*accessor)("K"_str, true);
 }
@@ -28,12 +32,16 @@ TEST(TypedAccess, GivesItsKindAndNoOther) {
     const AnyValue string = String::create(text("s"));
     const AnyValue stream = newValue<StreamObj>(dictionary({}), std::uint64_t{9});
     const std::tuple<std::string, AnyValue, AnyValue (*)(const AnyValue&)> rows[] = {
+        {"ObjectRef", reference(1, 0), inArray<&Array::getAsObjectRef>},
+        {"Name", name("N"), inArray<&Array::getAsName>},
+        {"String", string, inArray<&Array::getAsString>},
         {"ObjectRef", reference(1, 0), inDictionary<&Dictionary::findAsObjectRef>},
         {"Array", array({}), inDictionary<&Dictionary::findAsArray>},
         {"Dictionary", dictionary({}), inDictionary<&Dictionary::findAsDictionary>},
         {"Name", name("N"), inDictionary<&Dictionary::findAsName>},
         {"Number", number(1), inDictionary<&Dictionary::findAsNumber>},
         {"String", string, inDictionary<&Dictionary::findAsString>},
+        {"Dictionary", dictionary({}), inObject<&Object::valueAsDictionary>},
         {"Dictionary", array({}), inObject<&Object::valueAsArray>}, // spelled so
         {"Stream", stream, inObject<&Object::valueAsStream>},
     };
@@ -118,6 +126,16 @@ TEST(Dictionary, KeepsTheLastOfEqualKeysInOrder) {
             built->set(text(key), nullptr);
         EXPECT_EQ(textOf(built), "<< >>") << size;
     }
+}
+
+TEST(Dictionary, KnowsWhetherItChanged) {
+    const auto inner = dictionary({});
+    const auto listed = dictionary({});
+    const auto outer = dictionary({{"A", array({listed})}, {"D", inner}});
+    listed->set("X"_str, number(1));
+    EXPECT_FALSE(outer->changed()) << "arrays do not report";
+    inner->set("Absent"_str, nullptr);
+    EXPECT_TRUE(outer->changed()) << "removing what is not there is a change";
 }
 
 TEST(Nesting, EndsAfter512Levels) {
