@@ -48,13 +48,13 @@ check_control() {
         dpkg-deb --field "$package" Package
     done | tr '\n' ' ' >"$work/names"
     names=$(cat "$work/names")
-    [ "$names" = "libfiles-pdf-dev libfiles-pdf-doc libfiles-pdf0 " ] || fail "the packages are: $names"
-    version=$(dpkg-deb --field "$packages"/libfiles-pdf0_*.deb Version)
+    [ "$names" = "libfiles-pdf-dev libfiles-pdf-doc libfiles-pdf0.1 " ] || fail "the packages are: $names"
+    version=$(dpkg-deb --field "$packages"/libfiles-pdf0.1_*.deb Version)
     for wanted in libc6 libdeflate0 libisal2 'libstdc++6'; do
-        dpkg-deb --field "$packages"/libfiles-pdf0_*.deb Depends | grep -qF "$wanted (" ||
+        dpkg-deb --field "$packages"/libfiles-pdf0.1_*.deb Depends | grep -qF "$wanted (" ||
             fail "the library's package does not depend on $wanted"
     done
-    for wanted in "libfiles-pdf0 (= $version)" libisal-dev libdeflate-dev; do
+    for wanted in "libfiles-pdf0.1 (= $version)" libisal-dev libdeflate-dev; do
         dpkg-deb --field "$packages"/libfiles-pdf-dev_*.deb Depends | grep -qF "$wanted" ||
             fail "the development package does not depend on $wanted"
     done
@@ -66,7 +66,7 @@ check_control() {
     for package in "$packages"/*.deb; do
         dpkg-deb --fsys-tarfile "$package" | tar -t | sed -n 's|^\./|/|p'
     done | sort -u >"$work/paths"
-    grep -q '^/usr/lib/[^/]*-linux-gnu[^/]*/libfiles-pdf.so.0$' "$work/paths" ||
+    grep -q '^/usr/lib/[^/]*-linux-gnu[^/]*/libfiles-pdf.so.0.1$' "$work/paths" ||
         fail "the library is in no folder of the architecture"
 }
 
@@ -114,7 +114,7 @@ check_installed() {
         unset CMAKE_PREFIX_PATH PKG_CONFIG_PATH LD_LIBRARY_PATH LIBRARY_PATH CPLUS_INCLUDE_PATH
         use_packages
         "$work/consumer/shared" "$sample" >/dev/null
-        ldd "$work/consumer/shared" | grep -q 'libfiles-pdf.so.0 => /lib\|libfiles-pdf.so.0 => /usr/lib' ||
+        ldd "$work/consumer/shared" | grep -q 'libfiles-pdf.so.0.1 => /lib\|libfiles-pdf.so.0.1 => /usr/lib' ||
             fail "not the installed library is used: $(ldd "$work/consumer/shared")"
     )
     trap - EXIT
@@ -128,7 +128,7 @@ check_unpacked() {
     for package in "$packages"/*.deb; do
         dpkg-deb --extract "$package" "$work/unpacked"
     done
-    libdir=$(dirname "$(find "$work/unpacked" -name 'libfiles-pdf.so.0')")
+    libdir=$(dirname "$(find "$work/unpacked" -name 'libfiles-pdf.so.0.1')")
     export PKG_CONFIG_PATH="$libdir/pkgconfig" LD_LIBRARY_PATH="$libdir"
     use_packages -DCMAKE_PREFIX_PATH="$work/unpacked/usr"
     echo "packages: unpacked and used; installing them takes root"

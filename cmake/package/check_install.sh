@@ -41,7 +41,7 @@ check_tree() {
     if grep -rlF --include='*.cmake' --include='*.pc' -e "$build" -e "$root/include" "$prefix"; then
         fail "the files above name folders of the build"
     fi
-    [ -h "$prefix/$libdir/libfiles-pdf.so.0" ] || fail "no libfiles-pdf.so.0"
+    [ -h "$prefix/$libdir/libfiles-pdf.so.0.1" ] || fail "no libfiles-pdf.so.0.1"
     (cd "$prefix/include" && [ "$(echo *)" = files-pdf ]) || fail "headers outside include/files-pdf"
     for page in "$prefix/$docdir"/*.md "$prefix/$docdir"/docs/*.md; do
         sed -n 's/](\([^)]*\))/\n<\1\n/gp' "$page" | sed -n 's/^<\([^:#]*\)\(#.*\)\{0,1\}$/\1/p' |
