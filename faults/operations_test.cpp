@@ -246,4 +246,17 @@ TEST(Faults, AFailingStripeIsAnOrdinaryFailure) {
     EXPECT_GT(survived, 2U) << "targets fail as well as sources";
 }
 
+TEST(Lookups, AllocateNothing) {
+    const Ref<Document> document = Testing::open(sampleBytes("q Q"));
+    const Ref<Dictionary> catalog = document->getCatalog()->valueAsDictionary();
+    const Ref<Array> kids =
+        document->getPageCatalog()->valueAsDictionary()->findAsArray("Kids"_str);
+    FailingHeap::failAt(1, FailingHeap::Fault::FromThenOn);
+    const bool found = catalog->findAsName("Type"_str) && !catalog->find("Absent"_str) &&
+                       document->getObject(catalog->findAsObjectRef("Pages"_str)) &&
+                       document->getObject(kids->getAsObjectRef(1));
+    EXPECT_FALSE(FailingHeap::stop());
+    EXPECT_TRUE(found);
+}
+
 } // namespace
