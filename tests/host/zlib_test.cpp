@@ -93,13 +93,9 @@ TEST(Zlib, RefusesDamagedData) {
             EXPECT_FALSE(inflate(damaged, blocks)) << name << ": " << blocks.first;
         }
     }
-    for (const Bytes& data : {repetitive(400), Testing::noise(100), Bytes(100'000)}) {
-        const Bytes whole = deflate(data);
-        for (std::size_t size = 1; size < whole.size(); ++size) {
-            for (const Sizes& blocks : {Sizes{1, 100}, large})
-                ASSERT_FALSE(inflate(std::span(whole).first(size), blocks)) << "cut at " << size;
-        }
-    }
+    const Bytes whole = deflate(repetitive(400));
+    for (std::size_t size = 1; size < whole.size(); ++size)
+        ASSERT_FALSE(inflate(std::span(whole).first(size), {1, 100})) << "cut at " << size;
 }
 
 } // namespace

@@ -7,7 +7,6 @@
 #include <pdf/errors.h>
 
 #include <gtest/gtest.h>
-#include <libdeflate.h>
 
 #include <filesystem>
 #include <fstream>
@@ -164,33 +163,6 @@ TEST(StreamData, FailsWithItsSource) {
     EXPECT_EQ(Host::Error::get(), InvalidArgument);
     EXPECT_FALSE(document->readStreamData(nullptr, true));
     EXPECT_EQ(Host::Error::get(), NullArgument);
-}
-
-TEST(StreamData, OfTheSamplesDecodesAsTheFormatSays) {
-    std::size_t decoded = 0;
-    for (const std::string& name : sampleNames()) {
-        const auto document = Testing::open(sample(name));
-        ASSERT_TRUE(document) << name;
-        for (const Ref<Object>& object : document->getObjects()) {
-            const auto stream = castTo<Stream>(object->value());
-            if (!stream || stream->compression() != Compression::FlateDecode) continue;
-            const std::string plain = contentsOf(document->readStreamData(stream, true));
-            const auto attached = document->readStreamData(stream, true);
-            EXPECT_TRUE(attached == document->readStreamData(stream, false)) << "once read, raw";
-            EXPECT_FALSE(stream->changed());
-            const std::string raw = contentsOf(attached);
-            std::string truth(plain.size() + 1, '\0');
-            std::size_t size = 0;
-            libdeflate_decompressor* decompressor = libdeflate_alloc_decompressor();
-            EXPECT_EQ(libdeflate_zlib_decompress(decompressor, raw.data(), raw.size(), truth.data(),
-                                                 truth.size(), &size),
-                      LIBDEFLATE_SUCCESS);
-            libdeflate_free_decompressor(decompressor);
-            EXPECT_EQ(plain, truth.substr(0, size)) << name << " " << textOf(object);
-            ++decoded;
-        }
-    }
-    EXPECT_GT(decoded, 20U);
 }
 
 } // namespace
