@@ -18,20 +18,13 @@ using namespace Host::Literals;
 using namespace Testing;
 using Text = Ref<Host::String>;
 
-/// A value of an application's class that has the interface of its kind.
-template <class Interface, Value::Type kind>
-class Own : public Interface {
-public:
-    [[nodiscard]] Value::Type type() const noexcept override { return kind; }
-    [[nodiscard]] Text asText() const noexcept override { return "?"_str; }
-    [[nodiscard]] bool equal(AnyValue) const noexcept override { return false; }
-    [[nodiscard]] bool changed() const noexcept override { return false; }
-};
+using Keys = Ref<Host::TVector<Text>>;
 
-class OwnDictionary final : public Own<Dictionary, Value::Type::Dictionary> {
+/// Has these keys, and under each the same value.
+class OwnDictionary final : public Foreign<Dictionary> {
 public:
-    using Keys = Ref<Host::TVector<Text>>;
-    OwnDictionary(Keys keys, AnyValue value) : keys_(std::move(keys)), value_(std::move(value)) {}
+    OwnDictionary(Keys keys, AnyValue value)
+        : Foreign(Type::Dictionary), keys_(std::move(keys)), value_(std::move(value)) {}
 
     [[nodiscard]] Keys keys() const noexcept override { return keys_; }
     [[nodiscard]] AnyValue find(const Text&) const noexcept override { return value_; }
@@ -42,12 +35,16 @@ private:
     AnyValue value_;
 };
 
-class OwnNumber final : public Own<Number, Value::Type::Number> {
+class OwnNumber final : public Foreign<Number> {
+public:
+    OwnNumber() : Foreign(Type::Number) {}
     [[nodiscard]] std::int64_t integer() const noexcept override { return 12; }
     [[nodiscard]] std::uint64_t fraction() const noexcept override { return 0; }
 };
 
-class OwnStream final : public Own<Stream, Value::Type::Stream> {
+class OwnStream final : public Foreign<Stream> {
+public:
+    OwnStream() : Foreign(Type::Stream) {}
     [[nodiscard]] std::uint64_t strmOfs() const noexcept override { return noOffset; }
     [[nodiscard]] Ref<Dictionary> dict() const noexcept override { return nullptr; }
     [[nodiscard]] Compression compression() const noexcept override { return Compression::None; }

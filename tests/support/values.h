@@ -52,21 +52,23 @@ inline AnyValue nested(unsigned depth, AnyValue core = null()) {
     return core;
 }
 
-/// A class of an application that claims a kind without having its interface.
-class ForeignValue final : public PDF::Value {
+/// A value of an application's own class, under the interface of its kind or of any value alone,
+/// whatever kind it claims.
+template <class Interface>
+class Foreign : public Interface {
 public:
-    explicit ForeignValue(Type type) : type_(type) {}
-    [[nodiscard]] Type type() const noexcept override { return type_; }
+    explicit Foreign(PDF::Value::Type type) : type_(type) {}
+    [[nodiscard]] PDF::Value::Type type() const noexcept override { return type_; }
     [[nodiscard]] Host::Ref<Host::String> asText() const noexcept override { return text("?"); }
     [[nodiscard]] bool equal(AnyValue) const noexcept override { return true; }
     [[nodiscard]] bool changed() const noexcept override { return true; }
 
 private:
-    Type type_;
+    PDF::Value::Type type_;
 };
 
 inline AnyValue foreign(std::uint32_t type) {
-    return PDF::newValue<ForeignValue>(static_cast<PDF::Value::Type>(type));
+    return PDF::newValue<Foreign<PDF::Value>>(static_cast<PDF::Value::Type>(type));
 }
 
 } // namespace Testing
