@@ -32,7 +32,9 @@ public:
     /// Moves to `position` and gives the position reached; any other one is a failure.
     virtual std::uint64_t position(std::uint64_t position) noexcept = 0;
     /// Reads up to `count` elements into `buffer` and moves behind them. Gives the elements read;
-    /// fewer than asked means the end of the data or a fault.
+    /// fewer than asked means the end of the data or a fault. `buffer` has room for `count`
+    /// elements, or for those that are left behind the position where these are fewer; nothing
+    /// behind the elements read may be touched.
     [[nodiscard]] virtual std::uint64_t read(void* buffer, std::uint64_t count) noexcept = 0;
     /// Writes `count` elements at the position and moves behind them. Gives the elements written;
     /// fewer than asked means a fault.

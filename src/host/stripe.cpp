@@ -21,7 +21,7 @@ bool holdsBytesIn32Bits(const Stripe& stripe) noexcept {
 } // namespace
 
 std::uint64_t Stripe::readBytes(std::uint8_t* buffer, std::uint64_t count) noexcept {
-    if (elementSize() == 1) return read(buffer, count);
+    if (elementSize() == 1) return std::min(read(buffer, count), count);
     if (!holdsBytesIn32Bits(*this)) return 0;
     std::array<Element, blockElements> block;
     std::uint64_t done = 0;
@@ -67,13 +67,18 @@ using Interfaces::Carry;
 using Interfaces::Element;
 
 std::uint64_t readWide(Interfaces::Stripe& bytes, Element* elements, std::uint64_t count) noexcept {
-    // The bytes land in the last quarter of the buffer they are widened into, front to back.
-    auto* narrow = reinterpret_cast<std::uint8_t*>(elements) + count * (sizeof(Element) - 1);
-    const std::uint64_t got = std::min(bytes.readBytes(narrow, count), count);
-    for (std::uint64_t index = 0; index < got; ++index) {
-        elements[index] = Carry::widen(narrow[index]);
+    // A caller may ask for more than is left and have room for just that: the bytes come by way of
+    // a block of our own, so that nothing behind what is returned is touched.
+    std::array<std::uint8_t, Interfaces::blockElements> block;
+    std::uint64_t done = 0;
+    while (done < count) {
+        const std::uint64_t wanted = std::min(count - done, Interfaces::blockElements);
+        const std::uint64_t got = std::min(bytes.readBytes(block.data(), wanted), wanted);
+        std::transform(block.begin(), block.begin() + got, elements + done, Carry::widen);
+        done += got;
+        if (got != wanted) break;
     }
-    return got;
+    return done;
 }
 
 std::uint64_t writeWide(Interfaces::Stripe& bytes, const Element* elements,

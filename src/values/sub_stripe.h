@@ -27,6 +27,10 @@ public:
     window(std::uint64_t position) const noexcept override;
 
 private:
+    /// Positions the base and has `transfer` read so many elements from it.
+    template <class Transfer>
+    std::uint64_t readBase(const void* buffer, std::uint64_t count, Transfer transfer) noexcept;
+
     Ref<Interfaces::Stripe> base_;
     Ref<Host::Mon> lock_;
     std::uint64_t start_;

@@ -77,9 +77,10 @@ TEST(SubStripe, ReadsItsRangeOnly) {
     for (const std::uint64_t start : {0U, 3U}) {
         const auto base = stripeOf("0123456789ABCDEF");
         const auto view = newValue<SubStripe>(base, start, 10U, Host::Mon::create());
-        std::uint32_t elements[100] = {};
+        std::uint32_t elements[7] = {0, 0, 0, 0, 0, 0, 77}; // room for what is left, and a guard
         EXPECT_EQ(view->position(4), 4U);
-        EXPECT_EQ(view->read(elements, 100), 6U);
+        EXPECT_EQ(view->read(elements, start == 0 ? 100 : UINT64_MAX), 6U);
+        EXPECT_EQ(elements[6], 77U);
         Host::Error::set(77);
         EXPECT_EQ(view->position(11), 10U);
         EXPECT_EQ(view->read(elements, 1), 0U);
