@@ -8,7 +8,7 @@ bool CharReader::readLine() {
     line_.clear();
     for (;;) {
         const int code = cursor_.next();
-        if (code == Cursor::end) return !line_.empty();
+        if (code == Cursor::end) return !line_.empty() && !cursor_.failed();
         if (code == '\n') return true;
         if (code == '\r') break;
         line_.push_back(static_cast<char>(code));
@@ -19,7 +19,7 @@ bool CharReader::readLine() {
     }
     const int next = cursor_.next();
     if (next != Cursor::end && next != '\n') cursor_.back();
-    return true;
+    return !cursor_.failed();
 }
 
 } // namespace Host

@@ -13,7 +13,7 @@ public:
     explicit CharReader(Cursor& cursor) noexcept : cursor_(cursor) {}
 
     /// Reads the next line without its ending and leaves the cursor just behind that. False at the
-    /// end of the data.
+    /// end of the data and for a fault of the cursor.
     [[nodiscard]] bool readLine();
 
     /// The line last read.

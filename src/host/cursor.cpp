@@ -3,6 +3,7 @@
 namespace Host {
 
 int Cursor::refill() noexcept {
+    if (failed_) return end;
     const std::uint64_t position = windowEnd_;
     const std::span<const std::uint8_t> window = stripe_.window(position);
     if (!window.empty()) {
@@ -19,14 +20,24 @@ int Cursor::refill() noexcept {
 }
 
 bool Cursor::readElement(std::uint64_t position) noexcept {
+    if (readAt(position)) return true;
+    stripePosition_ = unknown;
+    if (position < stripe_.size()) {
+        failed_ = true;
+        begin_ = next_ = end_ = nullptr;
+        windowEnd_ = position;
+    }
+    return false;
+}
+
+bool Cursor::readAt(std::uint64_t position) noexcept {
     if (stripePosition_ != position && stripe_.position(position) != position) {
-        stripePosition_ = unknown;
         return false;
     }
     std::uint32_t element = 0;
-    const bool read = stripe_.read(&element, 1) == 1;
-    stripePosition_ = read ? position + 1 : unknown;
-    if (!read || !Utils::Convert<std::uint32_t, std::uint8_t>::fits(element)) return false;
+    if (stripe_.read(&element, 1) != 1) return false;
+    if (!Utils::Convert<std::uint32_t, std::uint8_t>::fits(element)) return false;
+    stripePosition_ = position + 1;
     single_ = static_cast<std::uint8_t>(element);
     return true;
 }

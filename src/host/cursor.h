@@ -11,15 +11,22 @@ namespace Host {
 /// Walks the bytes of a stripe: through the window that the stripe holds where it holds one, else
 /// one element at a time, with nothing read ahead. While a cursor is in use nobody else uses the
 /// stripe.
+///
+/// A read before the end of the data that fails, or that gives an element above 255, is a fault:
+/// from then on there is nothing more to be read, and `failed` tells that from the end. Whoever
+/// takes the end for the end of something has to ask.
 class Cursor {
 public:
-    /// What `next` gives at the end of the data and for a read that fails.
+    /// What `next` gives at the end of the data and after a fault.
     static constexpr int end = -1;
 
     explicit Cursor(Interfaces::Stripe& stripe) noexcept : stripe_(stripe) {}
 
     /// The next byte, which is consumed, or `end`.
     [[nodiscard]] int next() noexcept { return next_ != end_ ? *next_++ : refill(); }
+
+    /// Whether there was a fault.
+    [[nodiscard]] bool failed() const noexcept { return failed_; }
 
     /// Offset of the next byte.
     [[nodiscard]] std::uint64_t position() const noexcept {
@@ -53,6 +60,7 @@ private:
 
     int refill() noexcept;
     bool readElement(std::uint64_t position) noexcept;
+    bool readAt(std::uint64_t position) noexcept;
 
     Interfaces::Stripe& stripe_;
     const std::uint8_t* begin_ = nullptr;
@@ -61,6 +69,7 @@ private:
     std::uint64_t windowEnd_ = 0;
     std::uint64_t stripePosition_ = unknown;
     std::uint8_t single_ = 0;
+    bool failed_ = false;
 };
 
 } // namespace Host

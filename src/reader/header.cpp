@@ -34,7 +34,8 @@ bool readMark(Host::Cursor& cursor) noexcept {
     }
     cursor.back();
     for (char expected : mark) {
-        if (cursor.next() != expected) return fail(VersionUnsupported);
+        if (cursor.next() == expected) continue;
+        return fail(cursor.failed() ? HeaderUnreadable : VersionUnsupported);
     }
     return true;
 }
@@ -84,7 +85,7 @@ PdfVersion parseVersion(std::string_view major, std::string_view minor) noexcept
 bool readHeader(DocumentState& state, Host::Cursor& cursor) {
     if (!readMark(cursor)) return false;
     Host::CharReader reader(cursor);
-    static_cast<void>(reader.readLine()); // what is not there has no version
+    if (!reader.readLine() && cursor.failed()) return fail(HeaderUnreadable);
     if (!readVersion(state, reader.line())) return false;
     cursor.seek(mark.size() + reader.line().size());
     return readLineEnding(state, cursor);

@@ -21,7 +21,9 @@ Ref<Object> ObjectReader::readAt(std::uint64_t id, std::uint16_t generation, std
     cursor_.seek(offset);
     if (!readHeaderLine() || !checkHeader(id, generation, offset)) return nullptr;
     Ref<Value> value = scanner_.readObjectValue();
-    if (!value) return refuse("Failed to read value of object ", id, " at ", offset);
+    // The end of the data may end a line or a name; a fault may not.
+    if (!value || cursor_.failed())
+        return refuse("Failed to read value of object ", id, " at ", offset);
     return newValue<ObjectObj>(static_cast<std::uint32_t>(id), generation, std::move(value));
 }
 
@@ -35,7 +37,7 @@ bool ObjectReader::readHeaderLine() {
             continue;
         }
         if (Characters::isLineEnding(code)) {
-            if (code == '\r' && cursor_.next() != '\n') cursor_.back();
+            if (code == '\r') skipLineFeed();
             break;
         }
         if (!inPart && count == parts_.size()) {
@@ -46,7 +48,12 @@ bool ObjectReader::readHeaderLine() {
         inPart = true;
         parts_[count - 1].push_back(static_cast<char>(code));
     }
-    return count == parts_.size() && parts_[2] == "obj";
+    return count == parts_.size() && parts_[2] == "obj" && !cursor_.failed();
+}
+
+void ObjectReader::skipLineFeed() noexcept {
+    const int code = cursor_.next();
+    if (code != Cursor::end && code != '\n') cursor_.back();
 }
 
 bool ObjectReader::checkHeader(std::uint64_t id, std::uint16_t generation,

@@ -30,6 +30,7 @@ private:
     [[nodiscard]] Ref<Object> readAt(std::uint64_t id, std::uint16_t generation,
                                      std::uint64_t offset);
     [[nodiscard]] bool readHeaderLine();
+    void skipLineFeed() noexcept;
     [[nodiscard]] bool checkHeader(std::uint64_t id, std::uint16_t generation,
                                    std::uint64_t offset) const noexcept;
 

@@ -121,7 +121,7 @@ Ref<Name> Scanner::readName() {
         }
         name_.push_back(static_cast<char>(code));
     }
-    if (name_.empty()) return nullptr;
+    if (name_.empty() || cursor_.failed()) return nullptr;
     return names_.get(name_);
 }
 

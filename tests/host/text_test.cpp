@@ -76,13 +76,18 @@ TEST(CharReader, EndsLinesAtAnyEnding) {
     }
 }
 
-TEST(Cursor, RecoversFromAReadThatFails) {
+TEST(Cursor, ReadsNothingMoreAfterAFault) {
     const auto memory = Host::MemoryStripe::create(Testing::bytesOf("01234"));
     const auto plain = Host::make<Testing::FailingStripe>(memory);
     plain->failAt(Testing::FailingStripe::Call::Read, 2, Testing::FailingStripe::Fault::NoByte);
     Cursor cursor(*plain);
-    for (const int expected : {int{'0'}, Cursor::end, int{'1'}, int{'2'}})
+    for (const int expected : {int{'0'}, Cursor::end, Cursor::end})
         EXPECT_EQ(cursor.next(), expected);
+    cursor.seek(0);
+    EXPECT_TRUE(cursor.next() == Cursor::end && cursor.failed());
+    Cursor whole(*memory);
+    whole.seek(5);
+    EXPECT_TRUE(whole.next() == Cursor::end && !whole.failed()) << "the end is no fault";
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 #include "support/document_builder.h"
+#include "support/failing_stripe.h"
 #include "support/recording_log.h"
 
 #include <pdf/errors.h>
@@ -123,6 +124,32 @@ TEST(Loader, NumbersObjectsFromTheFirstOfTheTable) {
     EXPECT_FALSE(valueOf(*document, 1));
     EXPECT_EQ(Host::Error::get(), ObjectNotFound);
     EXPECT_FALSE(document->changed());
+}
+
+/// Fails at every read of a stripe that is read element by element, one after the other.
+TEST(Loader, TakesNoFaultForAnEnd) {
+    const std::string bytes = DocumentBuilder::minimal()
+                                  .object(5, "[ /F1 /F2 (a) <41> 12 5 0 R ]")
+                                  .object(6, "/DeviceRGB")
+                                  .object(7, "<< /A /B >>")
+                                  .lineEnding("\r\n")
+                                  .bytes();
+    const RecordingLog log;
+    for (const auto fault : {FailingStripe::Fault::Failed, FailingStripe::Fault::NoByte}) {
+        const auto source = Host::make<FailingStripe>(stripeOf(bytes));
+        std::vector<std::uint32_t> codes{0};
+        for (std::uint64_t call = 1;; ++call) {
+            source->failAt(FailingStripe::Call::Read, call, fault);
+            const bool opened = bool(Document::create(source));
+            if (source->calls(FailingStripe::Call::Read) < call) break;
+            EXPECT_FALSE(opened) << "read " << call;
+            if (codes.back() != Host::Error::get()) codes.push_back(Host::Error::get());
+        }
+        EXPECT_EQ(codes, (std::vector<std::uint32_t>{0, HeaderUnreadable, LineEndingUnknown,
+                                                     EndMarkerMissing, StartXrefMissing,
+                                                     TrailerMissing, TrailerUnreadable,
+                                                     XrefUnreadable, ObjectUnreadable}));
+    }
 }
 
 TEST(Loader, RefusesUnusableSources) {
