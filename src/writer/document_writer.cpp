@@ -222,10 +222,23 @@ bool DocumentWriter::writeTrailer(std::uint64_t xrefOffset) {
     return true;
 }
 
+/// Whether data of the document would be overwritten before it is read.
+bool liesIn(const DocumentState& state, const Interfaces::Stripe& target) {
+    if (state.source.get() == &target) return true;
+    return std::ranges::any_of(state.objects.slots(), [&](const ObjectTable::Slot& slot) {
+        const Ref<Value> value = slot.object->value();
+        const auto* stream = dynamic_cast<const StreamObj*>(ofKind<Stream>(value));
+        return stream != nullptr && stream->strmData().get() == &target;
+    });
+}
+
 } // namespace
 
 bool writeDocument(DocumentState& state, Interfaces::Stripe& target,
                    const std::function<Ref<Interfaces::Stripe>(const Ref<Stream>&)>& streamData) {
+    if (liesIn(state, target)) {
+        return fail(InvalidArgument, "A document cannot be written into what its data lies in");
+    }
     return DocumentWriter(state, target, streamData).write();
 }
 

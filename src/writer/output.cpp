@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
-#include <span>
+#include <functional>
 
 namespace Libraries::Files::PDF {
 
@@ -20,8 +20,8 @@ template <class Number>
 bool Output::keepNumber(Number number) noexcept {
     constexpr std::size_t longest = 20;
     auto* room = reinterpret_cast<char*>(buffer_.room(longest));
-    failed_ = failed_ || room == nullptr;
-    if (failed_) return false;
+    exhausted_ = exhausted_ || room == nullptr;
+    if (exhausted_) return false;
     buffer_.extend(digitsOf(number, {room, longest}).size());
     return true;
 }
@@ -38,8 +38,8 @@ bool Output::appendBetween(std::string_view before, std::string_view text,
                            std::string_view after) noexcept {
     const std::size_t size = before.size() + text.size() + after.size();
     std::uint8_t* room = buffer_.room(size);
-    failed_ = failed_ || room == nullptr;
-    if (failed_) return false;
+    exhausted_ = exhausted_ || room == nullptr;
+    if (exhausted_) return false;
     for (const std::string_view part : {before, text, after}) {
         room = std::copy(part.begin(), part.end(), room);
     }
@@ -58,51 +58,65 @@ bool Output::appendNumber(std::uint64_t number, std::size_t width) noexcept {
 bool Output::appendData(Interfaces::Stripe& data, std::uint8_t& last) noexcept {
     const std::uint64_t size = data.size();
     for (std::uint64_t position = 0; position < size;) {
-        const std::uint64_t left = size - position;
-        const std::span<const std::uint8_t> window = data.window(position);
-        if (window.size() >= std::min<std::uint64_t>(left, blockSize)) {
-            const std::uint64_t count = std::min<std::uint64_t>(window.size(), left);
-            last = window[count - 1];
-            if (count < blockSize ? !keep(window.data(), count)
-                                  : !flush() || !send(window.data(), count)) {
-                return false;
-            }
-            position += count;
-        } else {
-            const std::uint64_t count = std::min<std::uint64_t>(left, blockSize);
-            if (data.position(position) != position || !readInto(data, count)) return false;
-            last = buffer_.span().back();
-            position += count;
-        }
-        if (!release()) return false;
+        const std::uint64_t taken = appendSome(data, position, size - position, last);
+        if (taken == 0) return false;
+        position += taken;
+        release();
     }
     return true;
 }
 
-bool Output::readInto(Interfaces::Stripe& data, std::uint64_t count) noexcept {
+std::uint64_t Output::appendSome(Interfaces::Stripe& data, std::uint64_t position,
+                                 std::uint64_t left, std::uint8_t& last) noexcept {
+    const std::uint64_t block = std::min<std::uint64_t>(left, blockSize);
+    if (block == blockSize) flush();
+    // Only now: writing to the target may move what data of the same storage shows.
+    const std::span<const std::uint8_t> window = data.window(position);
+    if (window.size() < block) return appendRead(data, position, block, last);
+
+    const bool direct = block == blockSize && !heldByTarget(window);
+    const auto bytes = window.first(direct ? std::min<std::uint64_t>(window.size(), left) : block);
+    last = bytes.back();
+    if (direct) {
+        send(bytes);
+    } else if (!keep(bytes.data(), bytes.size())) {
+        return 0;
+    }
+    return bytes.size();
+}
+
+std::uint64_t Output::appendRead(Interfaces::Stripe& data, std::uint64_t position,
+                                 std::uint64_t count, std::uint8_t& last) noexcept {
     std::uint8_t* const room = buffer_.room(count);
-    if (room == nullptr || data.readBytes(room, count) != count) return false;
+    if (exhausted_ || room == nullptr || data.position(position) != position) return 0;
+    if (data.readBytes(room, count) != count) return 0;
     buffer_.extend(count);
-    return true;
+    last = room[count - 1];
+    return count;
+}
+
+bool Output::heldByTarget(std::span<const std::uint8_t> window) const noexcept {
+    const std::span<const std::uint8_t> held = target_.window(0);
+    const std::less<> before;
+    return !held.empty() && !before(window.data(), held.data()) &&
+           before(window.data(), held.data() + held.size());
 }
 
 void Output::takeBack(std::uint64_t offset) noexcept {
-    const std::uint64_t kept = offset > sent_ ? offset - sent_ : 0;
+    const std::uint64_t kept = offset > gone_ ? offset - gone_ : 0;
     if (kept < buffer_.size()) buffer_.truncate(kept);
 }
 
 bool Output::flush() noexcept {
-    if (!send(buffer_.data(), buffer_.size())) return false;
+    send(buffer_.span());
     buffer_.clear();
-    return true;
+    return !failed();
 }
 
-bool Output::send(const std::uint8_t* bytes, std::uint64_t count) noexcept {
-    if (failed_) return false;
-    if (count == 0) return true;
-    failed_ = target_.writeBytes(bytes, count) != count;
-    if (!failed_) sent_ += count;
-    return !failed_;
+void Output::send(std::span<const std::uint8_t> bytes) noexcept {
+    if (bytes.empty()) return;
+    if (!failed()) targetFailed_ = target_.writeBytes(bytes.data(), bytes.size()) != bytes.size();
+    gone_ += bytes.size();
 }
 
 } // namespace Libraries::Files::PDF

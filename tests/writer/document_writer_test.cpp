@@ -161,9 +161,31 @@ TEST(DocumentWriter, TellsHowFarAFailingTargetCame) {
                                                                 : trailer;
             EXPECT_EQ(code, expected) << call;
             EXPECT_TRUE(log.text().ends_with(end)) << call << log.text();
+            EXPECT_EQ(log.text().find("retrieve"), std::string::npos) << "not the data's fault";
             EXPECT_TRUE(whole.starts_with(contentsOf(written))) << call;
         }
     }
+}
+
+TEST(DocumentWriter, RefusesWhatItsDataLiesIn) {
+    const std::string file =
+        DocumentBuilder::minimal().stream(5, "", std::string(300'000, 'd')).bytes();
+    const auto source = stripeOf(file);
+    const auto document = Document::create(source);
+    const auto held = Host::MemoryStripe::create(noise(300'000));
+    const RecordingLog log;
+    for (const auto& target : {source, held}) {
+        dynamic_cast<StreamObj&>(*streamOf(*document, 4)).strmData(held);
+        const std::string before = contentsOf(target);
+        EXPECT_FALSE(document->write(target));
+        EXPECT_EQ(Host::Error::get(), InvalidArgument);
+        EXPECT_TRUE(contentsOf(target) == before);
+    }
+    const std::string line = "A document cannot be written into what its data lies in\n";
+    EXPECT_EQ(log.text(), line + line);
+    // Behind an adapter nobody can tell; what grows meanwhile is not read where it was.
+    source->position(file.size());
+    EXPECT_TRUE(document->write(Adapters::Stripe::ElementSize::create(source, 4)));
 }
 
 /// The bytes that a value adds to an output; where it fails, the code and the messages too.
