@@ -42,7 +42,7 @@ function layer(path) {
     if (path ~ /^include\/host\//) return "public-host"
     if (path == "include/pdf/errors.h") return "codes"
     if (path ~ /^include\/pdf\//) return "public-pdf"
-    if (path ~ /^src\/document\/(state|object[-_]?table)/) return "state"
+    if (path ~ /^src\/document\/(state|object_table|stream_length)/) return "state"
     if (path ~ /^src\/(host|values|document|reader|writer|compose|forms)\//) {
         split(path, part, "/")
         return part[2]

@@ -1,5 +1,6 @@
 #include "reader/stream_data.h"
 
+#include "document/stream_length.h"
 #include "host/pump.h"
 #include "values/dictionary.h"
 #include "values/failure.h"
@@ -10,6 +11,7 @@
 
 #include <limits>
 #include <optional>
+#include <utility>
 
 namespace Libraries::Files::PDF {
 
@@ -44,18 +46,15 @@ std::optional<Decoding> findDecoding(const Dictionary& dict) noexcept {
 
 /// The value of the Length entry, looked up in the object table where it is a reference.
 Ref<Value> findLength(const DocumentState& state, const Dictionary& dict) noexcept {
-    Ref<Value> length = dict.find("Length"_str);
-    if (!length) return fail(LengthInvalid, "Stream has no Length entry");
-    if (length->type() != Value::Type::ObjectRef) return length;
-
-    const ObjectRef* ref = as<ObjectRef>(length);
-    const Object* object = ref != nullptr ? state.find(*ref) : nullptr;
-    if (object == nullptr) {
+    StreamLength length = findStreamLength(state, dict);
+    if (!length.entry) return fail(LengthInvalid, "Stream has no Length entry");
+    if (!length.resolved) {
         return fail(LengthInvalid, "Failed to resolve Length object reference");
     }
-    length = object->value();
-    if (!length) return fail(LengthInvalid, "Resolved Length object reference has no value");
-    return length;
+    if (!length.value) {
+        return fail(LengthInvalid, "Resolved Length object reference has no value");
+    }
+    return std::move(length.value);
 }
 
 std::optional<std::uint64_t> readLength(const DocumentState& state, const Dictionary& dict,
@@ -71,14 +70,12 @@ std::optional<std::uint64_t> readLength(const DocumentState& state, const Dictio
     }
     const Number* number = as<Number>(value);
     if (number == nullptr) return invalid("Stream Length attribute is not a Number");
-    if (number->fraction() != 0 || number->integer() < 0) {
-        return invalid("Stream Length attribute value is invalid: ", value);
-    }
-    // Both are below 2^63, or the offset lies in the source: the sum cannot wrap around unnoticed.
-    const auto length = static_cast<std::uint64_t>(number->integer());
+    const auto length = wholeLength(*number);
+    if (!length) return invalid("Stream Length attribute value is invalid: ", value);
     const std::uint64_t size = state.source->size();
-    if (length > size - offset) {
-        return invalid("Stream end ", offset + length,
+    if (*length > size - offset) {
+        // Both are below 2^63, or the offset lies in the source: the sum cannot wrap around.
+        return invalid("Stream end ", offset + *length,
                        " is out of range of underlying file: ", size);
     }
     return length;
@@ -124,7 +121,8 @@ Ref<Interfaces::Stripe> copyOf(Interfaces::Stripe& view) {
         return fail(OutOfRange, "Stream size is too large: ", size);
     }
     Host::ByteBuffer copy;
-    if (!copy.resize(size) || view.readBytes(copy.data(), size) != size) {
+    const bool read = copy.resize(size) && (size == 0 || view.readBytes(copy.data(), size) == size);
+    if (!read) {
         return fail(StepFailed, "Failed to read from to be cached stream's data");
     }
     Ref<Interfaces::Stripe> stripe = Host::MemoryStripe::create(std::move(copy));

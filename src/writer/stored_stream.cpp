@@ -1,5 +1,6 @@
 #include "writer/stored_stream.h"
 
+#include "document/stream_length.h"
 #include "values/failure.h"
 
 #include <host/string.h>
@@ -28,27 +29,23 @@ Ref<Dictionary> StoredStream::dict() const noexcept {
 }
 
 Ref<NumberObj> StoredStream::length(const Dictionary& dict) const noexcept {
-    Ref<Value> entry = dict.find("Length"_str);
-    if (!entry) {
+    const StreamLength length = findStreamLength(state_, dict);
+    if (!length.entry) {
         return fail(StreamObjectInvalid, "No length entry in dictionary of stream ", id());
     }
-    if (const ObjectRef* ref = ofKind<ObjectRef>(entry)) {
-        const Object* object = state_.find(*ref);
-        if (object == nullptr) {
-            return fail(StreamObjectInvalid, "Failed to resolve length reference to object ", entry,
-                        " for stream ", id());
-        }
-        Ref<Value> value = object->value();
-        if (ofKind<Number>(value) == nullptr) {
-            return fail(StreamObjectInvalid, "Length object ", entry,
-                        " is not a valid number for stream ", id());
-        }
-        entry = std::move(value);
-    } else if (ofKind<Number>(entry) == nullptr) {
-        return fail(StreamObjectInvalid, "Length entry is not valid in dictionary of stream ",
-                    id());
+    if (length.ref != nullptr && !length.resolved) {
+        return fail(StreamObjectInvalid, "Failed to resolve length reference to object ",
+                    length.entry, " for stream ", id());
     }
-    auto* number = dynamic_cast<NumberObj*>(entry.get());
+    if (ofKind<Number>(length.value) == nullptr) {
+        if (length.ref == nullptr) {
+            return fail(StreamObjectInvalid, "Length entry is not valid in dictionary of stream ",
+                        id());
+        }
+        return fail(StreamObjectInvalid, "Length object ", length.entry,
+                    " is not a valid number for stream ", id());
+    }
+    auto* number = dynamic_cast<NumberObj*>(length.value.get());
     if (number == nullptr) {
         return fail(StreamObjectInvalid, "Failed to cast Length number to LengthObj for stream ",
                     id());
@@ -68,14 +65,6 @@ Ref<Interfaces::BlockFilter> StoredStream::compressor() const noexcept {
         return fail(CodingFailed, "Failed to create compressor block filter for stream ", id());
     }
     return filter;
-}
-
-Ref<Value> lengthValue(const DocumentState& state, const Dictionary& dict) noexcept {
-    Ref<Value> entry = dict.find("Length"_str);
-    const ObjectRef* ref = ofKind<ObjectRef>(entry);
-    if (ref == nullptr) return entry;
-    const Object* object = state.find(*ref);
-    return object != nullptr ? object->value() : nullptr;
 }
 
 } // namespace Libraries::Files::PDF

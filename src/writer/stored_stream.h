@@ -42,7 +42,4 @@ private:
     std::optional<std::uint32_t> id_;
 };
 
-/// What a stream's Length entry leads to, or null. Logs nothing.
-[[nodiscard]] Ref<Value> lengthValue(const DocumentState& state, const Dictionary& dict) noexcept;
-
 } // namespace Libraries::Files::PDF

@@ -1,5 +1,6 @@
 #include "writer/stream_encoder.h"
 
+#include "document/stream_length.h"
 #include "host/pump.h"
 #include "values/dictionary.h"
 #include "values/failure.h"
@@ -47,6 +48,7 @@ private:
     [[nodiscard]] Ref<Interfaces::Stripe> dataOf(const StoredStream& stored) const;
     [[nodiscard]] Ref<Interfaces::Stripe> viewOf(const StoredStream& stored) const;
     void viewStreamsThatShareLengths();
+    [[nodiscard]] bool readable(const StreamObj& stream) const noexcept;
     void view(const ObjectTable::Slot& slot);
     [[nodiscard]] Ref<Interfaces::BlockFilter> converter(const StoredStream& stored) const noexcept;
     [[nodiscard]] Ref<Interfaces::Stripe> convert(const StoredStream& stored,
@@ -154,7 +156,7 @@ void StreamEncoder::viewStreamsThatShareLengths() {
         const Ref<Value> value = slot.object->value();
         const auto* stream = dynamic_cast<const StreamObj*>(value.get());
         const Ref<Dictionary> dict = stream != nullptr ? stream->dict() : nullptr;
-        const Ref<Value> length = dict ? lengthValue(state_, *dict) : nullptr;
+        const Ref<Value> length = dict ? findStreamLength(state_, *dict).value : nullptr;
         if (!length) continue;
         const auto [first, alone] = firsts.try_emplace(length.get(), &slot);
         if (alone) continue;
@@ -163,10 +165,20 @@ void StreamEncoder::viewStreamsThatShareLengths() {
     }
 }
 
+/// Whether the data of a stream that lies in the source can be had; one whose data cannot be had
+/// fails when its turn comes, if it comes.
+bool StreamEncoder::readable(const StreamObj& stream) const noexcept {
+    const Ref<Value> length = findStreamLength(state_, *stream.dict()).value;
+    const Number* number = ofKind<Number>(length);
+    const auto wanted = number != nullptr ? wholeLength(*number) : std::nullopt;
+    const std::uint64_t size = state_.source->size();
+    return wanted && stream.strmOfs() < size && *wanted <= size - stream.strmOfs();
+}
+
 void StreamEncoder::view(const ObjectTable::Slot& slot) {
     const Ref<Value> value = slot.object->value();
     auto* const stream = dynamic_cast<StreamObj*>(value.get());
-    if (stream->strmData()) return;
+    if (stream->strmData() || !readable(*stream)) return;
     const auto [place, isNew] = views_.try_emplace(stream);
     if (isNew) place->second = viewOf(StoredStream(state_, *stream, slot.id));
 }
@@ -229,7 +241,9 @@ void StreamEncoder::undo() noexcept {
 } // namespace
 
 bool setCompression(DocumentState& state, Compression target, const ReadRaw& readRaw) {
-    if (target == Compression::Unknown) return fail(InvalidArgument);
+    if (target != Compression::None && target != Compression::FlateDecode) {
+        return fail(InvalidArgument);
+    }
     return StreamEncoder(state, target, readRaw).run();
 }
 

@@ -89,8 +89,12 @@ TEST(StreamEncoder, GoesFromPlainToFlateAndBackWithoutATrace) {
             ASSERT_TRUE(decoded(*document, object->id()) == decoded(*original, object->id()));
         }
     }
-    EXPECT_FALSE(open(files[0])->setCompression(Compression::Unknown));
-    EXPECT_EQ(Host::Error::get(), InvalidArgument);
+    for (const auto unfit : {Compression::Unknown, static_cast<Compression>(3)}) {
+        const auto document = open(files[0]);
+        EXPECT_FALSE(document->setCompression(unfit));
+        EXPECT_EQ(Host::Error::get(), InvalidArgument);
+        EXPECT_FALSE(document->changed());
+    }
 }
 
 /// Five compressed streams, 5 to 9, of which 5 has its Length in object 10; `fault` is the body of
@@ -175,6 +179,20 @@ TEST(StreamEncoder, KeepsTheDataOfStreamsThatShareALength) {
     const std::string before = snapshot(*broken);
     EXPECT_FALSE(broken->setCompression(Compression::FlateDecode));
     EXPECT_EQ(snapshot(*broken), before);
+}
+
+TEST(StreamEncoder, SaysNothingOfALengthThatNobodyNeeds) {
+    const std::string filter = "/Filter /DCTDecode /Length 8 0 R";
+    const DocumentBuilder builder = DocumentBuilder::minimal()
+                                        .object(5, body(filter, "one"))
+                                        .object(6, body(filter, "other"))
+                                        .object(8, "99999");
+    const auto document = open(builder.bytes());
+    RecordingLog log;
+    EXPECT_TRUE(document->setCompression(Compression::None));
+    EXPECT_EQ(log.text(), "");
+    EXPECT_FALSE(document->setCompression(Compression::FlateDecode));
+    EXPECT_EQ(log.entries().size(), 2U) << "each once: " << log.text();
 }
 
 TEST(StreamDataWriter, WritesAsTheFilterSays) {
