@@ -55,10 +55,23 @@ std::vector<Ref<Name>> ButtonObj::states() const noexcept {
     });
 }
 
+namespace {
+
+/// An option as the name of a state: a name itself, or a string by its text. Null for anything
+/// else.
+Ref<Name> asState(const Ref<Value>& option) noexcept {
+    if (Name* name = ofKind<Name>(option)) return Ref<Name>(name);
+    const String* string = ofKind<String>(option);
+    const Ref<Host::String> text = string != nullptr ? string->asText() : nullptr;
+    return text ? Name::create(text) : nullptr;
+}
+
+} // namespace
+
 std::vector<Ref<Name>> ButtonObj::statesOfOptions(const Array& options) const {
     std::vector<Ref<Name>> names;
     for (std::uint64_t index = 0; index < options.size(); ++index) {
-        Ref<Name> name(ofKind<Name>(options.get(index)));
+        Ref<Name> name = asState(options.get(index));
         if (!name) {
             return failField(StepFailed, "Failed to convert Opt entry ", index,
                              " to Name for field ", fullName());

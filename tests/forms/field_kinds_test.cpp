@@ -138,7 +138,9 @@ TEST(ButtonField, OffersStates) {
     } rows[] = {
         {"/AP << /N << /On null /Off null >> >>", "Off On ", ""},
         {"/AP << /N 21 0 R >> /Opt [ /b /a ]", "b a ", ""},
-        {"/AP 22 0 R /Opt [ /b (a) ]", "", "Failed to convert Opt entry 1h (1) to Name"},
+        {"/AP 22 0 R /Opt [ /b (a) <FEFF00E9> ]", "b a \u00E9 ", ""},
+        {"/AP 22 0 R /Opt [ (b) 1 ]", "", "Failed to convert Opt entry 1h (1) to Name"},
+        {"/AP 22 0 R /Opt [ () ]", "", "Failed to convert Opt entry 0h (0) to Name"},
         {"/AP 22 0 R /Opt [ ]", "", "No entries in Opt array"},
         {"", "", "No AP dictionary"},
         {"/AP << /N 4 0 R >>", "", "No N dictionary in AP dictionary"},
