@@ -18,8 +18,12 @@ namespace Host {
 class FILES_PDF_EXPORT FileSource : public Adapters::Stripe::Base {
 public:
     /// Opens the regular file at `path`. Null with `FileNotOpened`, `NotARegularFile` or
-    /// `OutOfMemory` set on failure. The size is taken once, here; a file that shrinks later
-    /// gives short reads.
+    /// `OutOfMemory` set on failure.
+    ///
+    /// Once the file that was opened has been written to, cut or extended, as its size and its time
+    /// of modification tell, reads come up short, with `FileNotRead` set and a message through the
+    /// global filter. A new file put in its place (by renaming, as `FileTarget` does) does no harm:
+    /// what is read stays the file that was opened.
     [[nodiscard]] static Ref<FileSource> open(std::string_view path) noexcept;
 };
 

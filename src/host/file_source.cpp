@@ -1,5 +1,6 @@
 #include "host/descriptor.h"
 #include "host/guard.h"
+#include "host/message.h"
 
 #include <host/files.h>
 
@@ -20,10 +21,27 @@ constexpr std::uint64_t directRead = std::uint64_t{64} << 10;
 
 static_assert(sizeof(off_t) == sizeof(std::int64_t), "files beyond 2 GiB need a 64-bit off_t");
 
+/// What tells that a file was written to. The descriptor stays with the file that was opened, so
+/// that another one in its place does not matter.
+struct Stamp {
+    explicit Stamp(const struct stat& status) noexcept
+        : size(status.st_size),
+          seconds(status.st_mtim.tv_sec),
+          nanoseconds(status.st_mtim.tv_nsec) {}
+    bool operator==(const Stamp&) const noexcept = default;
+
+    off_t size;
+    time_t seconds;
+    long nanoseconds;
+};
+
 class DescriptorSource final : public FileSource {
 public:
-    DescriptorSource(Descriptor file, std::uint64_t size, ByteBuffer buffer) noexcept
-        : file_(std::move(file)), size_(size), buffer_(std::move(buffer)) {}
+    DescriptorSource(Descriptor file, const struct stat& status, ByteBuffer buffer) noexcept
+        : file_(std::move(file)),
+          stamp_(status),
+          size_(static_cast<std::uint64_t>(status.st_size)),
+          buffer_(std::move(buffer)) {}
 
     [[nodiscard]] std::uint64_t size() const noexcept override { return size_; }
     [[nodiscard]] std::uint64_t position() const noexcept override { return position_; }
@@ -39,9 +57,11 @@ public:
 private:
     std::uint64_t readFile(std::uint8_t* buffer, std::uint64_t count,
                            std::uint64_t position) noexcept;
+    [[nodiscard]] bool unchanged() noexcept;
     void fill() noexcept;
 
     Descriptor file_;
+    Stamp stamp_;
     std::uint64_t size_;
     std::uint64_t position_ = 0;
     ByteBuffer buffer_;
@@ -94,7 +114,16 @@ std::uint64_t DescriptorSource::readFile(std::uint8_t* buffer, std::uint64_t cou
         }
         done += static_cast<std::uint64_t>(got);
     }
-    return done;
+    // Behind the reading: what was changed while it went on is not to be used either.
+    return unchanged() ? done : 0;
+}
+
+bool DescriptorSource::unchanged() noexcept {
+    struct stat status {};
+    if (::fstat(file_.get(), &status) == 0 && Stamp(status) == stamp_) return true;
+    log(SysLogFilter::global, LogLevel::Error, "The file has been changed since it was opened");
+    Error::set(FileNotRead);
+    return false;
 }
 
 void DescriptorSource::fill() noexcept {
@@ -129,8 +158,7 @@ Ref<FileSource> openSource(std::string_view path) {
 
     ByteBuffer buffer;
     if (!buffer.reserve(largestFill)) return nullptr;
-    return make<DescriptorSource>(std::move(file), static_cast<std::uint64_t>(status.st_size),
-                                  std::move(buffer));
+    return make<DescriptorSource>(std::move(file), status, std::move(buffer));
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 #include "support/bytes.h"
+#include "support/recording_log.h"
 
 #include <host/files.h>
 #include <host/stripe.h>
@@ -9,9 +10,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <sched.h>
 #include <thread>
 
@@ -92,12 +95,34 @@ TEST_F(Files, AreReadInAnyOrder) {
         const auto window = source->window(position);
         ASSERT_TRUE(std::equal(window.begin(), window.end(), expected)) << position;
     }
-    fs::resize_file(path("f"), 100'000);
-    for (const std::uint64_t block : {1000U, 900'000U}) {
-        Host::Error::set(Host::NoError);
-        source->position(0);
-        EXPECT_EQ(readAll(*source, block).size(), 100'000U) << "cut while open";
-        EXPECT_EQ(Host::Error::get(), Host::FileNotRead);
+}
+
+TEST_F(Files, AreNotReadOnceTheyHaveChanged) {
+    const std::tuple<const char*, bool, std::function<void(const std::string&)>> rows[] = {
+        {"cut", true, [](const auto& file) { fs::resize_file(file, 400'000); }},
+        {"longer", true, [](const auto& file) { std::ofstream(file, std::ios::app) << "more"; }},
+        {"written to", true,
+         [](const auto& file) {
+             fs::last_write_time(file, fs::last_write_time(file) + std::chrono::microseconds(1));
+         }},
+        {"removed", false, [](const auto& file) { fs::remove(file); }},
+        {"replaced", false, [](const auto& file) {
+             const auto target = FileTarget::create(file);
+             EXPECT_TRUE(target->writeBytes(bytesOf("new").data(), 3) == 3 && target->commit());
+         }}};
+    for (const auto& [name, fails, change] : rows) {
+        for (const std::uint64_t block : {1000U, 300'000U}) {
+            write(data);
+            const auto source = FileSource::open(path("f"));
+            change(path("f"));
+            const Testing::RecordingLog log;
+            Host::Error::set(Host::NoError);
+            const Bytes all = readAll(*source, block);
+            EXPECT_TRUE(all == (fails ? Bytes() : data)) << name << block;
+            EXPECT_EQ(Host::Error::get() == Host::FileNotRead, fails) << name;
+            EXPECT_EQ(log.text(), fails ? "The file has been changed since it was opened\n" : "")
+                << name;
+        }
     }
 }
 
@@ -237,6 +262,16 @@ TEST(ElementSize, PresentsBytesAsElementsAndBack) {
     EXPECT_EQ(elements->read(wide.data(), wide.size()), 2000U);
     EXPECT_TRUE(std::equal(data.begin() + 1000, data.end(), wide.begin()));
     EXPECT_EQ(elements->window(3).data(), memory->bytes().data() + 3);
+    // There is room for what is left, and for no more.
+    for (const std::uint64_t wanted : {std::uint64_t{6}, std::uint64_t{3000}, UINT64_MAX}) {
+        for (Interfaces::Stripe* stripe : {static_cast<Interfaces::Stripe*>(memory.get()),
+                                           static_cast<Interfaces::Stripe*>(elements.get())}) {
+            std::vector<std::uint32_t> exact(5, 1);
+            stripe->position(data.size() - 5);
+            EXPECT_EQ(stripe->read(exact.data(), wanted), 5U) << wanted;
+            EXPECT_TRUE(std::equal(exact.begin(), exact.end(), data.end() - 5)) << wanted;
+        }
+    }
     EXPECT_FALSE(ElementSize::create(memory, 2));
     EXPECT_EQ(Host::Error::get(), Host::InvalidArgument);
     EXPECT_FALSE(ElementSize::create(nullptr, 4));
