@@ -1,7 +1,7 @@
+#include "host/slab_heap.h"
+
 #include <host/heap.h>
 
-#include <atomic>
-#include <cstdint>
 #include <cstdlib>
 
 // Sanitizers and the tests of exhausted memory want to see every single piece.
@@ -20,89 +20,12 @@ namespace Host {
 
 #if FILES_PDF_SLABS
 
-namespace {
-
-/// A slab begins at a multiple of its size, so that a piece's address tells its slab.
-constexpr std::size_t slabSize = 65536;
-constexpr std::size_t largestPiece = 2048;
-
-/// Head of a slab. `open` stands for the pieces that its thread may still cut: the slab cannot go
-/// back before the thread has closed it.
-struct Slab {
-    static constexpr std::uint32_t open = 1U << 30;
-
-    std::atomic<std::uint32_t> live{open};
-};
-
-constexpr std::size_t firstPiece = 16;
-static_assert(sizeof(Slab) <= firstPiece);
-
-/// The slab that a thread cuts from. Trivial to destroy, since it may be used to the very end of
-/// the thread; `Closing` closes the slab before that.
-struct Cutter {
-    Slab* slab;
-    std::size_t used;
-    std::uint32_t cut;
-};
-
-void drop(Slab* slab, std::uint32_t count) noexcept {
-    if (slab->live.fetch_sub(count, std::memory_order_acq_rel) != count) return;
-    slab->~Slab();
-    std::free(slab);
-}
-
-void close(Cutter& cutter) noexcept {
-    if (cutter.slab != nullptr) drop(cutter.slab, Slab::open - cutter.cut);
-    cutter = {nullptr, slabSize, 0};
-}
-
-bool openSlab(Cutter& cutter) noexcept {
-    close(cutter);
-    void* memory = std::aligned_alloc(slabSize, slabSize);
-    if (memory == nullptr) return false;
-    cutter = {new (memory) Slab, firstPiece, 0};
-    return true;
-}
-
-struct Closing {
-    Cutter& cutter;
-    ~Closing() { close(cutter); }
-};
-
-constinit thread_local Cutter threadCutter{nullptr, slabSize, 0};
-
-[[gnu::noinline]] bool refill(Cutter& cutter) noexcept {
-    thread_local Closing closing{cutter};
-    return openSlab(closing.cutter);
-}
-
-/// The alignment that a type of this size may need.
-std::size_t place(std::size_t used, std::size_t size) noexcept {
-    return size % 16 == 0 ? (used + 15) & ~std::size_t{15} : used;
-}
-
-} // namespace
-
 void* Heap::alloc(std::size_t size) noexcept {
-    size = (size + 7) & ~std::size_t{7};
-    if (size > largestPiece || size == 0) return std::malloc(size);
-    Cutter& cutter = threadCutter;
-    std::size_t at = place(cutter.used, size);
-    if (at + size > slabSize) {
-        if (!refill(cutter)) return nullptr;
-        at = place(cutter.used, size);
-    }
-    cutter.used = at + size;
-    ++cutter.cut;
-    return reinterpret_cast<unsigned char*>(cutter.slab) + at;
+    return SlabHeap::alloc(size);
 }
 
 void Heap::free(void* piece, std::size_t size) noexcept {
-    size = (size + 7) & ~std::size_t{7};
-    if (size > largestPiece || size == 0) return std::free(piece);
-    if (piece == nullptr) return;
-    const std::size_t offset = reinterpret_cast<std::uintptr_t>(piece) % slabSize;
-    drop(reinterpret_cast<Slab*>(static_cast<unsigned char*>(piece) - offset), 1);
+    SlabHeap::free(piece, size);
 }
 
 #else
