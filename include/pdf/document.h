@@ -64,8 +64,9 @@ public:
     /// Writes the whole document, always as a complete new file, from the start of `target` on,
     /// which should be empty. Sets the trailer's Size. A target that fails holds a truncated file.
     ///
-    /// False with `NullArgument`, `InvalidArgument` (elements not of 32 bits), `VersionNotWritten`,
-    /// `ObjectNotWritten` or `TrailerNotWritten` set.
+    /// False with `NullArgument`, `InvalidArgument` (elements not of 32 bits; a target that is the
+    /// document's own source or holds a stream's data, to which nothing is written then),
+    /// `VersionNotWritten`, `ObjectNotWritten` or `TrailerNotWritten` set.
     [[nodiscard]] virtual bool write(Ref<Interfaces::Stripe> target) noexcept = 0;
 
     /// A stream's data, 32-bit elements, one for each byte: raw as it is encoded, or decoded where
@@ -99,8 +100,9 @@ public:
     /// page, 3 page by page and the last foreign page beneath the rest.
     ///
     /// The foreign document is only read and may be released afterwards. References in what is
-    /// copied are followed, each as often as it is met: through 512 levels, and up to 1,048,576
-    /// objects for one copied value.
+    /// copied are followed, each as often as it is met: through 512 levels, up to 1,048,576 objects
+    /// for one copied value, and in all up to 64 copies of what the foreign document holds, objects
+    /// and bytes, for each page that changes.
     ///
     /// False with one of the codes `NullArgument`, `PageTreeInvalid`, `PageInvalid`,
     /// `StreamNotCopied`, `StepFailed`, `ForeignPageEmpty` to `ForeignStreamUnread` set; page
@@ -109,9 +111,11 @@ public:
                                              std::uint32_t mode) noexcept = 0;
 
     /// Re-encodes the data of every stream to `target`, all or nothing. Streams with an array of
-    /// filters are left alone. False with `InvalidArgument` (`Unknown`), `NoValue`,
-    /// `StreamDictionaryMissing`, `FilterNotUpdated`, `CodingFailed` or `StreamObjectInvalid` set;
-    /// the document is then as it was.
+    /// filters are left alone. False with `InvalidArgument` (neither `None` nor `FlateDecode`),
+    /// `NoValue`, `StreamDictionaryMissing`, `FilterNotUpdated`, `CodingFailed` or
+    /// `StreamObjectInvalid` set; all data is then as it was. The streams that were put back, and
+    /// their dictionaries, report no change any more, even where they did before the call: who needs
+    /// `changed()` asks it first.
     [[nodiscard]] virtual bool setCompression(Compression target) noexcept = 0;
 
     /// Every object of the document, in table order. Empty, with `NotSupported` set, for a document

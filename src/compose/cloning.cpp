@@ -31,12 +31,6 @@ private:
     bool kept_ = false;
 };
 
-Ref<Value> cloneString(const String& string) {
-    if (Ref<Host::String> text = string.text()) return newValue<StringObj>(std::move(text));
-    if (auto bytes = string.bytes()) return newValue<StringObj>(std::move(bytes));
-    return fail(InvalidArgument, "Invalid String value to be cloned");
-}
-
 /// Copies a value under the interface of its kind.
 template <class Interface, class Copy>
 Ref<Value> cloneAs(const Ref<Value>& value, const char* castMessage, Copy copy) {
@@ -69,11 +63,17 @@ Ref<ObjectRef> Cloner::addClonedObject(const Ref<Value>& value, const Ref<Docume
     return undoneOnFailure([&] { return add(value, *source); });
 }
 
+bool Cloner::afford(std::uint64_t bytes, const Document& source) noexcept {
+    if (&source == &self_ || budget_.takeValue(bytes)) return true;
+    return fail(StepFailed, "More is to be copied than a sound document needs");
+}
+
 Ref<Value> Cloner::clone(const Ref<Value>& value, Document& source) {
+    if (!afford(0, source)) return nullptr;
     switch (value->type()) {
     case Value::Type::Name:
         return cloneAs<Name>(value, "Failed to convert to be cloned name to Name",
-                             [](const auto& name) { return Name::create(name->name()); });
+                             [&](const auto& name) { return cloneName(*name, source); });
     case Value::Type::Boolean:
         return cloneAs<Boolean>(
             value, "Failed to convert to be cloned boolean to Boolean",
@@ -85,7 +85,7 @@ Ref<Value> Cloner::clone(const Ref<Value>& value, Document& source) {
             });
     case Value::Type::String:
         return cloneAs<String>(value, "Failed to convert to be cloned string to String",
-                               [](const auto& string) { return cloneString(*string); });
+                               [&](const auto& string) { return cloneString(*string, source); });
     case Value::Type::ObjectRef:
         return cloneAs<ObjectRef>(value,
                                   "Failed to convert to be cloned object reference to ObjectRef",
@@ -108,10 +108,31 @@ Ref<Value> Cloner::clone(const Ref<Value>& value, Document& source) {
     }
 }
 
+Ref<Value> Cloner::cloneName(const Name& name, const Document& source) {
+    const Ref<Host::String> text = name.name();
+    if (text && !afford(text->length(), source)) return nullptr;
+    return Name::create(text);
+}
+
+Ref<Value> Cloner::cloneString(const String& string, const Document& source) {
+    if (Ref<Host::String> text = string.text()) {
+        if (!afford(text->length(), source)) return nullptr;
+        return newValue<StringObj>(std::move(text));
+    }
+    if (auto bytes = string.bytes()) {
+        if (!afford(bytes->size(), source)) return nullptr;
+        return newValue<StringObj>(std::move(bytes));
+    }
+    return fail(InvalidArgument, "Invalid String value to be cloned");
+}
+
 Ref<ObjectRef> Cloner::add(const Ref<Value>& value, Document& source) {
     Ref<Value> copy = clone(value, source);
     if (!copy) return fail(StepFailed);
     if (target_.objects.size() - start_ >= addedLimit) return fail(StepFailed);
+    if (!budget_.takeObject()) {
+        return fail(StepFailed, "More objects are to be copied than a sound document needs");
+    }
     const std::uint32_t id = target_.nextObjectId;
     // Numbers that are used up must not begin anew.
     if (id == 0 || id == std::numeric_limits<std::uint32_t>::max()) return fail(StepFailed);
@@ -163,7 +184,7 @@ bool Cloner::cloneEntry(const Dictionary& dict, const Ref<Host::String>& key, Di
         return fail(InvalidArgument,
                     "Failed to retrieve value of key in to be cloned dictionary: ", key);
     }
-    Ref<Value> copy = clone(value, source);
+    Ref<Value> copy = afford(key->length(), source) ? clone(value, source) : nullptr;
     if (!copy) {
         return fail(InvalidArgument,
                     "Failed to clone value of key in to be cloned dictionary: ", key);
@@ -196,7 +217,7 @@ Ref<Value> Cloner::cloneStream(const Ref<Stream>& stream, Document& source) {
     const Ref<Dictionary> dict = stream->dict();
     if (!dict) return fail(InvalidArgument, "Failed to retrieve to be cloned stream's dictionary");
     Ref<SharedBytes> bytes = dataOf(stream, source);
-    if (!bytes) return nullptr;
+    if (!bytes || !afford(bytes->span().size(), source)) return nullptr;
     Ref<Interfaces::Stripe> data = Host::make<CopiedData>(std::move(bytes));
     if (!data) return fail(StepFailed, "Failed to create adapter stream");
 

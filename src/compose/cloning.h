@@ -1,6 +1,7 @@
 #pragma once
 
 #include "compose/copied_data.h"
+#include "compose/copy_budget.h"
 #include "document/state.h"
 
 #include <pdf/document.h>
@@ -14,8 +15,9 @@ namespace Libraries::Files::PDF {
 /// Copies values of other documents into a document, for one operation of that document.
 ///
 /// References are followed, each as often as it is met: what is referred to becomes an object of
-/// its own each time. No record is kept of what was seen, so two bounds end what would have no
-/// end: 512 levels of containers and references, and `addedLimit` objects for each value copied.
+/// its own each time. No record is kept of what was seen, so three bounds end what would have no
+/// end: 512 levels of containers and references, `addedLimit` objects for each value copied, and
+/// the budget of the operation.
 /// Stream data is copied as it is stored; all copies of one stream share its bytes.
 ///
 /// A copy that fails, be it for lack of memory, takes its objects out of the table again. Their
@@ -28,6 +30,9 @@ public:
     /// `self` is the document whose state `target` is.
     Cloner(DocumentState& target, const Document& self) noexcept : target_(target), self_(self) {}
 
+    /// What all copies from now on may take.
+    void budget(const CopyBudget& budget) noexcept { budget_ = budget; }
+
     /// A copy of `value`, which belongs to `source`. References of the document itself are kept.
     [[nodiscard]] Ref<Value> cloneValue(const Ref<Value>& value, const Ref<Document>& source);
     /// A reference to a new object that holds a copy of `value`, which belongs to `source`.
@@ -39,6 +44,10 @@ private:
     auto undoneOnFailure(Copy copy);
 
     Ref<Value> clone(const Ref<Value>& value, Document& source);
+    /// Whether so many bytes of `source` may be copied; those of the document itself always.
+    [[nodiscard]] bool afford(std::uint64_t bytes, const Document& source) noexcept;
+    Ref<Value> cloneName(const Name& name, const Document& source);
+    Ref<Value> cloneString(const String& string, const Document& source);
     Ref<ObjectRef> add(const Ref<Value>& value, Document& source);
     Ref<Value> cloneReference(const Ref<ObjectRef>& ref, Document& source);
     Ref<Value> cloneDictionary(const Dictionary& dict, Document& source);
@@ -51,6 +60,7 @@ private:
     DocumentState& target_;
     const Document& self_;
     StreamBytes streamBytes_;
+    CopyBudget budget_;
     unsigned depth_ = 0;
     /// Length of the object table when the copying of the current value began.
     std::size_t start_ = 0;

@@ -40,10 +40,12 @@ std::size_t pagesToChange(std::uint32_t mode, std::size_t pages, std::size_t for
 
 class Overlay {
 public:
-    Overlay(DocumentState& state, Document& self, const Ref<Document>& foreign, std::uint32_t mode)
+    Overlay(DocumentState& state, Document& self, const Ref<Document>& foreign,
+            const CopySource& available, std::uint32_t mode)
         : state_(state),
           self_(self),
           foreign_(foreign),
+          available_(available),
           mode_(mode),
           cloner_(state, self),
           resources_(self, foreign, cloner_) {}
@@ -76,6 +78,7 @@ private:
     DocumentState& state_;
     Document& self_;
     const Ref<Document>& foreign_;
+    const CopySource available_;
     const std::uint32_t mode_;
 
     std::vector<Ref<Object>> pages_;
@@ -135,6 +138,8 @@ void Overlay::assign() {
         const std::size_t beneath = std::min(index, foreignPages_.size() - 1);
         assignments_.push_back({index, pages_[index], &foreignPages_[beneath]});
     }
+    // Each page has its own copies of the resources; the content streams come on top.
+    cloner_.budget(CopyBudget(available_, std::uint64_t{count} + 1));
 }
 
 bool Overlay::mergeResources() {
@@ -199,9 +204,9 @@ bool Overlay::finish() noexcept {
 } // namespace
 
 bool addBackground(DocumentState& state, Document& self, const Ref<Document>& foreign,
-                   std::uint32_t mode) {
+                   const CopySource& available, std::uint32_t mode) {
     if (!foreign) return fail(NullArgument);
-    return Overlay(state, self, foreign, mode).run();
+    return Overlay(state, self, foreign, available, mode).run();
 }
 
 } // namespace Libraries::Files::PDF

@@ -110,7 +110,10 @@ bool DocumentObj::changed() const noexcept {
 }
 
 bool DocumentObj::addBackground(Ref<Document> foreign, std::uint32_t mode) noexcept {
-    return Host::guarded([&] { return PDF::addBackground(state_, *this, foreign, mode); });
+    const auto* own = dynamic_cast<const DocumentObj*>(foreign.get());
+    const CopySource available = own != nullptr ? copySourceOf(own->state()) : CopySource();
+    return Host::guarded(
+        [&] { return PDF::addBackground(state_, *this, foreign, available, mode); });
 }
 
 bool DocumentObj::setCompression(Compression target) noexcept {

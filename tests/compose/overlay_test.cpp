@@ -227,6 +227,50 @@ TEST(AddBackground, RestoresUpToAPageThatHadNoContents) {
     EXPECT_EQ(log.entries().back().level, Host::LogLevel::Warning);
 }
 
+/// A page whose resources have `names` that lead to object 6, `last` and so on behind it.
+Ref<Document> letterheadWith(int names, const std::vector<std::string>& objects) {
+    std::string fonts;
+    for (int name = 0; name < names; ++name)
+        fonts += "/N" + std::to_string(name) + " 6 0 R ";
+    DocumentBuilder builder = DocumentBuilder::minimal();
+    builder.object(5, "<< /Font << " + fonts + ">> >>")
+        .object(3, "<< /Type /Page /Parent 2 0 R /Contents 4 0 R /Resources 5 0 R >>");
+    std::uint32_t id = 6;
+    for (const std::string& body : objects)
+        builder.object(id++, body);
+    return open(builder.bytes());
+}
+
+TEST(AddBackground, CopiesNoMoreThanASoundDocumentNeeds) {
+    const std::string stream =
+        "<< /Length 5000 >>\nstream\n" + std::string(5000, 's') + "\nendstream";
+    std::vector<std::string> doubling;
+    for (int id = 7; id < 26; ++id)
+        doubling.push_back("[" + std::to_string(id) + " 0 R " + std::to_string(id) + " 0 R]");
+    doubling.emplace_back("(end)");
+    const std::string wide = "[" + std::string(2'000, '1') + "]";
+    const struct {
+        const char* name;
+        Ref<Document> foreign;
+        const char* message; ///< where it is refused
+    } rows[] = {{"forty users", letterheadWith(40, {"[7 0 R 8 0 R]", stream, "(end)"}), ""},
+                {"doubling, for each name", letterheadWith(4, doubling), "More objects are"},
+                {"data",
+                 letterheadWith(4, {"[7 0 R 7 0 R 7 0 R 7 0 R 7 0 R 7 0 R 7 0 R 7 0 R]",
+                                    "[8 0 R 8 0 R 8 0 R 8 0 R 8 0 R 8 0 R]", stream}),
+                 "More is"}};
+    for (const auto& row : rows) {
+        const auto document = open(DocumentBuilder::minimal().bytes());
+        const RecordingLog log;
+        EXPECT_EQ(document->addBackground(row.foreign, 0), *row.message == '\0') << row.name;
+        const std::string expected = row.message;
+        EXPECT_TRUE(log.text().starts_with(
+            expected.empty() ? "" : expected + " to be copied than a sound document needs\n"))
+            << row.name << log.text();
+        EXPECT_LT(document->getObjects().size(), 4'000U) << row.name;
+    }
+}
+
 Ref<Document> with(std::string_view resources, std::string_view other) {
     DocumentBuilder builder = DocumentBuilder::minimal();
     return open(builder.object(5, resources).object(6, other).object(7, "[/PDF]").bytes());

@@ -1,0 +1,35 @@
+#include "compose/copy_budget.h"
+
+#include "values/sub_stripe.h"
+
+namespace Libraries::Files::PDF {
+
+namespace {
+
+std::uint64_t times(std::uint64_t number, std::uint64_t factor) noexcept {
+    std::uint64_t product = 0;
+    return __builtin_mul_overflow(number, factor, &product) ? UINT64_MAX : product;
+}
+
+/// Bytes of a value's stream data that do not lie in the document's file.
+std::uint64_t bytesInMemory(const Value* value) noexcept {
+    const auto* stream = dynamic_cast<const StreamObj*>(value);
+    const Ref<Interfaces::Stripe> data = stream != nullptr ? stream->strmData() : nullptr;
+    const bool view = dynamic_cast<const SubStripe*>(data.get()) != nullptr;
+    return data && !view ? data->size() : 0;
+}
+
+} // namespace
+
+CopySource copySourceOf(const DocumentState& state) noexcept {
+    CopySource source{state.objects.size(), state.source->size()};
+    for (const ObjectTable::Slot& slot : state.objects.slots())
+        source.bytes += bytesInMemory(slot.object->value().get());
+    return source;
+}
+
+CopyBudget::CopyBudget(const CopySource& source, std::uint64_t users) noexcept
+    : objects_(times(times(source.objects, copiesOfEach), users)),
+      bytes_(times(times(source.bytes, copiesOfEach), users)) {}
+
+} // namespace Libraries::Files::PDF
