@@ -94,7 +94,7 @@ constexpr Operation operations[] = {
     {"inflate",
      [](Subject& subject) { return subject.document->setCompression(Compression::None); }},
     {"fill", filled},
-    {"underlay",
+    {"background",
      [](Subject& subject) { return subject.document->addBackground(subject.foreign, 1); }, false},
     {"write", [](Subject& subject) { return subject.document->write(subject.target); }},
     {"write a stream",

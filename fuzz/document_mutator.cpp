@@ -13,7 +13,7 @@ std::string_view textOf(Fuzzing::Bytes bytes) noexcept {
     return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
-/// What stands in front of the first document: the underlay target's mode, or nothing.
+/// What stands in front of the first document: the background target's mode, or nothing.
 std::size_t prefixOf(Fuzzing::Bytes bytes) noexcept {
     return textOf(bytes).substr(1).starts_with("%PDF-") ? 1 : 0;
 }

@@ -114,8 +114,8 @@ public:
     /// filters are left alone. False with `InvalidArgument` (neither `None` nor `FlateDecode`),
     /// `NoValue`, `StreamDictionaryMissing`, `FilterNotUpdated`, `CodingFailed` or
     /// `StreamObjectInvalid` set; all data is then as it was. The streams that were put back, and
-    /// their dictionaries, report no change any more, even where they did before the call: who needs
-    /// `changed()` asks it first.
+    /// their dictionaries, report no change any more, even where they did before the call: who
+    /// needs `changed()` asks it first.
     [[nodiscard]] virtual bool setCompression(Compression target) noexcept = 0;
 
     /// Every object of the document, in table order. Empty, with `NotSupported` set, for a document

@@ -119,9 +119,9 @@ public:
     [[nodiscard]] virtual Ref<Name> state() const noexcept = 0;
     /// The Opt array.
     [[nodiscard]] virtual Ref<Array> options() const noexcept = 0;
-    /// The names of the appearance states: the elements of Opt (strings by their text), or else the keys of the normal
-    /// appearance. Empty, with a warning, where there are none; empty with `StepFailed` set where
-    /// an option is no name.
+    /// The names of the appearance states: the elements of Opt (strings by their text), or else the
+    /// keys of the normal appearance. Empty, with a warning, where there are none; empty with
+    /// `StepFailed` set where an option is no name.
     [[nodiscard]] virtual std::vector<Ref<Name>> states() const noexcept = 0;
 };
 

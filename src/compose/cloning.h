@@ -2,7 +2,7 @@
 
 #include "compose/copied_data.h"
 #include "compose/copy_budget.h"
-#include "document/state.h"
+#include "state/document_state.h"
 
 #include <pdf/document.h>
 #include <pdf/values.h>

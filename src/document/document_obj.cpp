@@ -1,14 +1,11 @@
 #include "document/document_obj.h"
 
-#include "compose/overlay.h"
+#include "compose/background.h"
 #include "host/guard.h"
-#include "reader/loader.h"
-#include "reader/stream_data.h"
+#include "reader/reader.h"
 #include "values/failure.h"
 #include "values/kind.h"
-#include "writer/document_writer.h"
-#include "writer/stream_data_writer.h"
-#include "writer/stream_encoder.h"
+#include "writer/writer.h"
 
 #include <algorithm>
 #include <utility>
@@ -73,11 +70,7 @@ Ref<PDF::Object> DocumentObj::getObject(const Ref<ObjectRef>& ref) const noexcep
 
 bool DocumentObj::write(Ref<Interfaces::Stripe> target) noexcept {
     if (!usable(target)) return false;
-    return Host::guarded([&] {
-        return writeDocument(state_, *target, [this](const Ref<Stream>& stream) {
-            return readStreamData(stream, false);
-        });
-    });
+    return Host::guarded([&] { return writeDocument(state_, *target); });
 }
 
 Ref<Interfaces::Stripe> DocumentObj::readStreamData(Ref<Stream> stream, bool decode) noexcept {
@@ -90,11 +83,7 @@ std::uint32_t DocumentObj::writeStreamData(Ref<Stream> stream, Ref<Interfaces::S
     auto* const own = dynamic_cast<StreamObj*>(stream.get());
     if (own == nullptr) return fail(InvalidArgument, "Failed to cast Stream to StreamObj");
     if (!usable(target)) return 0;
-    return Host::guarded([&] {
-        return PDF::writeStreamData(state_, *own, *target, encode, [this](const Ref<Stream>& held) {
-            return readStreamData(held, false);
-        });
-    });
+    return Host::guarded([&] { return PDF::writeStreamData(state_, *own, *target, encode); });
 }
 
 bool DocumentObj::cacheStreamData() noexcept {
@@ -117,11 +106,7 @@ bool DocumentObj::addBackground(Ref<Document> foreign, std::uint32_t mode) noexc
 }
 
 bool DocumentObj::setCompression(Compression target) noexcept {
-    return Host::guarded([&] {
-        return PDF::setCompression(state_, target, [this](const Ref<Stream>& stream) {
-            return readStreamData(stream, false);
-        });
-    });
+    return Host::guarded([&] { return PDF::setCompression(state_, target); });
 }
 
 } // namespace Libraries::Files::PDF

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "document/state.h"
 #include "forms/form_lookup.h"
+#include "state/document_state.h"
 
 #include <pdf/document.h>
 

@@ -71,9 +71,9 @@ Ref<PDF::Object> Document::getPageCatalog() const noexcept {
 }
 
 Host::StackVector<Ref<PDF::Object>> Document::getPages() const noexcept {
-    const Ref<PDF::Object> catalog = getPageCatalog();
-    if (!catalog) return fail(PageTreeInvalid, "Failed to retrieve pages object");
-    const Ref<Dictionary> dict = catalog->valueAsDictionary();
+    const Ref<PDF::Object> pageTree = getPageCatalog();
+    if (!pageTree) return fail(PageTreeInvalid, "Failed to retrieve pages object");
+    const Ref<Dictionary> dict = pageTree->valueAsDictionary();
     if (!dict) return fail(PageTreeInvalid, "Failed to retrieve pages object dictionary");
     const Ref<Array> kids = dict->findAsArray("Kids"_str);
     if (!kids) return fail(PageTreeInvalid, "Pages object has no valid Kids entry");

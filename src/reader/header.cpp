@@ -1,8 +1,7 @@
-#include "reader/header.h"
-
 #include "host/char_reader.h"
 #include "host/numbers.h"
 #include "reader/characters.h"
+#include "reader/file_structure.h"
 #include "values/failure.h"
 
 #include <cstdint>

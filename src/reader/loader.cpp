@@ -1,11 +1,8 @@
-#include "reader/loader.h"
-
 #include "host/cursor.h"
-#include "reader/header.h"
+#include "reader/file_structure.h"
 #include "reader/object_reader.h"
+#include "reader/reader.h"
 #include "reader/scanner.h"
-#include "reader/trailer.h"
-#include "reader/xref.h"
 #include "values/failure.h"
 
 #include <limits>

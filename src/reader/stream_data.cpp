@@ -1,7 +1,6 @@
-#include "reader/stream_data.h"
-
-#include "document/stream_length.h"
 #include "host/pump.h"
+#include "reader/reader.h"
+#include "state/raw_data.h"
 #include "values/dictionary.h"
 #include "values/failure.h"
 #include "values/scalars.h"
@@ -21,10 +20,6 @@ namespace {
 
 enum class Decoding { None, Flate };
 
-StreamObj* own(const Ref<Stream>& stream) noexcept {
-    return dynamic_cast<StreamObj*>(stream.get());
-}
-
 std::optional<Decoding> findDecoding(const Dictionary& dict) noexcept {
     const Ref<Value> filter = dict.find("Filter"_str);
     if (!filter) return Decoding::None;
@@ -42,43 +37,6 @@ std::optional<Decoding> findDecoding(const Dictionary& dict) noexcept {
     if (text->equals("FlateDecode")) return Decoding::Flate;
     fail(FilterUnsupported, "Unsupported filter type ", text);
     return std::nullopt;
-}
-
-/// The value of the Length entry, looked up in the object table where it is a reference.
-Ref<Value> findLength(const DocumentState& state, const Dictionary& dict) noexcept {
-    StreamLength length = findStreamLength(state, dict);
-    if (!length.entry) return fail(LengthInvalid, "Stream has no Length entry");
-    if (!length.resolved) {
-        return fail(LengthInvalid, "Failed to resolve Length object reference");
-    }
-    if (!length.value) {
-        return fail(LengthInvalid, "Resolved Length object reference has no value");
-    }
-    return std::move(length.value);
-}
-
-std::optional<std::uint64_t> readLength(const DocumentState& state, const Dictionary& dict,
-                                        std::uint64_t offset) noexcept {
-    const auto invalid = [](const auto&... pieces) -> std::optional<std::uint64_t> {
-        fail(LengthInvalid, pieces...);
-        return std::nullopt;
-    };
-    const Ref<Value> value = findLength(state, dict);
-    if (!value) return std::nullopt;
-    if (value->type() != Value::Type::Number) {
-        return invalid("Stream Length has unexpected type: ", value->type());
-    }
-    const Number* number = as<Number>(value);
-    if (number == nullptr) return invalid("Stream Length attribute is not a Number");
-    const auto length = wholeLength(*number);
-    if (!length) return invalid("Stream Length attribute value is invalid: ", value);
-    const std::uint64_t size = state.source->size();
-    if (*length > size - offset) {
-        // Both are below 2^63, or the offset lies in the source: the sum cannot wrap around.
-        return invalid("Stream end ", offset + *length,
-                       " is out of range of underlying file: ", size);
-    }
-    return length;
 }
 
 const char* decodingMessage(Host::PumpResult result) noexcept {
@@ -130,31 +88,17 @@ Ref<Interfaces::Stripe> copyOf(Interfaces::Stripe& view) {
     return stripe;
 }
 
-void attach(StreamObj& stream, Ref<Interfaces::Stripe> data) noexcept {
-    stream.strmData(std::move(data));
-    stream.resetChanged();
-}
-
 } // namespace
 
 Ref<Interfaces::Stripe> readStreamData(const DocumentState& state, const Ref<Stream>& stream,
                                        bool decode) {
-    if (!stream) return fail(NullArgument);
-    StreamObj* const streamObj = own(stream);
-    if (streamObj != nullptr && streamObj->strmData()) return streamObj->strmData();
-
-    const std::uint64_t offset = stream->strmOfs();
-    if (state.source->size() <= offset) return fail(OutOfRange);
-    const Ref<Dictionary> dict = stream->dict();
-    if (!dict) return fail(InvalidArgument);
-    const auto decoding = decode ? findDecoding(*dict) : Decoding::None;
+    if (!decode || !stream) return rawData(state, stream);
+    if (Ref<Interfaces::Stripe> data = attachedData(stream)) return data;
+    if (!beginsInSource(state, *stream)) return nullptr;
+    const auto decoding = findDecoding(*stream->dict());
     if (!decoding) return nullptr;
-    const auto length = readLength(state, *dict, offset);
-    if (!length) return nullptr;
-
-    const auto view = newValue<SubStripe>(state.source, offset, *length, state.monitor);
-    if (streamObj != nullptr) attach(*streamObj, view);
-    return *decoding == Decoding::Flate ? decodeFlate(*view) : view;
+    Ref<Interfaces::Stripe> view = viewOfSource(state, stream);
+    return view && *decoding == Decoding::Flate ? decodeFlate(*view) : view;
 }
 
 bool cacheStreamData(const DocumentState& state) {
@@ -165,7 +109,7 @@ bool cacheStreamData(const DocumentState& state) {
         if (stream == nullptr) {
             return fail(StepFailed, "Failed to cast to stream object: ", slot.object);
         }
-        const Ref<Interfaces::Stripe> data = readStreamData(state, Ref<Stream>(stream), false);
+        const Ref<Interfaces::Stripe> data = rawData(state, Ref<Stream>(stream));
         SubStripe* view = dynamic_cast<SubStripe*>(data.get());
         if (view == nullptr) continue;
         Ref<Interfaces::Stripe> copy = copyOf(*view);

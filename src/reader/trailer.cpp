@@ -1,9 +1,8 @@
-#include "reader/trailer.h"
-
 #include "host/char_reader.h"
 #include "host/numbers.h"
 #include "host/text.h"
 #include "reader/characters.h"
+#include "reader/file_structure.h"
 #include "values/failure.h"
 
 #include <string_view>

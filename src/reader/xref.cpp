@@ -1,8 +1,7 @@
-#include "reader/xref.h"
-
 #include "host/char_reader.h"
 #include "host/numbers.h"
 #include "host/text.h"
+#include "reader/file_structure.h"
 #include "values/failure.h"
 
 #include <array>

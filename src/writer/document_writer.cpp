@@ -1,9 +1,8 @@
-#include "writer/document_writer.h"
-
 #include "values/failure.h"
 #include "values/scalars.h"
 #include "writer/output.h"
 #include "writer/serializer.h"
+#include "writer/writer.h"
 
 #include <algorithm>
 #include <string_view>
@@ -48,11 +47,8 @@ std::string_view headerOf(PdfVersion version) noexcept {
 
 class DocumentWriter {
 public:
-    DocumentWriter(DocumentState& state, Interfaces::Stripe& target,
-                   Serializer::StreamData streamData)
-        : state_(state),
-          output_(target),
-          serializer_(output_, state.lineEnding, std::move(streamData)) {}
+    DocumentWriter(DocumentState& state, Interfaces::Stripe& target) noexcept
+        : state_(state), output_(target), serializer_(output_, state) {}
 
     bool write() {
         const bool written = writeHeader() && writeObjects() && writeXrefAndTrailer();
@@ -234,12 +230,11 @@ bool liesIn(const DocumentState& state, const Interfaces::Stripe& target) {
 
 } // namespace
 
-bool writeDocument(DocumentState& state, Interfaces::Stripe& target,
-                   const std::function<Ref<Interfaces::Stripe>(const Ref<Stream>&)>& streamData) {
+bool writeDocument(DocumentState& state, Interfaces::Stripe& target) {
     if (liesIn(state, target)) {
         return fail(InvalidArgument, "A document cannot be written into what its data lies in");
     }
-    return DocumentWriter(state, target, streamData).write();
+    return DocumentWriter(state, target).write();
 }
 
 } // namespace Libraries::Files::PDF

@@ -1,5 +1,6 @@
 #include "writer/serializer.h"
 
+#include "state/raw_data.h"
 #include "values/array.h"
 #include "values/dictionary.h"
 #include "values/failure.h"
@@ -147,12 +148,12 @@ bool Serializer::writeEntry(const Host::String& key, Value* value) {
 bool Serializer::writeStream(Stream& stream) {
     const Ref<Dictionary> dict = stream.dict();
     if (!dict) return fail(InvalidArgument, "Stream has no dictionary");
-    const Ref<Interfaces::Stripe> data = streamData_(Ref<Stream>(&stream));
+    const Ref<Interfaces::Stripe> data = rawData(state_, Ref<Stream>(&stream));
     if (!data) return fail(InvalidArgument, "Failed to retrieve data of stream");
     if (!writeDictionary(*dict)) {
         return fail(StepFailed, "Failed to convert stream dictionary to buffer");
     }
-    if (!output_.append(lineEnding_) || !output_.append("stream")) return fail(StepFailed);
+    if (!output_.append(state_.lineEnding) || !output_.append("stream")) return fail(StepFailed);
     if (data->size() > std::numeric_limits<std::uint32_t>::max()) {
         return fail(OutOfRange, "Stream is too large");
     }
@@ -160,13 +161,13 @@ bool Serializer::writeStream(Stream& stream) {
 }
 
 bool Serializer::writeData(Interfaces::Stripe& data) {
-    if (data.size() == 0) return output_.append(lineEnding_);
+    if (data.size() == 0) return output_.append(state_.lineEnding);
     if (data.position(0) != 0) return fail(StepFailed, "Failed to navigate stream data");
     std::uint8_t last = 0;
-    if (!output_.append(lineEnding_) || !output_.appendData(data, last)) {
+    if (!output_.append(state_.lineEnding) || !output_.appendData(data, last)) {
         return fail(StepFailed, "Failed to retrieve stream data");
     }
-    return last == '\r' || last == '\n' || output_.append(lineEnding_);
+    return last == '\r' || last == '\n' || output_.append(state_.lineEnding);
 }
 
 } // namespace Libraries::Files::PDF

@@ -1,13 +1,10 @@
 #pragma once
 
+#include "state/document_state.h"
 #include "writer/output.h"
 
 #include <host/string.h>
 #include <pdf/values.h>
-
-#include <functional>
-#include <string_view>
-#include <utility>
 
 namespace Libraries::Files::PDF {
 
@@ -18,11 +15,9 @@ namespace Libraries::Files::PDF {
 /// Failures are logged and set the code.
 class Serializer {
 public:
-    /// Gives a stream's data as it is encoded; null on failure.
-    using StreamData = std::function<Ref<Interfaces::Stripe>(const Ref<Stream>&)>;
-
-    Serializer(Output& output, std::string_view lineEnding, StreamData streamData)
-        : output_(output), lineEnding_(lineEnding), streamData_(std::move(streamData)) {}
+    /// For values of the document whose state `state` is.
+    Serializer(Output& output, const DocumentState& state) noexcept
+        : output_(output), state_(state) {}
 
     bool write(const Ref<Value>& value);
 
@@ -40,8 +35,7 @@ private:
     bool writeData(Interfaces::Stripe& data);
 
     Output& output_;
-    std::string_view lineEnding_;
-    StreamData streamData_;
+    const DocumentState& state_;
     unsigned depth_ = 0;
 };
 

@@ -1,6 +1,7 @@
 #include "writer/stored_stream.h"
 
-#include "document/stream_length.h"
+#include "state/raw_data.h"
+#include "state/stream_length.h"
 #include "values/failure.h"
 
 #include <host/string.h>
@@ -53,8 +54,8 @@ Ref<NumberObj> StoredStream::length(const Dictionary& dict) const noexcept {
     return Ref<NumberObj>(number);
 }
 
-Ref<Interfaces::Stripe> StoredStream::data(const ReadRaw& read) const {
-    Ref<Interfaces::Stripe> data = read(Ref<Stream>(&stream_));
+Ref<Interfaces::Stripe> StoredStream::data() const {
+    Ref<Interfaces::Stripe> data = rawData(state_, Ref<Stream>(&stream_));
     if (!data) return fail(StreamObjectInvalid, "Failed to retrieve data for stream ", id());
     return data;
 }

@@ -1,19 +1,15 @@
 #pragma once
 
-#include "document/state.h"
+#include "state/document_state.h"
 #include "values/scalars.h"
 
 #include <host/stream.h>
 #include <host/stripe.h>
 
 #include <cstdint>
-#include <functional>
 #include <optional>
 
 namespace Libraries::Files::PDF {
-
-/// Gives the data of a stream as it is encoded, or null with the code set and the reason logged.
-using ReadRaw = std::function<Ref<Interfaces::Stripe>(const Ref<Stream>&)>;
 
 /// A stream of a document as it is stored: what those who encode it need of it. What cannot be had
 /// is logged under the number of the stream's object, with the code set.
@@ -33,7 +29,7 @@ public:
     /// The number that is the stream's Length, wherever it stands.
     [[nodiscard]] Ref<NumberObj> length(const Dictionary& dict) const noexcept;
     /// The data as it is encoded. Data of the file becomes attached to the stream.
-    [[nodiscard]] Ref<Interfaces::Stripe> data(const ReadRaw& read) const;
+    [[nodiscard]] Ref<Interfaces::Stripe> data() const;
     [[nodiscard]] Ref<Interfaces::BlockFilter> compressor() const noexcept;
 
 private:

@@ -1,6 +1,6 @@
-#include "writer/stream_data_writer.h"
-
 #include "values/failure.h"
+#include "writer/stored_stream.h"
+#include "writer/writer.h"
 
 #include <host/stream.h>
 #include <host/string.h>
@@ -22,7 +22,7 @@ public:
     StreamDataWriter(const StoredStream& stored, Interfaces::Stripe& target) noexcept
         : stored_(stored), target_(target) {}
 
-    bool write(bool encode, const ReadRaw& readRaw);
+    bool write(bool encode);
 
 private:
     bool chooseFilter(const Dictionary& dict) noexcept;
@@ -41,7 +41,7 @@ private:
     std::uint64_t written_ = 0;
 };
 
-bool StreamDataWriter::write(bool encode, const ReadRaw& readRaw) {
+bool StreamDataWriter::write(bool encode) {
     const Ref<Dictionary> dict = stored_.dict();
     if (!dict) return false;
     const Ref<NumberObj> length = stored_.length(*dict);
@@ -51,7 +51,7 @@ bool StreamDataWriter::write(bool encode, const ReadRaw& readRaw) {
         return fail(StreamObjectInvalid, "Failed to create encoding converter for stream ",
                     stored_.id());
     }
-    const Ref<Interfaces::Stripe> data = stored_.data(readRaw);
+    const Ref<Interfaces::Stripe> data = stored_.data();
     if (!data || !writeBlocks(*data)) return false;
     if (compressor_ && !flush()) return false;
     length->integer(static_cast<std::int64_t>(written_));
@@ -131,9 +131,9 @@ bool StreamDataWriter::put(std::span<const std::uint8_t> bytes) noexcept {
 } // namespace
 
 bool writeStreamData(const DocumentState& state, StreamObj& stream, Interfaces::Stripe& target,
-                     bool encode, const ReadRaw& readRaw) {
+                     bool encode) {
     const StoredStream stored(state, stream);
-    return StreamDataWriter(stored, target).write(encode, readRaw);
+    return StreamDataWriter(stored, target).write(encode);
 }
 
 } // namespace Libraries::Files::PDF

@@ -1,9 +1,9 @@
-#include "writer/stream_encoder.h"
-
-#include "document/stream_length.h"
 #include "host/pump.h"
+#include "state/stream_length.h"
 #include "values/dictionary.h"
 #include "values/failure.h"
+#include "writer/stored_stream.h"
+#include "writer/writer.h"
 
 #include <host/stream.h>
 #include <host/string.h>
@@ -32,8 +32,7 @@ struct Former {
 /// goes, whatever the reason.
 class StreamEncoder {
 public:
-    StreamEncoder(DocumentState& state, Compression target, const ReadRaw& readRaw)
-        : state_(state), target_(target), readRaw_(readRaw) {
+    StreamEncoder(DocumentState& state, Compression target) : state_(state), target_(target) {
         if (target == Compression::FlateDecode) filter_ = made(Name::create("FlateDecode"_str));
     }
     ~StreamEncoder() { undo(); }
@@ -58,7 +57,6 @@ private:
 
     DocumentState& state_;
     const Compression target_;
-    const ReadRaw& readRaw_;
     Ref<Value> filter_;
     std::vector<Former> formers_;
     std::unordered_map<StreamObj*, Ref<Interfaces::Stripe>> views_;
@@ -140,7 +138,7 @@ Ref<Interfaces::Stripe> StreamEncoder::viewOf(const StoredStream& stored) const 
     StreamObj& stream = stored.stream();
     const bool attached = stream.strmData() != nullptr;
     const bool changed = stream.changed();
-    Ref<Interfaces::Stripe> data = stored.data(readRaw_);
+    Ref<Interfaces::Stripe> data = stored.data();
     if (!attached) {
         stream.strmData(nullptr);
         if (!changed) stream.resetChanged();
@@ -240,11 +238,11 @@ void StreamEncoder::undo() noexcept {
 
 } // namespace
 
-bool setCompression(DocumentState& state, Compression target, const ReadRaw& readRaw) {
+bool setCompression(DocumentState& state, Compression target) {
     if (target != Compression::None && target != Compression::FlateDecode) {
         return fail(InvalidArgument);
     }
-    return StreamEncoder(state, target, readRaw).run();
+    return StreamEncoder(state, target).run();
 }
 
 } // namespace Libraries::Files::PDF

@@ -1,4 +1,4 @@
-#include "document/object_table.h"
+#include "state/object_table.h"
 #include "support/document_builder.h"
 #include "support/recording_log.h"
 #include "support/values.h"

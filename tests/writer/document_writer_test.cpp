@@ -1,5 +1,3 @@
-#include "writer/document_writer.h"
-
 #include "support/bytes.h"
 #include "support/document_builder.h"
 #include "support/failing_stripe.h"
@@ -8,6 +6,7 @@
 #include "values/object.h"
 #include "values/sub_stripe.h"
 #include "writer/serializer.h"
+#include "writer/writer.h"
 
 #include <pdf/errors.h>
 
@@ -26,6 +25,7 @@ using Data = Ref<Interfaces::Stripe>;
 
 DocumentState document(std::string_view lineEnding = "\n") {
     DocumentState state;
+    state.source = Host::MemoryStripe::create();
     state.lineEnding = lineEnding;
     state.version = PdfVersion::V1_4;
     state.trailer = dictionary({{"Size", number(99)}, {"Z", null()}});
@@ -43,9 +43,7 @@ std::string replaced(const std::string& text, const std::string& from, const cha
 /// Writes the document into `target` and gives the code, or `NoError`.
 std::uint32_t write(DocumentState& state, Interfaces::Stripe& target) {
     Host::Error::set(Host::NoError);
-    const bool written = writeDocument(state, target, [](const Ref<Stream>& stream) {
-        return static_cast<StreamObj&>(*stream).strmData();
-    });
+    const bool written = writeDocument(state, target);
     EXPECT_EQ(written, Host::Error::get() == Host::NoError);
     return Host::Error::get();
 }
@@ -194,9 +192,8 @@ std::string serialize(const AnyValue& value, std::string_view lineEnding = "\n")
     const RecordingLog log;
     Output output(*target);
     output.append("kept ");
-    Serializer serializer(output, lineEnding, [](const Ref<Stream>& stream) {
-        return static_cast<StreamObj&>(*stream).strmData();
-    });
+    const DocumentState state = document(lineEnding);
+    Serializer serializer(output, state);
     Host::Error::set(Host::NoError);
     std::string failure;
     if (!serializer.write(value)) failure = std::to_string(Host::Error::get()) + " " + log.text();

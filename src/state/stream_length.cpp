@@ -1,4 +1,4 @@
-#include "document/stream_length.h"
+#include "state/stream_length.h"
 
 #include "values/kind.h"
 #include "values/scalars.h"

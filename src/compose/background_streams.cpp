@@ -1,4 +1,4 @@
-#include "compose/overlay_streams.h"
+#include "compose/background_streams.h"
 
 #include "values/array.h"
 #include "values/dictionary.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "compose/overlay_streams.h"
+#include "compose/background_streams.h"
 #include "compose/resources.h"
 
 #include <pdf/document.h>
@@ -21,16 +21,16 @@ struct Assignment {
 
 /// Merges the resources of foreign pages into those of the pages that they go beneath. What was
 /// merged before a failure stays.
-class OverlayResources {
+class BackgroundResources {
 public:
-    OverlayResources(Document& self, const Ref<Document>& foreign, Cloner& cloner) noexcept
+    BackgroundResources(Document& self, const Ref<Document>& foreign, Cloner& cloner) noexcept
         : self_(&self), foreign_(foreign), merge_(self, cloner) {}
 
     /// Finds the page catalog's resources, which there need not be.
-    [[nodiscard]] bool findCatalogResources(const Ref<Dictionary>& catalog);
+    [[nodiscard]] bool findTreeResources(const Ref<Dictionary>& pageTree);
     [[nodiscard]] bool mergeInto(Assignment& assignment);
     /// Merges the foreign page catalog's resources, if some foreign page has none of its own.
-    [[nodiscard]] bool mergeCatalogs();
+    [[nodiscard]] bool mergeTrees();
 
 private:
     bool mergeIntoPage(Assignment& assignment, Ref<Dictionary> resources,
@@ -39,9 +39,9 @@ private:
     Ref<Document> self_;
     Ref<Document> foreign_;
     ResourceMerge merge_;
-    Ref<Dictionary> catalog_;
-    Ref<Dictionary> catalogResources_;
-    bool foreignCatalogNeeded_ = false;
+    Ref<Dictionary> pageTree_;
+    Ref<Dictionary> treeResources_;
+    bool foreignTreeNeeded_ = false;
 };
 
 } // namespace Libraries::Files::PDF

@@ -1,7 +1,7 @@
-#include "compose/overlay.h"
+#include "compose/background.h"
 
+#include "compose/background_resources.h"
 #include "compose/contents.h"
-#include "compose/overlay_resources.h"
 #include "values/failure.h"
 
 #include <algorithm>
@@ -38,10 +38,10 @@ std::size_t pagesToChange(std::uint32_t mode, std::size_t pages, std::size_t for
     }
 }
 
-class Overlay {
+class Background {
 public:
-    Overlay(DocumentState& state, Document& self, const Ref<Document>& foreign,
-            const CopySource& available, std::uint32_t mode)
+    Background(DocumentState& state, Document& self, const Ref<Document>& foreign,
+               const CopySource& available, std::uint32_t mode)
         : state_(state),
           self_(self),
           foreign_(foreign),
@@ -60,13 +60,13 @@ public:
             Host::Error::set(formerCode);
             return true;
         }
-        return findCatalog() && collectStreams() && mergeResources() &&
+        return findPageTree() && collectStreams() && mergeResources() &&
                added_.copy(streams_, foreign_, state_, cloner_) && changeContents() && finish();
     }
 
 private:
     bool readForeignPages();
-    bool findCatalog();
+    bool findPageTree();
     bool collectStreams();
     void assign();
     bool mergeResources();
@@ -84,15 +84,15 @@ private:
     std::vector<Ref<Object>> pages_;
     std::vector<ForeignPage> foreignPages_;
     std::vector<Assignment> assignments_;
-    Ref<Dictionary> catalog_;
+    Ref<Dictionary> pageTree_;
     StreamTable streams_;
     AddedStreams added_;
     SavedContents saved_;
     Cloner cloner_;
-    OverlayResources resources_;
+    BackgroundResources resources_;
 };
 
-bool Overlay::readForeignPages() {
+bool Background::readForeignPages() {
     const std::vector<Ref<Object>> pages = foreign_->getPages();
     if (pages.empty()) {
         const std::uint32_t code = Host::Error::get();
@@ -117,21 +117,21 @@ bool Overlay::readForeignPages() {
     return true;
 }
 
-bool Overlay::findCatalog() {
-    const Ref<Object> catalog = self_.getPageCatalog();
-    if (!catalog) return fail(PageTreeInvalid, "Failed to retrieve page catalog");
-    catalog_ = catalog->valueAsDictionary();
-    if (!catalog_) return fail(PageTreeInvalid, "Failed to retrieve page catalog dictionary");
+bool Background::findPageTree() {
+    const Ref<Object> pageTree = self_.getPageCatalog();
+    if (!pageTree) return fail(PageTreeInvalid, "Failed to retrieve page catalog");
+    pageTree_ = pageTree->valueAsDictionary();
+    if (!pageTree_) return fail(PageTreeInvalid, "Failed to retrieve page catalog dictionary");
     return true;
 }
 
-bool Overlay::collectStreams() {
+bool Background::collectStreams() {
     return std::ranges::all_of(foreignPages_, [&](ForeignPage& page) {
         return collectContents(*foreign_, page, streams_);
     });
 }
 
-void Overlay::assign() {
+void Background::assign() {
     const std::size_t count = pagesToChange(mode_, pages_.size(), foreignPages_.size());
     assignments_.reserve(count);
     for (std::size_t index = 0; index < count; ++index) {
@@ -142,29 +142,29 @@ void Overlay::assign() {
     cloner_.budget(CopyBudget(available_, std::uint64_t{count} + 1));
 }
 
-bool Overlay::mergeResources() {
+bool Background::mergeResources() {
     assign();
-    return resources_.findCatalogResources(catalog_) &&
+    return resources_.findTreeResources(pageTree_) &&
            std::ranges::all_of(
                assignments_,
                [&](Assignment& assignment) { return resources_.mergeInto(assignment); }) &&
-           resources_.mergeCatalogs();
+           resources_.mergeTrees();
 }
 
-bool Overlay::changeContents() {
+bool Background::changeContents() {
     // Behind the restoring of pages, which may have left a code of its own.
     if (!changePages()) return fail(StepFailed);
     return true;
 }
 
-bool Overlay::changePages() {
+bool Background::changePages() {
     struct Undo {
-        Overlay& overlay;
+        Background& background;
         std::size_t stop = 0;
         bool needed = true;
         ~Undo() {
             if (needed) {
-                restorePageContents(overlay.pages_, overlay.saved_, overlay.state_, stop);
+                restorePageContents(background.pages_, background.saved_, background.state_, stop);
             }
         }
     };
@@ -178,7 +178,7 @@ bool Overlay::changePages() {
     return true;
 }
 
-bool Overlay::changePage(const Assignment& assignment) {
+bool Background::changePage(const Assignment& assignment) {
     std::vector<Ref<Value>> added;
     added.reserve(assignment.foreignPage->contents.size());
     for (const std::uint32_t foreignId : assignment.foreignPage->contents) {
@@ -195,7 +195,7 @@ bool Overlay::changePage(const Assignment& assignment) {
     return true;
 }
 
-bool Overlay::finish() noexcept {
+bool Background::finish() noexcept {
     state_.version = std::max(state_.version, foreign_->version());
     state_.modified = true;
     return true;
@@ -206,7 +206,7 @@ bool Overlay::finish() noexcept {
 bool addBackground(DocumentState& state, Document& self, const Ref<Document>& foreign,
                    const CopySource& available, std::uint32_t mode) {
     if (!foreign) return fail(NullArgument);
-    return Overlay(state, self, foreign, available, mode).run();
+    return Background(state, self, foreign, available, mode).run();
 }
 
 } // namespace Libraries::Files::PDF

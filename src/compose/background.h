@@ -1,7 +1,7 @@
 #pragma once
 
 #include "compose/copy_budget.h"
-#include "document/state.h"
+#include "state/document_state.h"
 
 #include <pdf/document.h>
 

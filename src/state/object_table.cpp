@@ -1,4 +1,4 @@
-#include "document/object_table.h"
+#include "state/object_table.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "compose/overlay_resources.h"
+#include "compose/background_resources.h"
 
 #include "values/dictionary.h"
 #include "values/failure.h"
@@ -26,15 +26,15 @@ bool makeResources(Dictionary& node, Ref<Dictionary>& resources) {
 
 } // namespace
 
-bool OverlayResources::findCatalogResources(const Ref<Dictionary>& catalog) {
-    catalog_ = catalog;
-    if (!findResources(*catalog_, *self_, catalogResources_)) {
+bool BackgroundResources::findTreeResources(const Ref<Dictionary>& pageTree) {
+    pageTree_ = pageTree;
+    if (!findResources(*pageTree_, *self_, treeResources_)) {
         return fail(PageTreeInvalid, "Failed to retrieve page catalog resource dictionary");
     }
     return true;
 }
 
-bool OverlayResources::mergeInto(Assignment& assignment) {
+bool BackgroundResources::mergeInto(Assignment& assignment) {
     const Ref<Object>& page = assignment.page;
     assignment.dict = page->valueAsDictionary();
     if (!assignment.dict) {
@@ -51,20 +51,20 @@ bool OverlayResources::mergeInto(Assignment& assignment) {
                     foreignPage.index);
     }
     if (!foreignResources) {
-        foreignCatalogNeeded_ = true;
+        foreignTreeNeeded_ = true;
         return true;
     }
     return mergeIntoPage(assignment, std::move(resources), *foreignResources);
 }
 
-bool OverlayResources::mergeIntoPage(Assignment& assignment, Ref<Dictionary> resources,
-                                     const Dictionary& foreignResources) {
+bool BackgroundResources::mergeIntoPage(Assignment& assignment, Ref<Dictionary> resources,
+                                        const Dictionary& foreignResources) {
     const Ref<Object>& page = assignment.page;
     if (!makeResources(*assignment.dict, resources)) {
         return fail(StepFailed, "Failed to set resource dictionary for page ", page);
     }
     // A page with resources of its own inherits none any more.
-    if (catalogResources_ && !merge_.merge(*resources, *catalogResources_, self_)) {
+    if (treeResources_ && !merge_.merge(*resources, *treeResources_, self_)) {
         return fail(StepFailed, "Failed to integrate page catalog resources into page ", page);
     }
     if (!merge_.merge(*resources, foreignResources, foreign_)) {
@@ -74,13 +74,13 @@ bool OverlayResources::mergeIntoPage(Assignment& assignment, Ref<Dictionary> res
     return true;
 }
 
-bool OverlayResources::mergeCatalogs() {
-    if (!foreignCatalogNeeded_) return true;
-    const Ref<Object> catalog = foreign_->getPageCatalog();
-    if (!catalog) {
+bool BackgroundResources::mergeTrees() {
+    if (!foreignTreeNeeded_) return true;
+    const Ref<Object> pageTree = foreign_->getPageCatalog();
+    if (!pageTree) {
         return fail(PageTreeInvalid, "Failed to retrieve foreign page catalog object");
     }
-    const Ref<Dictionary> dict = catalog->valueAsDictionary();
+    const Ref<Dictionary> dict = pageTree->valueAsDictionary();
     if (!dict) {
         return fail(PageTreeInvalid, "Failed to retrieve foreign page catalog dictionary");
     }
@@ -89,11 +89,11 @@ bool OverlayResources::mergeCatalogs() {
         return fail(PageTreeInvalid, "Failed to retrieve foreign page catalog resource dictionary");
     }
     if (!resources) return true;
-    if (!makeResources(*catalog_, catalogResources_)) {
+    if (!makeResources(*pageTree_, treeResources_)) {
         return fail(StepFailed,
                     "Failed to create new resource dictionary for page catalog dictionary");
     }
-    if (!merge_.merge(*catalogResources_, *resources, foreign_)) {
+    if (!merge_.merge(*treeResources_, *resources, foreign_)) {
         return fail(StepFailed, "Failed to add resources to page catalog resource dictionary");
     }
     return true;

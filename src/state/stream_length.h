@@ -1,6 +1,6 @@
 #pragma once
 
-#include "document/state.h"
+#include "state/document_state.h"
 
 #include <pdf/values.h>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "document/object_table.h"
 #include "host/monitor.h"
+#include "state/object_table.h"
 
 #include <host/stripe.h>
 #include <pdf/document.h>

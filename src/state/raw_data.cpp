@@ -1,0 +1,84 @@
+#include "state/raw_data.h"
+
+#include "state/stream_length.h"
+#include "values/dictionary.h"
+#include "values/failure.h"
+#include "values/scalars.h"
+#include "values/sub_stripe.h"
+
+#include <optional>
+#include <utility>
+
+namespace Libraries::Files::PDF {
+
+namespace {
+
+/// The value of the Length entry, looked up in the object table where it is a reference.
+Ref<Value> findLength(const DocumentState& state, const Dictionary& dict) noexcept {
+    StreamLength length = findStreamLength(state, dict);
+    if (!length.entry) return fail(LengthInvalid, "Stream has no Length entry");
+    if (!length.resolved) {
+        return fail(LengthInvalid, "Failed to resolve Length object reference");
+    }
+    if (!length.value) {
+        return fail(LengthInvalid, "Resolved Length object reference has no value");
+    }
+    return std::move(length.value);
+}
+
+std::optional<std::uint64_t> readLength(const DocumentState& state, const Dictionary& dict,
+                                        std::uint64_t offset) noexcept {
+    const auto invalid = [](const auto&... pieces) -> std::optional<std::uint64_t> {
+        fail(LengthInvalid, pieces...);
+        return std::nullopt;
+    };
+    const Ref<Value> value = findLength(state, dict);
+    if (!value) return std::nullopt;
+    if (value->type() != Value::Type::Number) {
+        return invalid("Stream Length has unexpected type: ", value->type());
+    }
+    const Number* number = as<Number>(value);
+    if (number == nullptr) return invalid("Stream Length attribute is not a Number");
+    const auto length = wholeLength(*number);
+    if (!length) return invalid("Stream Length attribute value is invalid: ", value);
+    const std::uint64_t size = state.source->size();
+    if (*length > size - offset) {
+        // Both are below 2^63, or the offset lies in the source: the sum cannot wrap around.
+        return invalid("Stream end ", offset + *length,
+                       " is out of range of underlying file: ", size);
+    }
+    return length;
+}
+
+} // namespace
+
+Ref<Interfaces::Stripe> rawData(const DocumentState& state, const Ref<Stream>& stream) {
+    if (!stream) return fail(NullArgument);
+    if (Ref<Interfaces::Stripe> data = attachedData(stream)) return data;
+    return beginsInSource(state, *stream) ? viewOfSource(state, stream) : nullptr;
+}
+
+Ref<Interfaces::Stripe> attachedData(const Ref<Stream>& stream) noexcept {
+    const auto* own = dynamic_cast<const StreamObj*>(stream.get());
+    return own != nullptr ? own->strmData() : nullptr;
+}
+
+bool beginsInSource(const DocumentState& state, const Stream& stream) noexcept {
+    if (state.source->size() <= stream.strmOfs()) return fail(OutOfRange);
+    return stream.dict() || fail(InvalidArgument);
+}
+
+Ref<Interfaces::Stripe> viewOfSource(const DocumentState& state, const Ref<Stream>& stream) {
+    const auto length = readLength(state, *stream->dict(), stream->strmOfs());
+    if (!length) return nullptr;
+    auto view = newValue<SubStripe>(state.source, stream->strmOfs(), *length, state.monitor);
+    if (auto* own = dynamic_cast<StreamObj*>(stream.get())) attach(*own, view);
+    return view;
+}
+
+void attach(StreamObj& stream, Ref<Interfaces::Stripe> data) noexcept {
+    stream.strmData(std::move(data));
+    stream.resetChanged();
+}
+
+} // namespace Libraries::Files::PDF
