@@ -11,7 +11,8 @@ using Host::Ref;
 // page begin
 /// Gives the document a title, in any script, and prints the former one.
 bool setTitle(const Document& document, std::string_view utf8) {
-    const auto info = document.valueAsDict(document.trailer()->find("Info"_str));
+    const auto entry = document.trailer()->find("Info"_str);
+    const auto info = entry ? document.valueAsDict(entry) : nullptr;
     if (!info) return false; // none, or a reference that leads nowhere: the code says which
     const auto former = info->findAsString("Title"_str, true);
     const auto text = former ? former->asText() : nullptr; // UTF-16 bytes become text as well

@@ -9,10 +9,10 @@ using namespace Host::Literals;
 bool setTitle(std::string_view in, std::string_view out, std::string_view title) {
     const auto source = Host::FileSource::open(in);
     const auto document = source ? Document::create(source) : nullptr;
-    if (!document) return false; // Host::Error::get() says why
-    const auto info = document->valueAsDict(document->trailer()->find("Info"_str));
-    const auto value = String::create(Host::String::create(title));
-    if (!info || !value || !info->set("Title"_str, value)) return false;
+    const auto entry = document ? document->trailer()->find("Info"_str) : nullptr;
+    const auto info = entry ? document->valueAsDict(entry) : nullptr;
+    const auto value = info ? String::create(Host::String::create(title)) : nullptr;
+    if (!value || !info->set("Title"_str, value)) return false; // Host::Error::get() says why
     const auto target = Host::FileTarget::create(out);
     return target && document->write(target) && target->commit();
 }
