@@ -12,8 +12,15 @@ Ref<Host::String> text(std::string_view utf8) {
     return Host::String::create(utf8);
 }
 
-Ref<String> stringOrNone(std::string_view value) {
-    return value.empty() ? nullptr : String::create(text(value));
+// A backslash in text is written as other readers want it, and would not be read again here. As
+// UTF-16 behind a byte-order mark, like all text that is not ASCII, everybody reads it.
+Ref<String> stringOf(std::string_view value) {
+    auto string = String::create(text(value));
+    if (!string || !string->text() || value.find('\\') == std::string_view::npos) return string;
+    std::vector<unsigned char> bytes = {0xFE, 0xFF};
+    for (const char code : value)
+        bytes.insert(bytes.end(), {0, static_cast<unsigned char>(code)});
+    return String::create(Host::TConstArray<unsigned char>::create(bytes));
 }
 
 // What a button consists of on the page: its kids, or itself.
@@ -47,18 +54,26 @@ bool fillButton(const Ref<Field>& field, Fields::Button& button, std::string_vie
     return shown;
 }
 
+// A choice may hold the places of what is chosen among its options as well. Viewers go by these,
+// whatever the value says.
+bool fillChoice(Fields::Choice& choice, const Ref<String>& value) {
+    return choice.setValue(value) && choice.dictionary()->set("I"_str, nullptr);
+}
+
 bool fill(Form& form, std::string_view path, std::string_view value) {
     const auto field = form.fieldByPath(text(path));
     if (!field) return false;
     if (const auto button = Host::cast<Fields::Button>(field)) {
         return fillButton(field, *button, value);
     }
+    const auto string = value.empty() ? nullptr : stringOf(value);
+    if (!value.empty() && !string) return false; // null would take the value away
     // What a text or choice field looks like is not rebuilt here: the viewer is asked to do it.
     if (const auto input = Host::cast<Fields::Text>(field)) {
-        return input->setValue(stringOrNone(value)) && form.setNeedAppearances(true);
+        return input->setValue(string) && form.setNeedAppearances(true);
     }
     if (const auto choice = Host::cast<Fields::Choice>(field)) {
-        return choice->setValue(stringOrNone(value)) && form.setNeedAppearances(true);
+        return fillChoice(*choice, string) && form.setNeedAppearances(true);
     }
     Host::Error::set(NotSupported);
     return false;

@@ -51,10 +51,22 @@ r1 button 0xC002 v2
 r1.0 button 0x0 
 r1.1 button 0x0 
 ROWS
-    # Shown as set: the box by its state, of the radio buttons the second alone, text by the viewer.
+    # Shown as set: the box by its state, of the radio buttons the second alone, text by the viewer,
+    # which has a place among the options left to go by only where nothing was chosen.
     [ "$(grep -ac '/AS /Yes' "$work/filled.pdf")" -eq 1 ] || fail "the box is not shown as checked"
     [ "$(grep -ac '/AS /v2' "$work/filled.pdf")" -eq 1 ] || fail "the radio button is not shown"
     grep -aq '/NeedAppearances true' "$work/filled.pdf" || fail "no appearances asked for"
+    [ "$(grep -ao '/I \[.*/T ([a-z0-9]*)' "$work/filled.pdf" | sed 's/.*T //')" = '(ch1)' ] ||
+        fail "places: $(grep -a '/I \[' "$work/filled.pdf")"
+
+    "$programs/fill" "$samples/invoice-form.pdf" "$work/filled.pdf" 'customer=C:\new\(1)' country='F\R'
+    lists "$work/filled.pdf" <<\ROWS
+customer text 0x0 C:\\new\\(1)
+date text 0x0 
+total text 0x0 
+paid button 0x2 Off
+country choice 0x20000 F\\R
+ROWS
 }
 
 test_unfit() {
