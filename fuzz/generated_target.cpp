@@ -51,8 +51,8 @@ public:
         if (kind == 0) return text();
         if (kind == 1) return hexadecimal();
         if (kind == 2) return name();
-        if (kind == 3) return {"true", newValue<BooleanObj>(true)};
-        if (kind == 4 && nested) return {"null", newValue<NullObj>()};
+        if (kind == 3) return {"true", makeOrThrow<BooleanObj>(true)};
+        if (kind == 4 && nested) return {"null", makeOrThrow<NullObj>()};
         if (kind == 5 && nested) return reference();
         if (kind == 7) return array(depth);
         return kind == 8 ? dictionary(depth) : number();
@@ -65,7 +65,7 @@ private:
         std::string spelt = integer >= 0 && below(4) == 0 ? "+0" : "";
         spelt += std::to_string(integer);
         if (fraction != 0 || below(4) == 0) spelt += "." + std::to_string(fraction);
-        return {spelt, newValue<NumberObj>(integer, fraction)};
+        return {spelt, makeOrThrow<NumberObj>(integer, fraction)};
     }
 
     // No backslash: a rewrite does not keep it.
@@ -85,7 +85,7 @@ private:
             }
             if (below(8) == 0) spelt += "\\\r\n";
         }
-        return {spelt + ")", newValue<StringObj>(builder.build())};
+        return {spelt + ")", makeOrThrow<StringObj>(builder.build())};
     }
 
     Spelt hexadecimal() {
@@ -112,11 +112,11 @@ private:
         const auto id = static_cast<std::uint32_t>(below(1000));
         const auto generation = static_cast<std::uint16_t>(below(3));
         return {std::to_string(id) + blank() + std::to_string(generation) + " R",
-                newValue<ObjectRefObj>(id, generation)};
+                makeOrThrow<ObjectRefObj>(id, generation)};
     }
 
     Spelt array(unsigned depth) {
-        const auto array = newValue<ArrayObj>();
+        const auto array = makeOrThrow<ArrayObj>();
         std::string spelt = "[";
         for (std::size_t left = below(5); left > 0; --left) {
             const Spelt element = value(depth - 1, true);
@@ -127,7 +127,7 @@ private:
     }
 
     Spelt dictionary(unsigned depth) {
-        const auto dict = newValue<DictionaryObj>();
+        const auto dict = makeOrThrow<DictionaryObj>();
         std::string spelt = "<<";
         for (std::size_t left = below(5); left > 0; --left) {
             const Spelt key = name();

@@ -74,7 +74,7 @@ bool lineFeedIsLost(Document& document) {
 bool trailerIsFound(const Document& document) {
     const Ref<Host::MemoryStripe> target = Host::MemoryStripe::create();
     Output output(*target);
-    Serializer serializer(output, "\n", nullptr);
+    Serializer serializer(output, DocumentState());
     if (!serializer.write(document.trailer()) || !output.flush()) return false;
 
     const std::string text = contentsOf(*target);

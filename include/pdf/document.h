@@ -119,12 +119,12 @@ public:
     [[nodiscard]] virtual bool setCompression(Compression target) noexcept = 0;
 
     /// Every object of the document, in table order. Empty, with `NotSupported` set, for a document
-    /// of a foreign class.
-    [[nodiscard]] Host::StackVector<Ref<PDF::Object>> getObjects() const noexcept;
+    /// of an application's own class, unless that class has some.
+    [[nodiscard]] virtual Host::StackVector<Ref<PDF::Object>> getObjects() const noexcept;
 
     /// The line ending of the file's first line, with which every written line ends: "\n", "\r" or
     /// "\r\n". Valid as long as the document. Empty as for `getObjects`.
-    [[nodiscard]] std::string_view lineEnding() const noexcept;
+    [[nodiscard]] virtual std::string_view lineEnding() const noexcept;
 
     /// The catalog (ISO 32000-1, 7.7.2): the object that the trailer's Root refers to. Null with
     /// `NoTrailer`, `RootMissing`, `RootInvalid` or `CatalogInvalid` set.

@@ -88,14 +88,18 @@ public:
     [[nodiscard]] virtual Quadding quadding() const noexcept = 0;
 
     /// The first kid whose partial name is `name`; a kid without one goes by its index in decimal.
-    /// Null with `NullArgument`, `InvalidArgument` (empty) or `FormNotFound` set.
-    [[nodiscard]] Ref<Field> fieldByName(const Ref<Host::String>& name) const noexcept;
+    /// Null with `NullArgument`, `InvalidArgument` (empty) or `FormNotFound` set; for an
+    /// application's own class with `NotSupported`, unless that class does better.
+    [[nodiscard]] virtual Ref<Field> fieldByName(const Ref<Host::String>& name) const noexcept;
+
+    /// Zero-based, in the array that lists the field; 0 for an application's own class.
+    [[nodiscard]] virtual std::uint64_t index() const noexcept { return 0; }
 
     /// Partial names from the root joined by "."; an unnamed field stands there by its index.
     [[nodiscard]] Ref<Host::String> fullName() const noexcept;
 
-    /// The field's dictionary, shared with the document.
-    [[nodiscard]] Ref<Dictionary> dictionary() const noexcept;
+    /// The field's dictionary, shared with the document. Null as for `fieldByName`.
+    [[nodiscard]] virtual Ref<Dictionary> dictionary() const noexcept;
 };
 
 /// The kinds of fields that `Host::cast` reaches from a `Field`.
@@ -181,15 +185,16 @@ public:
     [[nodiscard]] virtual Ref<Field> field(std::uint64_t index) const noexcept = 0;
 
     /// The first top-level field whose partial name is `name`; a field without one goes by its
-    /// index in decimal. Null with `NullArgument`, `InvalidArgument` (empty) or `FormNotFound` set.
-    [[nodiscard]] Ref<Field> fieldByName(const Ref<Host::String>& name) const noexcept;
+    /// index in decimal. Null with `NullArgument`, `InvalidArgument` (empty) or `FormNotFound` set;
+    /// for an application's own class with `NotSupported`, unless that class does better.
+    [[nodiscard]] virtual Ref<Field> fieldByName(const Ref<Host::String>& name) const noexcept;
 
     /// The field at a path of names joined by ".": "a.b.0". Null with `NullArgument`,
     /// `InvalidArgument` (empty) or `FormNotFound` set.
     [[nodiscard]] Ref<Field> fieldByPath(const Ref<Host::String>& path) const noexcept;
 
-    /// Sets NeedAppearances in the catalog's AcroForm dictionary.
-    [[nodiscard]] bool setNeedAppearances(bool needed) noexcept;
+    /// Sets NeedAppearances in the catalog's AcroForm dictionary. False as for `fieldByName`.
+    [[nodiscard]] virtual bool setNeedAppearances(bool needed) noexcept;
 };
 
 } // namespace Libraries::Files::PDF

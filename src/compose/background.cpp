@@ -2,6 +2,7 @@
 
 #include "compose/background_resources.h"
 #include "compose/contents.h"
+#include "host/on_failure.h"
 #include "values/failure.h"
 
 #include <algorithm>
@@ -40,28 +41,26 @@ std::size_t pagesToChange(std::uint32_t mode, std::size_t pages, std::size_t for
 
 class Background {
 public:
-    Background(DocumentState& state, Document& self, const Ref<Document>& foreign,
-               const CopySource& available, std::uint32_t mode)
-        : state_(state),
-          self_(self),
+    Background(OwnDocument& target, const Ref<Document>& foreign, std::uint32_t mode)
+        : target_(target),
           foreign_(foreign),
-          available_(available),
           mode_(mode),
-          cloner_(state, self),
-          resources_(self, foreign, cloner_) {}
+          cloner_(target),
+          resources_(target, foreign, cloner_) {}
 
     bool run() {
         const std::uint32_t formerCode = Host::Error::get();
         Host::Error::set(Host::NoError);
         if (!readForeignPages()) return false;
-        pages_ = self_.getPages();
+        pages_ = target_.getPages();
         if (pages_.empty()) {
             if (Host::Error::get() != Host::NoError) return false;
             Host::Error::set(formerCode);
             return true;
         }
         return findPageTree() && collectStreams() && mergeResources() &&
-               added_.copy(streams_, foreign_, state_, cloner_) && changeContents() && finish();
+               added_.copy(streams_, foreign_, target_.state(), cloner_) && changeContents() &&
+               finish();
     }
 
 private:
@@ -75,10 +74,8 @@ private:
     bool changePage(const Assignment& assignment);
     bool finish() noexcept;
 
-    DocumentState& state_;
-    Document& self_;
+    OwnDocument& target_;
     const Ref<Document>& foreign_;
-    const CopySource available_;
     const std::uint32_t mode_;
 
     std::vector<Ref<Object>> pages_;
@@ -118,7 +115,7 @@ bool Background::readForeignPages() {
 }
 
 bool Background::findPageTree() {
-    const Ref<Object> pageTree = self_.getPageCatalog();
+    const Ref<Object> pageTree = target_.getPageCatalog();
     if (!pageTree) return fail(PageTreeInvalid, "Failed to retrieve page catalog");
     pageTree_ = pageTree->valueAsDictionary();
     if (!pageTree_) return fail(PageTreeInvalid, "Failed to retrieve page catalog dictionary");
@@ -139,7 +136,7 @@ void Background::assign() {
         assignments_.push_back({index, pages_[index], &foreignPages_[beneath]});
     }
     // Each page has its own copies of the resources; the content streams come on top.
-    cloner_.budget(CopyBudget(available_, std::uint64_t{count} + 1));
+    cloner_.budget(CopyBudget(copySourceOf(*foreign_), std::uint64_t{count} + 1));
 }
 
 bool Background::mergeResources() {
@@ -158,24 +155,14 @@ bool Background::changeContents() {
 }
 
 bool Background::changePages() {
-    struct Undo {
-        Background& background;
-        std::size_t stop = 0;
-        bool needed = true;
-        ~Undo() {
-            if (needed) {
-                restorePageContents(background.pages_, background.saved_, background.state_, stop);
-            }
-        }
-    };
-    Undo undo{*this};
+    std::size_t stop = 0;
+    Host::OnFailure undo([&] { restorePageContents(pages_, saved_, target_.state(), stop); });
     saved_.reserve(assignments_.size());
     for (const Assignment& assignment : assignments_) {
-        undo.stop = assignment.pageIndex;
+        stop = assignment.pageIndex;
         if (!changePage(assignment)) return false;
     }
-    undo.needed = false;
-    return true;
+    return undo.keep();
 }
 
 bool Background::changePage(const Assignment& assignment) {
@@ -196,17 +183,17 @@ bool Background::changePage(const Assignment& assignment) {
 }
 
 bool Background::finish() noexcept {
-    state_.version = std::max(state_.version, foreign_->version());
-    state_.modified = true;
+    DocumentState& state = target_.state();
+    state.version = std::max(state.version, foreign_->version());
+    state.modified = true;
     return true;
 }
 
 } // namespace
 
-bool addBackground(DocumentState& state, Document& self, const Ref<Document>& foreign,
-                   const CopySource& available, std::uint32_t mode) {
+bool addBackground(OwnDocument& target, const Ref<Document>& foreign, std::uint32_t mode) {
     if (!foreign) return fail(NullArgument);
-    return Background(state, self, foreign, available, mode).run();
+    return Background(target, foreign, mode).run();
 }
 
 } // namespace Libraries::Files::PDF

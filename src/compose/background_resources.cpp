@@ -18,7 +18,7 @@ bool findResources(const Dictionary& node, const Document& document, Ref<Diction
 /// Gives a node that has no resources an empty dictionary for them.
 bool makeResources(Dictionary& node, Ref<Dictionary>& resources) {
     if (resources) return true;
-    Ref<Dictionary> made = newValue<DictionaryObj>();
+    Ref<Dictionary> made = makeOrThrow<DictionaryObj>();
     if (!node.set("Resources"_str, made)) return false;
     resources = std::move(made);
     return true;

@@ -1,5 +1,6 @@
 #include "compose/background_streams.h"
 
+#include "host/on_failure.h"
 #include "values/array.h"
 #include "values/dictionary.h"
 #include "values/failure.h"
@@ -35,7 +36,7 @@ public:
 
 private:
     bool collectReference(const Ref<Value>& contents) {
-        const Ref<Object> object = foreign_.getObject(castTo<ObjectRef>(contents));
+        const Ref<Object> object = foreign_.getObject(Ref<ObjectRef>(as<ObjectRef>(contents)));
         if (!object) {
             return fail(ForeignPageInvalid, "Failed to resolve content stream of foreign page");
         }
@@ -61,7 +62,7 @@ private:
             return fail(ForeignPageInvalid, "Content element ", index,
                         " of foreign page has unexpected type: ", kind);
         }
-        const Ref<Object> object = foreign_.getObject(castTo<ObjectRef>(element));
+        const Ref<Object> object = foreign_.getObject(Ref<ObjectRef>(as<ObjectRef>(element)));
         if (!object) {
             return fail(ForeignPageInvalid, "Failed to resolve element ", index,
                         " of foreign page");
@@ -83,7 +84,7 @@ private:
         if (value->type() != Value::Type::Stream) {
             return refused("Content stream of foreign page is not of type stream", " for element ");
         }
-        Ref<Stream> stream = castTo<Stream>(value);
+        Ref<Stream> stream(as<Stream>(value));
         if (!stream) {
             return refused("Failed to cast content stream of foreign page to Stream",
                            " for element ");
@@ -111,17 +112,8 @@ bool collectContents(const Document& foreign, ForeignPage& page, StreamTable& st
 
 bool AddedStreams::copy(const StreamTable& streams, const Ref<Document>& foreign,
                         DocumentState& state, Cloner& cloner) {
-    struct Undo {
-        AddedStreams& added;
-        DocumentState& state;
-        bool needed = true;
-        ~Undo() {
-            if (needed) added.removeFrom(state);
-        }
-    };
-    Undo undo{*this, state};
-    undo.needed = !copyAll(streams, foreign, cloner);
-    return !undo.needed;
+    Host::OnFailure undo([&] { removeFrom(state); });
+    return undo.keep(copyAll(streams, foreign, cloner));
 }
 
 bool AddedStreams::copyAll(const StreamTable& streams, const Ref<Document>& foreign,

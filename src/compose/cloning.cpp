@@ -1,5 +1,6 @@
 #include "compose/cloning.h"
 
+#include "host/on_failure.h"
 #include "values/array.h"
 #include "values/dictionary.h"
 #include "values/failure.h"
@@ -13,28 +14,10 @@ namespace Libraries::Files::PDF {
 
 namespace {
 
-/// Cuts the object table back to its former length, unless told that all went well.
-class Rollback {
-public:
-    explicit Rollback(ObjectTable& table) noexcept : table_(table), size_(table.size()) {}
-    Rollback(const Rollback&) = delete;
-    Rollback& operator=(const Rollback&) = delete;
-    ~Rollback() {
-        if (!kept_) table_.truncate(size_);
-    }
-
-    void keep() noexcept { kept_ = true; }
-
-private:
-    ObjectTable& table_;
-    std::size_t size_;
-    bool kept_ = false;
-};
-
 /// Copies a value under the interface of its kind.
 template <class Interface, class Copy>
 Ref<Value> cloneAs(const Ref<Value>& value, const char* castMessage, Copy copy) {
-    const Ref<Interface> typed = castTo<Interface>(value);
+    const Ref<Interface> typed(as<Interface>(value));
     if (!typed) return fail(InvalidArgument, castMessage);
     return copy(typed);
 }
@@ -43,11 +26,11 @@ Ref<Value> cloneAs(const Ref<Value>& value, const char* castMessage, Copy copy) 
 
 template <class Copy>
 auto Cloner::undoneOnFailure(Copy copy) {
-    Rollback rollback(target_.objects);
     start_ = target_.objects.size();
     depth_ = 0;
+    Host::OnFailure undo([this] { target_.objects.truncate(start_); });
     auto result = copy();
-    if (result) rollback.keep();
+    undo.keep(result != nullptr);
     return result;
 }
 
@@ -77,11 +60,11 @@ Ref<Value> Cloner::clone(const Ref<Value>& value, Document& source) {
     case Value::Type::Boolean:
         return cloneAs<Boolean>(
             value, "Failed to convert to be cloned boolean to Boolean",
-            [](const auto& boolean) { return newValue<BooleanObj>(boolean->value()); });
+            [](const auto& boolean) { return makeOrThrow<BooleanObj>(boolean->value()); });
     case Value::Type::Number:
         return cloneAs<Number>(
             value, "Failed to convert to be cloned number to Number", [](const auto& number) {
-                return newValue<NumberObj>(number->integer(), number->fraction());
+                return makeOrThrow<NumberObj>(number->integer(), number->fraction());
             });
     case Value::Type::String:
         return cloneAs<String>(value, "Failed to convert to be cloned string to String",
@@ -102,7 +85,7 @@ Ref<Value> Cloner::clone(const Ref<Value>& value, Document& source) {
                               [&](const auto& array) { return cloneArray(*array, source); });
     case Value::Type::Null:
         return cloneAs<Null>(value, "Failed to convert to be cloned value to Null",
-                             [](const auto&) { return newValue<NullObj>(); });
+                             [](const auto&) { return makeOrThrow<NullObj>(); });
     default:
         return fail(NotSupported, "Value type not supported for cloning: ", value->type());
     }
@@ -117,11 +100,11 @@ Ref<Value> Cloner::cloneName(const Name& name, const Document& source) {
 Ref<Value> Cloner::cloneString(const String& string, const Document& source) {
     if (Ref<Host::String> text = string.text()) {
         if (!afford(text->length(), source)) return nullptr;
-        return newValue<StringObj>(std::move(text));
+        return makeOrThrow<StringObj>(std::move(text));
     }
     if (auto bytes = string.bytes()) {
         if (!afford(bytes->size(), source)) return nullptr;
-        return newValue<StringObj>(std::move(bytes));
+        return makeOrThrow<StringObj>(std::move(bytes));
     }
     return fail(InvalidArgument, "Invalid String value to be cloned");
 }
@@ -138,9 +121,9 @@ Ref<ObjectRef> Cloner::add(const Ref<Value>& value, Document& source) {
     if (id == 0 || id == std::numeric_limits<std::uint32_t>::max()) return fail(StepFailed);
 
     ++target_.nextObjectId;
-    target_.objects.append(newValue<ObjectObj>(id, std::uint16_t{0}, std::move(copy)));
+    target_.objects.append(makeOrThrow<ObjectObj>(id, std::uint16_t{0}, std::move(copy)));
     target_.modified = true;
-    return newValue<ObjectRefObj>(id, std::uint16_t{0});
+    return makeOrThrow<ObjectRefObj>(id, std::uint16_t{0});
 }
 
 Ref<Value> Cloner::cloneReference(const Ref<ObjectRef>& ref, Document& source) {
@@ -166,7 +149,7 @@ Ref<Value> Cloner::cloneDictionary(const Dictionary& dict, Document& source) {
     if (!keys) {
         return fail(InvalidArgument, "Failed to retrieve keys of the be cloned dictionary");
     }
-    auto result = newValue<DictionaryObj>();
+    auto result = makeOrThrow<DictionaryObj>();
     for (std::size_t index = 0; index < keys->size(); ++index) {
         const Ref<Host::String>& key = (*keys)[index];
         if (!key) {
@@ -198,7 +181,7 @@ bool Cloner::cloneEntry(const Dictionary& dict, const Ref<Host::String>& key, Di
 Ref<Value> Cloner::cloneArray(const Array& array, Document& source) {
     const Nesting nesting(depth_);
     if (nesting.tooDeep()) return fail(StepFailed);
-    auto result = newValue<ArrayObj>();
+    auto result = makeOrThrow<ArrayObj>();
     const std::uint64_t size = array.size();
     for (std::uint64_t index = 0; index < size; ++index) {
         const Ref<Value> element = array.get(index);
@@ -222,9 +205,9 @@ Ref<Value> Cloner::cloneStream(const Ref<Stream>& stream, Document& source) {
     if (!data) return fail(StepFailed, "Failed to create adapter stream");
 
     const Ref<Value> dictCopy = clone(dict, source);
-    Ref<Dictionary> newDict = castTo<Dictionary>(dictCopy);
+    Ref<Dictionary> newDict(as<Dictionary>(dictCopy));
     if (!newDict) return fail(StepFailed, "Failed to clone dictionary of to be cloned stream");
-    return newValue<StreamObj>(std::move(newDict), std::move(data));
+    return makeOrThrow<StreamObj>(std::move(newDict), std::move(data));
 }
 
 Ref<SharedBytes> Cloner::dataOf(const Ref<Stream>& stream, Document& source) {

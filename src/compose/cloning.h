@@ -2,7 +2,7 @@
 
 #include "compose/copied_data.h"
 #include "compose/copy_budget.h"
-#include "state/document_state.h"
+#include "state/own_document.h"
 
 #include <pdf/document.h>
 #include <pdf/values.h>
@@ -27,8 +27,8 @@ public:
     /// Objects that copying one value may add.
     static constexpr std::size_t addedLimit = 1'048'576;
 
-    /// `self` is the document whose state `target` is.
-    Cloner(DocumentState& target, const Document& self) noexcept : target_(target), self_(self) {}
+    /// Copies into `target`.
+    explicit Cloner(OwnDocument& target) noexcept : self_(target), target_(target.state()) {}
 
     /// What all copies from now on may take.
     void budget(const CopyBudget& budget) noexcept { budget_ = budget; }
@@ -57,8 +57,8 @@ private:
     Ref<Value> cloneStream(const Ref<Stream>& stream, Document& source);
     Ref<SharedBytes> dataOf(const Ref<Stream>& stream, Document& source);
 
-    DocumentState& target_;
     const Document& self_;
+    DocumentState& target_;
     StreamBytes streamBytes_;
     CopyBudget budget_;
     unsigned depth_ = 0;

@@ -1,5 +1,7 @@
 #include "compose/copy_budget.h"
 
+#include "state/own_document.h"
+#include "values/kind.h"
 #include "values/sub_stripe.h"
 
 namespace Libraries::Files::PDF {
@@ -12,19 +14,22 @@ std::uint64_t times(std::uint64_t number, std::uint64_t factor) noexcept {
 }
 
 /// Bytes of a value's stream data that do not lie in the document's file.
-std::uint64_t bytesInMemory(const Value* value) noexcept {
-    const auto* stream = dynamic_cast<const StreamObj*>(value);
+std::uint64_t bytesInMemory(const Ref<Value>& value) noexcept {
+    const auto* stream = own<StreamObj>(value);
     const Ref<Interfaces::Stripe> data = stream != nullptr ? stream->strmData() : nullptr;
-    const bool view = dynamic_cast<const SubStripe*>(data.get()) != nullptr;
+    const bool view = own<SubStripe>(data) != nullptr;
     return data && !view ? data->size() : 0;
 }
 
 } // namespace
 
-CopySource copySourceOf(const DocumentState& state) noexcept {
+CopySource copySourceOf(const Document& document) noexcept {
+    const auto* ours = dynamic_cast<const OwnDocument*>(&document);
+    if (ours == nullptr) return {};
+    const DocumentState& state = ours->state();
     CopySource source{state.objects.size(), state.source->size()};
     for (const ObjectTable::Slot& slot : state.objects.slots())
-        source.bytes += bytesInMemory(slot.object->value().get());
+        source.bytes += bytesInMemory(slot.object->value());
     return source;
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "state/document_state.h"
+#include <pdf/document.h>
 
 #include <cstdint>
 
@@ -13,7 +13,7 @@ struct CopySource {
     std::uint64_t bytes = UINT64_MAX;
 };
 
-[[nodiscard]] CopySource copySourceOf(const DocumentState& state) noexcept;
+[[nodiscard]] CopySource copySourceOf(const Document& document) noexcept;
 
 /// How much one operation may still copy.
 ///

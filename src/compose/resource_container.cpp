@@ -37,7 +37,7 @@ bool isContainer(Value::Type kind) noexcept {
 }
 
 Ref<Object> resolve(const Ref<Value>& value, const Document& document) {
-    Ref<Object> object = document.getObject(castTo<ObjectRef>(value));
+    Ref<Object> object = document.getObject(Ref<ObjectRef>(as<ObjectRef>(value)));
     if (!object) return refuse("Failed to resolve object reference ", value);
     return object;
 }

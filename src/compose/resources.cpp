@@ -151,11 +151,11 @@ private:
     Container create(Dictionary& resources, const Container& added) {
         Container container;
         if (added.dict) {
-            container.dict = newValue<DictionaryObj>();
+            container.dict = makeOrThrow<DictionaryObj>();
             if (resources.set(category_, container.dict)) return container;
             refuse("Failed to add resource dictionary for ", category_);
         } else {
-            container.array = newValue<ArrayObj>();
+            container.array = makeOrThrow<ArrayObj>();
             if (resources.set(category_, container.array)) return container;
             refuse("Failed to add resource array for ", category_);
         }
@@ -243,14 +243,14 @@ Ref<Dictionary> pageResources(const Dictionary& node, const Document& document) 
         return fail(ObjectUnreadable, "Failed to retrieve resources of dictionary");
     }
     if (value->type() == Value::Type::Dictionary) {
-        Ref<Dictionary> dict = castTo<Dictionary>(value);
+        Ref<Dictionary> dict(as<Dictionary>(value));
         if (!dict) return fail(ObjectUnreadable, "Failed to cast dictionary to Dictionary");
         return dict;
     }
     if (value->type() != Value::Type::ObjectRef) {
         return fail(ObjectUnreadable, "Invalid type for page resource: ", value->type());
     }
-    const Ref<Object> object = document.getObject(castTo<ObjectRef>(value));
+    const Ref<Object> object = document.getObject(Ref<ObjectRef>(as<ObjectRef>(value)));
     if (!object) return fail(ObjectUnreadable, "Failed to retrieve resource object");
     Ref<Dictionary> dict = object->valueAsDictionary();
     if (!dict) return fail(ObjectUnreadable, "Failed to retrieve resource object dictionary");

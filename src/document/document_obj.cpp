@@ -26,30 +26,29 @@ bool usable(const Ref<Interfaces::Stripe>& stripe) noexcept {
 Ref<Document> Document::create(Ref<Interfaces::Stripe> source) noexcept {
     if (!usable(source)) return nullptr;
     return Host::guarded([&]() -> Ref<Document> {
-        auto document = newValue<DocumentObj>(std::move(source), made(Host::Mon::create()));
+        auto document = makeOrThrow<DocumentObj>(std::move(source), orThrow(Host::Mon::create()));
         if (!load(document->state())) return nullptr;
         return document;
     });
 }
 
 Host::StackVector<Ref<PDF::Object>> Document::getObjects() const noexcept {
-    const auto* own = dynamic_cast<const DocumentObj*>(this);
-    if (own == nullptr) return fail(NotSupported);
-    return Host::guarded([&] {
-        Host::StackVector<Ref<PDF::Object>> objects;
-        const ObjectTable& table = own->state().objects;
-        objects.reserve(table.size());
-        for (const ObjectTable::Slot& slot : table.slots())
-            objects.push_back(slot.object);
-        return objects;
-    });
+    return fail(NotSupported);
 }
 
 std::string_view Document::lineEnding() const noexcept {
-    const auto* own = dynamic_cast<const DocumentObj*>(this);
-    if (own != nullptr) return own->state().lineEnding;
     fail(NotSupported);
     return {};
+}
+
+Host::StackVector<Ref<PDF::Object>> DocumentObj::getObjects() const noexcept {
+    return Host::guarded([&] {
+        Host::StackVector<Ref<PDF::Object>> objects;
+        objects.reserve(state_.objects.size());
+        for (const ObjectTable::Slot& slot : state_.objects.slots())
+            objects.push_back(slot.object);
+        return objects;
+    });
 }
 
 DocumentObj::DocumentObj(Ref<Interfaces::Stripe> source, Ref<Host::Mon> monitor) {
@@ -80,10 +79,10 @@ Ref<Interfaces::Stripe> DocumentObj::readStreamData(Ref<Stream> stream, bool dec
 std::uint32_t DocumentObj::writeStreamData(Ref<Stream> stream, Ref<Interfaces::Stripe> target,
                                            bool encode) noexcept {
     if (!stream || !target) return fail(NullArgument);
-    auto* const own = dynamic_cast<StreamObj*>(stream.get());
-    if (own == nullptr) return fail(InvalidArgument, "Failed to cast Stream to StreamObj");
+    auto* const held = own<StreamObj>(stream);
+    if (held == nullptr) return fail(InvalidArgument, "Failed to cast Stream to StreamObj");
     if (!usable(target)) return 0;
-    return Host::guarded([&] { return PDF::writeStreamData(state_, *own, *target, encode); });
+    return Host::guarded([&] { return PDF::writeStreamData(state_, *held, *target, encode); });
 }
 
 bool DocumentObj::cacheStreamData() noexcept {
@@ -99,10 +98,7 @@ bool DocumentObj::changed() const noexcept {
 }
 
 bool DocumentObj::addBackground(Ref<Document> foreign, std::uint32_t mode) noexcept {
-    const auto* own = dynamic_cast<const DocumentObj*>(foreign.get());
-    const CopySource available = own != nullptr ? copySourceOf(own->state()) : CopySource();
-    return Host::guarded(
-        [&] { return PDF::addBackground(state_, *this, foreign, available, mode); });
+    return Host::guarded([&] { return PDF::addBackground(*this, foreign, mode); });
 }
 
 bool DocumentObj::setCompression(Compression target) noexcept {

@@ -1,14 +1,14 @@
 #pragma once
 
 #include "forms/form_lookup.h"
-#include "state/document_state.h"
+#include "state/own_document.h"
 
 #include <pdf/document.h>
 
 namespace Libraries::Files::PDF {
 
 /// The document: its state, and the operations wired to the stages that carry them out.
-class DocumentObj final : public Document {
+class DocumentObj final : public OwnDocument {
 public:
     explicit DocumentObj(Ref<Interfaces::Stripe> source, Ref<Host::Mon> monitor);
 
@@ -26,11 +26,12 @@ public:
     bool addBackground(Ref<Document> foreign, std::uint32_t mode) noexcept override;
     bool setCompression(Compression target) noexcept override;
 
-    [[nodiscard]] DocumentState& state() noexcept { return state_; }
-    [[nodiscard]] const DocumentState& state() const noexcept { return state_; }
+    [[nodiscard]] Host::StackVector<Ref<PDF::Object>> getObjects() const noexcept override;
+    [[nodiscard]] std::string_view lineEnding() const noexcept override {
+        return state_.lineEnding;
+    }
 
 private:
-    DocumentState state_;
     FormLookup form_;
 };
 

@@ -90,7 +90,7 @@ Host::StackVector<Ref<PDF::Object>> Document::getPages() const noexcept {
 Ref<Dictionary> Document::valueAsDict(Ref<Value> value) const noexcept {
     if (!value) return fail(NullArgument);
     if (value->type() == Value::Type::ObjectRef) {
-        const Ref<ObjectRef> ref = castTo<ObjectRef>(value);
+        const Ref<ObjectRef> ref(as<ObjectRef>(value));
         if (!ref) return fail(BadReference, "Failed to object reference value to ObjectRef");
         const Ref<PDF::Object> object = getObject(ref);
         if (!object) return fail(ReferenceNotResolved, "Failed to resolve object reference");
@@ -100,7 +100,7 @@ Ref<Dictionary> Document::valueAsDict(Ref<Value> value) const noexcept {
     if (value->type() != Value::Type::Dictionary) {
         return fail(ObjectUnreadable, "Invalid object type ", value->type());
     }
-    Ref<Dictionary> dict = castTo<Dictionary>(value);
+    Ref<Dictionary> dict(as<Dictionary>(value));
     if (!dict) return fail(BadReference, "Failed to cast dictionary value to Dictionary");
     return dict;
 }

@@ -92,14 +92,14 @@ std::vector<Ref<Name>> ButtonObj::statesOfAppearance() const {
         warnOfField("No N dictionary in AP dictionary for field ", fullName());
         return {};
     }
-    const auto keys = made(normal->keys());
+    const auto keys = orThrow(normal->keys());
     if (keys->empty()) {
         warnOfField("Empty N dictionary in AP dictionary for field ", fullName());
     }
     std::vector<Ref<Name>> names;
     names.reserve(keys->size());
     for (const Ref<Host::String>& key : *keys)
-        names.emplace_back(newValue<NameObj>(key));
+        names.emplace_back(makeOrThrow<NameObj>(key));
     return names;
 }
 

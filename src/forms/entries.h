@@ -52,7 +52,7 @@ template <class Interface>
         return refuseField("Unexpected type for value ", key, "; expected = ", expected,
                            ", got = ", value->type());
     }
-    Ref<Interface> typed = castTo<Interface>(value);
+    Ref<Interface> typed(as<Interface>(value));
     if (!typed) return refuseField(castMessage<Interface>, key);
     return typed;
 }

@@ -1,5 +1,3 @@
-#include "forms/field_obj.h"
-#include "forms/form_obj.h"
 #include "host/guard.h"
 #include "values/failure.h"
 
@@ -13,11 +11,10 @@ namespace {
 
 /// The name by which messages and paths call the field.
 Ref<Host::String> nameOf(const Field& field) {
-    if (const Ref<String> partial = field.partialName()) return made(partial->asText());
-    const auto* data = dynamic_cast<const FieldData*>(&field);
+    if (const Ref<String> partial = field.partialName()) return orThrow(partial->asText());
     Host::StringBuilder index;
-    index.appendNumber(data != nullptr ? data->position : std::uint64_t{0});
-    return made(index.build());
+    index.appendNumber(field.index());
+    return orThrow(index.build());
 }
 
 /// The part of a path that begins at `place`, which moves behind it; empty parts are left out.
@@ -30,15 +27,13 @@ Ref<Host::String> nextPart(const Host::String& path, std::uint64_t& place) {
         part.append(path[place]);
         any = true;
     }
-    return any ? made(part.build()) : nullptr;
+    return any ? orThrow(part.build()) : nullptr;
 }
 
 } // namespace
 
-Ref<Field> Field::fieldByName(const Ref<Host::String>& name) const noexcept {
-    const auto* data = dynamic_cast<const FieldData*>(this);
-    if (data == nullptr) return fail(NotSupported);
-    return data->kids.find(name);
+Ref<Field> Field::fieldByName(const Ref<Host::String>&) const noexcept {
+    return fail(NotSupported);
 }
 
 Ref<Host::String> Field::fullName() const noexcept {
@@ -56,15 +51,15 @@ Ref<Host::String> Field::fullName() const noexcept {
 }
 
 Ref<Dictionary> Field::dictionary() const noexcept {
-    const auto* data = dynamic_cast<const FieldData*>(this);
-    if (data == nullptr) return fail(NotSupported);
-    return data->dict;
+    return fail(NotSupported);
 }
 
-Ref<Field> Form::fieldByName(const Ref<Host::String>& name) const noexcept {
-    const auto* own = dynamic_cast<const FormObj*>(this);
-    if (own == nullptr) return fail(NotSupported);
-    return own->fields().find(name);
+Ref<Field> Form::fieldByName(const Ref<Host::String>&) const noexcept {
+    return fail(NotSupported);
+}
+
+bool Form::setNeedAppearances(bool) noexcept {
+    return fail(NotSupported);
 }
 
 Ref<Field> Form::fieldByPath(const Ref<Host::String>& path) const noexcept {

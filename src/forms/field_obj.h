@@ -84,6 +84,11 @@ public:
         return FieldData::defaultAppearance;
     }
     [[nodiscard]] Quadding quadding() const noexcept final { return FieldData::quadding; }
+    [[nodiscard]] Ref<Field> fieldByName(const Ref<Host::String>& name) const noexcept final {
+        return kids.find(name);
+    }
+    [[nodiscard]] std::uint64_t index() const noexcept final { return position; }
+    [[nodiscard]] Ref<Dictionary> dictionary() const noexcept final { return dict; }
 };
 
 using PlainFieldObj = FieldObj<Field>;

@@ -24,7 +24,7 @@ struct MadeField {
 
 template <class Implementation>
 MadeField make(FieldPlace place) {
-    auto field = newValue<Implementation>(std::move(place));
+    auto field = makeOrThrow<Implementation>(std::move(place));
     FieldData* data = field.get();
     return {std::move(field), data};
 }

@@ -29,7 +29,7 @@ FormLookup find(Document& document, const Dictionary& catalog, std::uint64_t obj
         return found(nullptr, BadReference);
     }
     if (!document.gcProxy()) throw std::bad_alloc();
-    const auto form = newValue<FormObj>(document, std::move(acroForm));
+    const auto form = makeOrThrow<FormObj>(document, std::move(acroForm));
     if (form->build(document, fieldsPerObject * objects)) return found(form, Host::NoError);
     report(LogLevel::Error, "Failed to instantiate Form object");
     return found(form, FormIncomplete);

@@ -44,11 +44,9 @@ Ref<Array> FormObj::calculationOrder() const noexcept {
     return entry<Array>("CO"_str);
 }
 
-bool Form::setNeedAppearances(bool needed) noexcept {
-    const auto* own = dynamic_cast<const FormObj*>(this);
-    if (own == nullptr) return fail(NotSupported);
+bool FormObj::setNeedAppearances(bool needed) noexcept {
     const Ref<Boolean> value = Host::make<BooleanObj>(needed);
-    return value && own->acroForm()->set("NeedAppearances"_str, value);
+    return value && acroForm_->set("NeedAppearances"_str, value);
 }
 
 } // namespace Libraries::Files::PDF

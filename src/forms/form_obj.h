@@ -32,8 +32,10 @@ public:
         return fields_.get(index);
     }
 
-    [[nodiscard]] const Kids& fields() const noexcept { return fields_; }
-    [[nodiscard]] const Ref<Dictionary>& acroForm() const noexcept { return acroForm_; }
+    [[nodiscard]] Ref<Field> fieldByName(const Ref<Host::String>& name) const noexcept override {
+        return fields_.find(name);
+    }
+    [[nodiscard]] bool setNeedAppearances(bool needed) noexcept override;
 
 private:
     template <class Interface>

@@ -57,7 +57,7 @@ Kids::~Kids() {
 void Kids::add(Ref<Field> field) {
     if (list_ == nullptr) list_ = new List;
     const Ref<String> name = field->partialName();
-    list_->names.push_back(name ? made(name->asText()) : nullptr);
+    list_->names.push_back(name ? orThrow(name->asText()) : nullptr);
     list_->fields.push_back(std::move(field));
 }
 

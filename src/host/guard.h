@@ -1,6 +1,12 @@
 #pragma once
 
+/// @file
+/// Where memory may run out. Inside the library that is an exception, so that code in the middle
+/// need not look; at its boundary it is an ordinary failure. Code under a guard makes things with
+/// `makeOrThrow`, all other with `make`, which gives null.
+
 #include <host/error.h>
+#include <host/ref.h>
 
 #include <new>
 #include <stdexcept>
@@ -8,7 +14,7 @@
 
 namespace Host {
 
-/// Runs `body` at the library's boundary: running out of memory inside is an ordinary failure.
+/// Runs `body` at the library's boundary.
 template <class Body>
 auto guarded(Body&& body) noexcept -> decltype(body()) {
     try {
@@ -18,6 +24,19 @@ auto guarded(Body&& body) noexcept -> decltype(body()) {
     }
     Error::set(OutOfMemory);
     return decltype(body())();
+}
+
+/// A new counted object. Throws `std::bad_alloc`.
+template <class T, class... Arguments>
+[[nodiscard]] Ref<T> makeOrThrow(Arguments&&... arguments) {
+    return Ref<T>(new T(std::forward<Arguments>(arguments)...));
+}
+
+/// Passes on what can only be null where memory ran out; throws `std::bad_alloc` then.
+template <class T>
+[[nodiscard]] Ref<T> orThrow(Ref<T> object) {
+    if (!object) throw std::bad_alloc();
+    return object;
 }
 
 } // namespace Host

@@ -15,7 +15,7 @@ constexpr std::size_t firstSize = 256;
 
 Ref<NameObj> makeName(std::string_view characters) {
     const auto* codes = reinterpret_cast<const std::uint8_t*>(characters.data());
-    return newValue<NameObj>(made(Host::String::create(std::span(codes, characters.size()))));
+    return makeOrThrow<NameObj>(orThrow(Host::String::create(std::span(codes, characters.size()))));
 }
 
 } // namespace

@@ -24,7 +24,7 @@ Ref<Object> ObjectReader::readAt(std::uint64_t id, std::uint16_t generation, std
     // The end of the data may end a line or a name; a fault may not.
     if (!value || cursor_.failed())
         return refuse("Failed to read value of object ", id, " at ", offset);
-    return newValue<ObjectObj>(static_cast<std::uint32_t>(id), generation, std::move(value));
+    return makeOrThrow<ObjectObj>(static_cast<std::uint32_t>(id), generation, std::move(value));
 }
 
 // Only as much of the line is read as is needed: a whole file may stand on one line.

@@ -126,7 +126,7 @@ bool LiteralReader::completeOctal() {
 Ref<String> Scanner::readLiteralString() {
     text_.clear();
     if (!LiteralReader(cursor_, text_).read()) return nullptr;
-    return newValue<StringObj>(made(text_.build()));
+    return makeOrThrow<StringObj>(orThrow(text_.build()));
 }
 
 Ref<String> Scanner::readHexString(int firstDigit) {
@@ -141,7 +141,7 @@ Ref<String> Scanner::readHexString(int firstDigit) {
         high = high >= 0 ? -1 : digit;
     }
     if (high >= 0) bytes_.push_back(static_cast<unsigned char>(high << 4));
-    return newValue<StringObj>(made(Host::TConstArray<unsigned char>::create(bytes_)));
+    return makeOrThrow<StringObj>(orThrow(Host::TConstArray<unsigned char>::create(bytes_)));
 }
 
 } // namespace Libraries::Files::PDF

@@ -92,7 +92,7 @@ Ref<Value> Scanner::readStreamStart(Ref<Dictionary> dict) {
     }
     if (token_ != keyword) return dict;
     if (!skipStreamLineEnding()) return nullptr;
-    return newValue<StreamObj>(std::move(dict), cursor_.position());
+    return makeOrThrow<StreamObj>(std::move(dict), cursor_.position());
 }
 
 bool Scanner::skipStreamLineEnding() noexcept {
@@ -158,7 +158,7 @@ std::optional<Scanner::Item> Scanner::readNumber(std::string_view token, std::ui
 
 Ref<Value> Scanner::boolean(bool value) {
     Ref<Value>& shared = value ? true_ : false_;
-    if (!shared) shared = newValue<BooleanObj>(value);
+    if (!shared) shared = makeOrThrow<BooleanObj>(value);
     return shared;
 }
 

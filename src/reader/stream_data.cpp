@@ -105,12 +105,12 @@ bool cacheStreamData(const DocumentState& state) {
     for (const ObjectTable::Slot& slot : state.objects.slots()) {
         const Ref<Value> value = slot.object->value();
         if (!value || value->type() != Value::Type::Stream) continue;
-        StreamObj* stream = dynamic_cast<StreamObj*>(value.get());
+        StreamObj* stream = own<StreamObj>(value);
         if (stream == nullptr) {
             return fail(StepFailed, "Failed to cast to stream object: ", slot.object);
         }
         const Ref<Interfaces::Stripe> data = rawData(state, Ref<Stream>(stream));
-        SubStripe* view = dynamic_cast<SubStripe*>(data.get());
+        SubStripe* view = own<SubStripe>(data);
         if (view == nullptr) continue;
         Ref<Interfaces::Stripe> copy = copyOf(*view);
         if (!copy) return false;

@@ -44,7 +44,7 @@ Ref<Array> Scanner::readArray() {
 
 Ref<Value> Scanner::takeValue(Item& item) {
     if (!item.isNumber()) return std::move(item.value);
-    return newValue<NumberObj>(item.integer, item.fraction);
+    return makeOrThrow<NumberObj>(item.integer, item.fraction);
 }
 
 Ref<Array> Scanner::takeArray(std::size_t first) {
@@ -53,7 +53,7 @@ Ref<Array> Scanner::takeArray(std::size_t first) {
     for (std::size_t index = first; index < items_.size(); ++index) {
         elements.push_back(takeValue(items_[index]));
     }
-    return newValue<ArrayObj>(std::move(elements));
+    return makeOrThrow<ArrayObj>(std::move(elements));
 }
 
 Ref<Dictionary> Scanner::takeDictionary(std::size_t first, std::uint64_t offset) {
@@ -68,7 +68,7 @@ Ref<Dictionary> Scanner::takeDictionary(std::size_t first, std::uint64_t offset)
         if (key == nullptr) return refuse("Expected identifier in dictionary at ", offset);
         entries.push_back({key->text(), takeValue(items_[index + 1])});
     }
-    return newValue<DictionaryObj>(std::move(entries));
+    return makeOrThrow<DictionaryObj>(std::move(entries));
 }
 
 bool Scanner::readValueList(List mode, std::size_t first) {
@@ -184,7 +184,7 @@ bool Scanner::pushToken(std::string_view token, std::uint64_t offset, std::size_
         return true;
     }
     if (token == "null") {
-        if (!null_) null_ = newValue<NullObj>();
+        if (!null_) null_ = makeOrThrow<NullObj>();
         push(null_);
         return true;
     }
@@ -205,9 +205,9 @@ bool Scanner::pushReference(std::uint64_t end, std::size_t first) {
     // Negative numbers pass and wrap, as the bounds above are the only ones.
     const auto generation = static_cast<std::uint16_t>(items_[count - 1].integer);
     items_.pop_back();
-    items_.back() = {
-        newValue<ObjectRefObj>(static_cast<std::uint32_t>(items_[count - 2].integer), generation),
-        0, 0};
+    items_.back() = {makeOrThrow<ObjectRefObj>(
+                         static_cast<std::uint32_t>(items_[count - 2].integer), generation),
+                     0, 0};
     return true;
 }
 

@@ -59,8 +59,8 @@ Ref<Interfaces::Stripe> rawData(const DocumentState& state, const Ref<Stream>& s
 }
 
 Ref<Interfaces::Stripe> attachedData(const Ref<Stream>& stream) noexcept {
-    const auto* own = dynamic_cast<const StreamObj*>(stream.get());
-    return own != nullptr ? own->strmData() : nullptr;
+    const auto* held = own<StreamObj>(stream);
+    return held != nullptr ? held->strmData() : nullptr;
 }
 
 bool beginsInSource(const DocumentState& state, const Stream& stream) noexcept {
@@ -71,8 +71,8 @@ bool beginsInSource(const DocumentState& state, const Stream& stream) noexcept {
 Ref<Interfaces::Stripe> viewOfSource(const DocumentState& state, const Ref<Stream>& stream) {
     const auto length = readLength(state, *stream->dict(), stream->strmOfs());
     if (!length) return nullptr;
-    auto view = newValue<SubStripe>(state.source, stream->strmOfs(), *length, state.monitor);
-    if (auto* own = dynamic_cast<StreamObj*>(stream.get())) attach(*own, view);
+    auto view = makeOrThrow<SubStripe>(state.source, stream->strmOfs(), *length, state.monitor);
+    if (auto* holder = own<StreamObj>(stream)) attach(*holder, view);
     return view;
 }
 

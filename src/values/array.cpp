@@ -21,7 +21,7 @@ Ref<Interface> getAs(const Array& array, std::uint64_t index, const char* castMe
 
 Ref<Array> Array::create(const std::vector<Ref<Value>>& elements) noexcept {
     return Host::guarded([&]() -> Ref<Array> {
-        return newValue<ArrayObj>(ArrayObj::Elements(elements.begin(), elements.end()));
+        return makeOrThrow<ArrayObj>(ArrayObj::Elements(elements.begin(), elements.end()));
     });
 }
 

@@ -132,7 +132,7 @@ bool DictionaryObj::holds(std::size_t place, const Host::String& key) const noex
 
 Ref<Host::TVector<Ref<Host::String>>> DictionaryObj::keys() const noexcept {
     return Host::guarded([&] {
-        auto result = newValue<Host::TVector<Ref<Host::String>>>();
+        auto result = makeOrThrow<Host::TVector<Ref<Host::String>>>();
         result->reserve(entries_.size());
         for (const Entry& entry : entries_)
             result->push_back(entry.key);

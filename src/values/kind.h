@@ -1,12 +1,16 @@
 #pragma once
 
+#include "host/guard.h"
+
 #include <pdf/values.h>
 
-#include <new>
+#include <type_traits>
 #include <typeinfo>
-#include <utility>
 
 namespace Libraries::Files::PDF {
+
+using Host::makeOrThrow;
+using Host::orThrow;
 
 /// What the implementations of values share.
 template <class Interface, Value::Type kind>
@@ -29,7 +33,11 @@ struct KindOf {
 template <>
 struct Kind<Stream> : KindOf<StreamObj, Value::Type::Stream> {};
 
-/// The value under another interface, or null where it has it not, whatever kind it claims.
+// Three ways down from a value. All give null where the value is something else, and borrow what
+// they give; messages about it are the caller's.
+
+/// The value under the interface of a kind, whatever kind it claims to be: for code that has looked
+/// at the kind and has another thing to say of a value that lies.
 ///
 /// Nearly every value is of the library's own class: one comparison then does what a dynamic cast
 /// takes fifty for.
@@ -46,30 +54,25 @@ template <class Interface>
     return as<Interface>(value.get());
 }
 
-/// As `as`, with a reference taken.
-template <class Interface>
-[[nodiscard]] Ref<Interface> castTo(const Ref<Value>& value) noexcept {
-    return Ref<Interface>(as<Interface>(value.get()));
-}
-
-/// The value as one kind: null where its number or its class says otherwise.
+/// The value where it is of a kind, by its number and its class.
 template <class Interface>
 [[nodiscard]] Interface* ofKind(const Ref<Value>& value) noexcept {
     if (!value || value->type() != Kind<Interface>::number) return nullptr;
     return as<Interface>(value.get());
 }
 
-/// A new value, for code that runs under a guard: throws `std::bad_alloc`.
-template <class Implementation, class... Arguments>
-[[nodiscard]] Ref<Implementation> newValue(Arguments&&... arguments) {
-    return Ref<Implementation>(new Implementation(std::forward<Arguments>(arguments)...));
+/// The value, or whatever else is counted, where it is of the library's very own class: for what no
+/// interface offers.
+template <class Class, class Base>
+[[nodiscard]] Class* own(Base* object) noexcept {
+    static_assert(std::is_final_v<Class>);
+    if (object == nullptr || typeid(*object) != typeid(Class)) return nullptr;
+    return static_cast<Class*>(object);
 }
 
-/// Passes a handle on, for code that runs under a guard: null can only mean exhausted memory.
-template <class T>
-[[nodiscard]] Ref<T> made(Ref<T> object) {
-    if (!object) throw std::bad_alloc();
-    return object;
+template <class Class, class Base>
+[[nodiscard]] Class* own(const Ref<Base>& object) noexcept {
+    return own<Class>(object.get());
 }
 
 } // namespace Libraries::Files::PDF

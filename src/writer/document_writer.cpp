@@ -223,7 +223,7 @@ bool liesIn(const DocumentState& state, const Interfaces::Stripe& target) {
     if (state.source.get() == &target) return true;
     return std::ranges::any_of(state.objects.slots(), [&](const ObjectTable::Slot& slot) {
         const Ref<Value> value = slot.object->value();
-        const auto* stream = dynamic_cast<const StreamObj*>(ofKind<Stream>(value));
+        const auto* stream = own<StreamObj>(value);
         return stream != nullptr && stream->strmData().get() == &target;
     });
 }

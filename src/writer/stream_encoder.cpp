@@ -1,3 +1,4 @@
+#include "host/on_failure.h"
 #include "host/pump.h"
 #include "state/stream_length.h"
 #include "values/dictionary.h"
@@ -8,6 +9,7 @@
 #include <host/stream.h>
 #include <host/string.h>
 
+#include <ranges>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -28,17 +30,12 @@ struct Former {
     std::int64_t lengthInteger;
 };
 
-/// Re-encodes the streams of a document, or none: what was not completed is undone when the encoder
-/// goes, whatever the reason.
+/// Re-encodes the streams of a document, or none.
 class StreamEncoder {
 public:
     StreamEncoder(DocumentState& state, Compression target) : state_(state), target_(target) {
-        if (target == Compression::FlateDecode) filter_ = made(Name::create("FlateDecode"_str));
+        if (target == Compression::FlateDecode) filter_ = orThrow(Name::create("FlateDecode"_str));
     }
-    ~StreamEncoder() { undo(); }
-    StreamEncoder(const StreamEncoder&) = delete;
-    StreamEncoder& operator=(const StreamEncoder&) = delete;
-
     bool run();
 
 private:
@@ -76,11 +73,12 @@ const char* codingMessage(Host::PumpResult result) noexcept {
 }
 
 bool StreamEncoder::run() {
+    Host::OnFailure failed([this] { undo(); });
     for (const ObjectTable::Slot& slot : state_.objects.slots()) {
         if (!visit(*slot.object)) return false;
     }
     complete();
-    return true;
+    return failed.keep();
 }
 
 bool StreamEncoder::visit(const Object& object) {
@@ -91,17 +89,17 @@ bool StreamEncoder::visit(const Object& object) {
     if (stream == nullptr) {
         return fail(NoValue, "Failed to cast value of object ", id, " to stream");
     }
-    auto* const own = dynamic_cast<StreamObj*>(stream);
-    if (own == nullptr) {
+    auto* const ours = own<StreamObj>(stream);
+    if (ours == nullptr) {
         return fail(StreamObjectInvalid, "Failed to cast Stream to StreamObj for ", id);
     }
-    const Compression current = own->compression();
+    const Compression current = ours->compression();
     if (current == target_) return true;
     if (current == Compression::Unknown) {
         report(LogLevel::Warning, "Unsupported compression for stream of object ", id);
         return true;
     }
-    return encode(StoredStream(state_, *own, id));
+    return encode(StoredStream(state_, *ours, id));
 }
 
 bool StreamEncoder::encode(const StoredStream& stored) {
@@ -152,7 +150,7 @@ void StreamEncoder::viewStreamsThatShareLengths() {
     std::unordered_map<const Value*, const ObjectTable::Slot*> firsts;
     for (const ObjectTable::Slot& slot : state_.objects.slots()) {
         const Ref<Value> value = slot.object->value();
-        const auto* stream = dynamic_cast<const StreamObj*>(value.get());
+        const auto* stream = own<StreamObj>(value);
         const Ref<Dictionary> dict = stream != nullptr ? stream->dict() : nullptr;
         const Ref<Value> length = dict ? findStreamLength(state_, *dict).value : nullptr;
         if (!length) continue;
@@ -175,7 +173,7 @@ bool StreamEncoder::readable(const StreamObj& stream) const noexcept {
 
 void StreamEncoder::view(const ObjectTable::Slot& slot) {
     const Ref<Value> value = slot.object->value();
-    auto* const stream = dynamic_cast<StreamObj*>(value.get());
+    auto* const stream = own<StreamObj>(value);
     if (stream->strmData() || !readable(*stream)) return;
     const auto [place, isNew] = views_.try_emplace(stream);
     if (isNew) place->second = viewOf(StoredStream(state_, *stream, slot.id));
@@ -218,20 +216,18 @@ void StreamEncoder::complete() {
         if (!changed) stream->resetChanged();
     }
     if (!formers_.empty()) state_.modified = true;
-    formers_.clear();
 }
 
 /// From the last one back, so that a Length which several streams share ends as it began. Takes no
 /// memory: an entry that was removed finds its place still there.
 void StreamEncoder::undo() noexcept {
     const std::uint32_t code = Host::Error::get();
-    for (; !formers_.empty(); formers_.pop_back()) {
-        Former& former = formers_.back();
+    for (Former& former : std::views::reverse(formers_)) {
         former.stream->strmData(std::move(former.data));
         former.length->integer(former.lengthInteger);
         static_cast<void>(former.dict->set("Filter"_str, std::move(former.filter)));
         former.stream->resetChanged();
-        if (auto* own = dynamic_cast<DictionaryObj*>(former.dict.get())) own->resetModified();
+        if (auto* dict = own<DictionaryObj>(former.dict)) dict->resetModified();
     }
     Host::Error::set(code);
 }

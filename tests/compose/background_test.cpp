@@ -318,7 +318,7 @@ TEST(ResourceMerging, AddsOrRefuses) {
         SCOPED_TRACE(row.target + std::string(" and ") + row.added);
         const Ref<Document> document = with(row.target, "<< /Z 1 >>");
         const Ref<Document> foreign = with(row.added, "<< /Y 2 /Z 1 >>");
-        Cloner cloner(dynamic_cast<DocumentObj&>(*document).state(), *document);
+        Cloner cloner(dynamic_cast<DocumentObj&>(*document));
         const auto target = castTo<Dictionary>(valueOf(*document, 5));
         const auto added = castTo<Dictionary>(valueOf(*foreign, 5));
         const RecordingLog log;

@@ -20,7 +20,7 @@ using namespace Testing;
 struct Target {
     Ref<Document> document = open(DocumentBuilder::minimal().bytes());
     DocumentState& state = dynamic_cast<DocumentObj&>(*document).state();
-    Cloner cloner{state, *document};
+    Cloner cloner{dynamic_cast<DocumentObj&>(*document)};
 };
 
 Ref<Document> foreignWith(std::initializer_list<std::pair<std::uint32_t, std::string>> objects) {
@@ -52,7 +52,7 @@ TEST(Cloner, CopiesEveryKindAndFollowsReferences) {
     const auto list = text("A");
     EXPECT_NE(castTo<Dictionary>(copy)->find(list), castTo<Dictionary>(value)->find(list));
     // Not through String::create, which would turn it into bytes.
-    const Ref<Value> wide = newValue<StringObj>(text("\xC3\xA9"));
+    const Ref<Value> wide = makeOrThrow<StringObj>(text("\xC3\xA9"));
     EXPECT_EQ(castTo<String>(target.cloner.cloneValue(wide, source))->text()->utf8(), "\xC3\xA9");
 }
 
@@ -73,14 +73,15 @@ TEST(Cloner, CopiesOfOneStreamShareItsBytes) {
 }
 
 Ref<Value> failing(FailingStripe::Call call, FailingStripe::Fault fault) {
-    const auto stripe = newValue<FailingStripe>(stripeOf("abc"));
+    const auto stripe = makeOrThrow<FailingStripe>(stripeOf("abc"));
     stripe->failAt(call, 1, fault);
-    return newValue<StreamObj>(dictionary({}), stripe);
+    return makeOrThrow<StreamObj>(dictionary({}), stripe);
 }
 
 TEST(Cloner, LeavesTheTableAsItWasOnFailure) {
     const auto small = Adapters::Stripe::ElementSize::create(stripeOf("abc"), 1);
-    const auto large = newValue<SubStripe>(stripeOf(""), 0U, 0x1'0000'0000U, Host::Mon::create());
+    const auto large =
+        makeOrThrow<SubStripe>(stripeOf(""), 0U, 0x1'0000'0000U, Host::Mon::create());
     const struct {
         AnyValue value;
         std::uint32_t code;
@@ -92,12 +93,12 @@ TEST(Cloner, LeavesTheTableAsItWasOnFailure) {
         {foreign(1), InvalidArgument, "Failed to convert to be cloned name to Name\n"},
         {array({reference(4, 0), nullptr}), InvalidArgument,
          "Element of to be cloned array is NULL: 1h (1)\n", 1},
-        {newValue<StreamObj>(dictionary({}), 1'000'000U), InvalidArgument,
+        {makeOrThrow<StreamObj>(dictionary({}), 1'000'000U), InvalidArgument,
          "Failed to retrieve to be cloned stream's data\n"},
-        {newValue<StreamObj>(dictionary({}), small), InvalidArgument,
+        {makeOrThrow<StreamObj>(dictionary({}), small), InvalidArgument,
          "To be cloned raw stream as a different element size (1h (1)) than the current stream "
          "(4h (4))\n"},
-        {newValue<StreamObj>(dictionary({}), large), OutOfRange,
+        {makeOrThrow<StreamObj>(dictionary({}), large), OutOfRange,
          "Stream size is too large: 100000000h (4294967296)\n"},
         {failing(FailingStripe::Call::Seek, FailingStripe::Fault::Misplaced), InvalidArgument,
          "Failed to navigate in to be cloned stream's data\n"},

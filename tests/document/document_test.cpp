@@ -69,7 +69,7 @@ TEST(Navigation, FollowsOneReferenceToADictionary) {
                                             .stream(6, "", "x")
                                             .bytes());
     ASSERT_TRUE(document);
-    const Ref<Array> values = castTo<Array>(Testing::valueOf(*document, 5));
+    const Ref<Array> values = Testing::castTo<Array>(Testing::valueOf(*document, 5));
     const std::tuple<std::string, std::uint32_t, const char*> rows[] = {
         {"(null)", ObjectUnreadable, "Invalid object type 8h (8)\n"},
         {"<< Pages -> 2 (0) Type -> Catalog >>", 0, ""},
@@ -115,14 +115,14 @@ TEST(ObjectTable, FindsWhatAWalkFinds) {
     for (const auto& [name, objects, ascending] : rows) {
         ObjectTable table;
         for (const auto& [id, generation] : objects)
-            table.append(newValue<ObjectObj>(id, generation, nullptr));
+            table.append(makeOrThrow<ObjectObj>(id, generation, nullptr));
         EXPECT_EQ(table.ascending(), ascending) << name;
         expectLookupsAgree(table, name);
 
         ObjectTable cut = table;
         cut.truncate(1);
         EXPECT_TRUE(cut.ascending()) << name;
-        cut.append(newValue<ObjectObj>(4U, std::uint16_t{1}, nullptr));
+        cut.append(makeOrThrow<ObjectObj>(4U, std::uint16_t{1}, nullptr));
         expectLookupsAgree(cut, name);
 
         EXPECT_FALSE(table.remove(8, 0)) << name;

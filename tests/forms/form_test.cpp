@@ -178,9 +178,9 @@ TEST(Form, ReadsItsOwnEntriesWheneverAsked) {
 Ref<Document> treeOf(std::uint32_t count, const KidsOf& kidsOf) {
     const auto document = Testing::open(Testing::formFile("<< /Fields [ 6 0 R ] >>", {}));
     auto& objects = dynamic_cast<DocumentObj&>(*document).state().objects;
-    const auto label = newValue<StringObj>("f"_str);
+    const auto label = makeOrThrow<StringObj>("f"_str);
     for (std::uint32_t id = 6; id < 6 + count; ++id) {
-        const auto kids = newValue<ArrayObj>();
+        const auto kids = makeOrThrow<ArrayObj>();
         for (const std::uint32_t kid : kidsOf(id))
             kids->add(Testing::reference(kid, 0));
         const auto field =

@@ -144,7 +144,7 @@ TEST(StreamData, BeyondFourGiBIsReadInPartsOnly) {
 
 TEST(StreamData, FailsWithItsSource) {
     const std::string bytes = DocumentBuilder::minimal(Compression::FlateDecode).bytes();
-    const auto source = newValue<FailingStripe>(stripeOf(bytes));
+    const auto source = makeOrThrow<FailingStripe>(stripeOf(bytes));
     const auto document = Document::create(source);
     const RecordingLog log;
     source->failAt(Call::Seek, 1);
@@ -158,10 +158,10 @@ TEST(StreamData, FailsWithItsSource) {
                           "Failed to read from to be cached stream's data\n");
     EXPECT_TRUE(document->cacheStreamData());
     for (const std::uint64_t offset : {source->size(), UINT64_MAX}) {
-        EXPECT_FALSE(document->readStreamData(newValue<StreamObj>(nullptr, offset), false));
+        EXPECT_FALSE(document->readStreamData(makeOrThrow<StreamObj>(nullptr, offset), false));
         EXPECT_EQ(Host::Error::get(), OutOfRange);
     }
-    EXPECT_FALSE(document->readStreamData(newValue<StreamObj>(nullptr, 0U), false));
+    EXPECT_FALSE(document->readStreamData(makeOrThrow<StreamObj>(nullptr, 0U), false));
     EXPECT_EQ(Host::Error::get(), InvalidArgument);
     EXPECT_FALSE(document->readStreamData(nullptr, true));
     EXPECT_EQ(Host::Error::get(), NullArgument);

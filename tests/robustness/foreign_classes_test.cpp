@@ -51,15 +51,15 @@ public:
 };
 
 AnyValue ownDictionary(std::vector<Text> keys, AnyValue value) {
-    return newValue<OwnDictionary>(newValue<Host::TVector<Text>>(std::move(keys)),
-                                   std::move(value));
+    return makeOrThrow<OwnDictionary>(makeOrThrow<Host::TVector<Text>>(std::move(keys)),
+                                      std::move(value));
 }
 
 /// A small document with one more object, number 5.
 Ref<Document> with(AnyValue value) {
     auto document = open(DocumentBuilder::minimal().bytes());
     auto& objects = dynamic_cast<DocumentObj&>(*document).state().objects;
-    objects.append(newValue<ObjectObj>(5U, std::uint16_t{0}, std::move(value)));
+    objects.append(makeOrThrow<ObjectObj>(5U, std::uint16_t{0}, std::move(value)));
     return document;
 }
 
@@ -71,7 +71,7 @@ TEST(ForeignClasses, ContainersMayBreakTheirPromises) {
         {ownDictionary({"K"_str, text("\u4E2D")}, number(1)), "<< /K 1 /- 1 >>", // cut to 8 bits
          "<< K -> 1.0 \u4E2D -> 1.0 >>", "Failed to add cloned value of A\n",
          "<< Font -> << K -> 1.0 \u4E2D -> 1.0 >> >>"},
-        {newValue<OwnDictionary>(nullptr, nullptr), "Failed to retrieve keys of dictionary\n",
+        {makeOrThrow<OwnDictionary>(nullptr, nullptr), "Failed to retrieve keys of dictionary\n",
          "Failed to retrieve keys of the be cloned dictionary\n",
          "Failed to retrieve keys of resource dictionary Font\n",
          "Failed to retrieve resource keys of resource to add Font\n"},
@@ -98,7 +98,7 @@ TEST(ForeignClasses, ContainersMayBreakTheirPromises) {
             logged = log.text().size();
         };
         const auto document = with(row.value);
-        Cloner cloner(dynamic_cast<DocumentObj&>(*document).state(), *document);
+        Cloner cloner(dynamic_cast<DocumentObj&>(*document));
         expect(write(*document), row.written);
         const auto copy = cloner.cloneValue(row.value, document);
         expect(copy ? textOf(copy) : "", row.cloned);
@@ -116,7 +116,7 @@ TEST(ForeignClasses, ContainersMayBreakTheirPromises) {
 
 TEST(ForeignClasses, StreamsAreNotReencoded) {
     const auto stream = [](AnyValue length) {
-        return newValue<StreamObj>(dictionary({{"Length", std::move(length)}}), stripeOf("abc"));
+        return makeOrThrow<StreamObj>(dictionary({{"Length", std::move(length)}}), stripeOf("abc"));
     };
     const struct {
         AnyValue value;
@@ -125,9 +125,9 @@ TEST(ForeignClasses, StreamsAreNotReencoded) {
         bool cached = false;
     } rows[] = {
         {foreign(7), NoValue, "Failed to cast value of object 5h (5) to stream\n"},
-        {newValue<OwnStream>(), StreamObjectInvalid,
+        {makeOrThrow<OwnStream>(), StreamObjectInvalid,
          "Failed to cast Stream to StreamObj for 5h (5)\n"},
-        {stream(newValue<OwnNumber>()), StreamObjectInvalid,
+        {stream(makeOrThrow<OwnNumber>()), StreamObjectInvalid,
          "Failed to cast Length number to LengthObj for stream 5h (5)\n", true},
     };
     for (const auto& row : rows) {

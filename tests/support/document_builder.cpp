@@ -1,5 +1,6 @@
 #include "support/document_builder.h"
 
+#include "host/guard.h"
 #include "values/scalars.h"
 
 #include <libdeflate.h>
@@ -95,12 +96,12 @@ std::string write(PDF::Document& document) {
 }
 
 Ref<PDF::Value> valueOf(const PDF::Document& document, std::uint32_t id, std::uint16_t generation) {
-    const auto object = document.getObject(PDF::newValue<PDF::ObjectRefObj>(id, generation));
+    const auto object = document.getObject(Host::makeOrThrow<PDF::ObjectRefObj>(id, generation));
     return object ? object->value() : nullptr;
 }
 
 Ref<PDF::Stream> streamOf(const PDF::Document& document, std::uint32_t id) {
-    return PDF::castTo<PDF::Stream>(valueOf(document, id));
+    return Host::cast<PDF::Stream>(valueOf(document, id));
 }
 
 std::string contentsOf(const Ref<Interfaces::Stripe>& stripe) {

@@ -13,23 +13,29 @@ namespace Testing {
 namespace PDF = Libraries::Files::PDF;
 using AnyValue = Host::Ref<PDF::Value>;
 
+/// The value under another interface, or null.
+template <class Interface>
+Host::Ref<Interface> castTo(const AnyValue& value) {
+    return Host::cast<Interface>(value);
+}
+
 inline Host::Ref<Host::String> text(std::string_view utf8) {
     return Host::String::create(utf8);
 }
 inline AnyValue name(std::string_view utf8) {
-    return PDF::newValue<PDF::NameObj>(text(utf8));
+    return Host::makeOrThrow<PDF::NameObj>(text(utf8));
 }
 inline AnyValue number(std::int64_t integer, std::uint64_t fraction = 0) {
-    return PDF::newValue<PDF::NumberObj>(integer, fraction);
+    return Host::makeOrThrow<PDF::NumberObj>(integer, fraction);
 }
 inline AnyValue null() {
-    return PDF::newValue<PDF::NullObj>();
+    return Host::makeOrThrow<PDF::NullObj>();
 }
 inline AnyValue boolean(bool value) {
-    return PDF::newValue<PDF::BooleanObj>(value);
+    return Host::makeOrThrow<PDF::BooleanObj>(value);
 }
 inline AnyValue reference(std::uint32_t id, std::uint16_t generation) {
-    return PDF::newValue<PDF::ObjectRefObj>(id, generation);
+    return Host::makeOrThrow<PDF::ObjectRefObj>(id, generation);
 }
 inline AnyValue byteString(const std::vector<unsigned char>& bytes) {
     return PDF::String::create(Host::TConstArray<unsigned char>::create(bytes));
@@ -43,7 +49,7 @@ dictionary(std::initializer_list<std::pair<std::string_view, AnyValue>> entries)
     PDF::DictionaryObj::Entries made;
     for (const auto& [key, value] : entries)
         made.push_back({text(key), value});
-    return PDF::newValue<PDF::DictionaryObj>(std::move(made));
+    return Host::makeOrThrow<PDF::DictionaryObj>(std::move(made));
 }
 /// `depth` containers around `core`, arrays and dictionaries by turns.
 inline AnyValue nested(unsigned depth, AnyValue core = null()) {
@@ -68,7 +74,7 @@ private:
 };
 
 inline AnyValue foreign(std::uint32_t type) {
-    return PDF::newValue<Foreign<PDF::Value>>(static_cast<PDF::Value::Type>(type));
+    return Host::makeOrThrow<Foreign<PDF::Value>>(static_cast<PDF::Value::Type>(type));
 }
 
 } // namespace Testing

@@ -64,7 +64,7 @@ TEST(Value, EqualsItsLikeAndNothingElse) {
 
 TEST(Stream, KnowsItsPlaceAndItsChange) {
     const auto dict = dictionary({{"Length", number(12)}});
-    const auto stream = newValue<StreamObj>(dict, std::uint64_t{1024});
+    const auto stream = makeOrThrow<StreamObj>(dict, std::uint64_t{1024});
     EXPECT_EQ(textOf(stream), "@1024 << Length -> 12.0 >>");
     const auto holder = dictionary({{"S", stream}});
     dict->set(text("A"), number(1));
@@ -76,7 +76,7 @@ TEST(Stream, KnowsItsPlaceAndItsChange) {
 TEST(SubStripe, ReadsItsRangeOnly) {
     for (const std::uint64_t start : {0U, 3U}) {
         const auto base = stripeOf("0123456789ABCDEF");
-        const auto view = newValue<SubStripe>(base, start, 10U, Host::Mon::create());
+        const auto view = makeOrThrow<SubStripe>(base, start, 10U, Host::Mon::create());
         std::uint32_t elements[7] = {0, 0, 0, 0, 0, 0, 77}; // room for what is left, and a guard
         EXPECT_EQ(view->position(4), 4U);
         EXPECT_EQ(view->read(elements, start == 0 ? 100 : UINT64_MAX), 6U);
@@ -134,7 +134,7 @@ AnyValue inObject(const AnyValue& value) {
 
 TEST(TypedAccess, GivesItsKindAndNoOther) {
     const AnyValue string = String::create(text("s"));
-    const AnyValue stream = newValue<StreamObj>(dictionary({}), std::uint64_t{9});
+    const AnyValue stream = makeOrThrow<StreamObj>(dictionary({}), std::uint64_t{9});
     const std::tuple<std::string, AnyValue, AnyValue (*)(const AnyValue&)> rows[] = {
         {"ObjectRef", reference(1, 0), inArray<&Array::getAsObjectRef>},
         {"Name", name("N"), inArray<&Array::getAsName>},
@@ -222,7 +222,7 @@ TEST(Dictionary, KeepsTheLastOfEqualKeysInOrder) {
         std::string expected = "<<";
         for (const auto& [key, index] : last)
             expected += " " + key + " -> " + std::to_string(index) + ".0";
-        const auto dict = newValue<DictionaryObj>(std::move(entries));
+        const auto dict = makeOrThrow<DictionaryObj>(std::move(entries));
         EXPECT_EQ(textOf(dict), expected + " >>") << size;
         EXPECT_EQ(textOf(built), expected + " >>") << size;
         EXPECT_FALSE(dict->changed());

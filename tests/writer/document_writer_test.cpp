@@ -33,7 +33,7 @@ DocumentState document(std::string_view lineEnding = "\n") {
 }
 
 void add(DocumentState& state, std::uint32_t id, AnyValue value, std::uint16_t generation = 0) {
-    state.objects.append(newValue<ObjectObj>(id, generation, std::move(value)));
+    state.objects.append(makeOrThrow<ObjectObj>(id, generation, std::move(value)));
 }
 
 std::string replaced(const std::string& text, const std::string& from, const char* to) {
@@ -130,11 +130,11 @@ TEST(DocumentWriter, TellsHowFarAFailingTargetCame) {
     DocumentState state = document();
     for (const std::uint32_t id : {1U, 2U}) {
         const Ref<Interfaces::Stripe> data = Host::MemoryStripe::create(noise(66000, id));
-        add(state, id, newValue<StreamObj>(dictionary({}), data));
+        add(state, id, makeOrThrow<StreamObj>(dictionary({}), data));
     }
     for (std::uint32_t id = 3; id < 4'000; ++id) // whose table is larger than a block
         add(state, id, null());
-    const auto target = newValue<FailingStripe>(Host::MemoryStripe::create());
+    const auto target = makeOrThrow<FailingStripe>(Host::MemoryStripe::create());
     ASSERT_EQ(write(state, *target), Host::NoError);
     const std::string whole = contentsOf(target);
     const std::uint64_t xref = whole.rfind("\nxref");
@@ -148,7 +148,7 @@ TEST(DocumentWriter, TellsHowFarAFailingTargetCame) {
     for (std::uint64_t call = 1; call <= target->calls(Call::Write); ++call) {
         for (const Fault fault : {Fault::Failed, Fault::Short}) {
             const auto written = Host::MemoryStripe::create();
-            const auto broken = newValue<FailingStripe>(written);
+            const auto broken = makeOrThrow<FailingStripe>(written);
             broken->failAt(Call::Write, call, fault);
             const RecordingLog log;
             const std::uint32_t code = write(state, *broken);
@@ -204,13 +204,13 @@ std::string serialize(const AnyValue& value, std::string_view lineEnding = "\n")
 }
 
 AnyValue literal(std::string_view utf8) {
-    return newValue<StringObj>(text(utf8));
+    return makeOrThrow<StringObj>(text(utf8));
 }
 AnyValue stream(Data data, Ref<Dictionary> dict = dictionary({})) {
-    return newValue<StreamObj>(std::move(dict), std::move(data));
+    return makeOrThrow<StreamObj>(std::move(dict), std::move(data));
 }
 Data view(std::string_view bytes, std::uint64_t length) {
-    return newValue<SubStripe>(stripeOf(bytes), 0U, length, Host::Mon::create());
+    return makeOrThrow<SubStripe>(stripeOf(bytes), 0U, length, Host::Mon::create());
 }
 
 TEST(Serializer, WritesOneCanonicalForm) {
@@ -232,14 +232,14 @@ TEST(Serializer, WritesOneCanonicalForm) {
 }
 
 TEST(Serializer, ReportsWhatItCannotWrite) {
-    const auto misplaced = newValue<FailingStripe>(stripeOf("data"));
+    const auto misplaced = makeOrThrow<FailingStripe>(stripeOf("data"));
     misplaced->failAt(FailingStripe::Call::Seek, 1, FailingStripe::Fault::Misplaced);
     const std::string character = "Failed to convert character: 4E2Dh (20013)\n"
                                   "Failed to convert string to PDF compatible string\n";
     const std::pair<AnyValue, std::string> rows[] = {
         {nullptr, "33861 "},
         {array({null(), nullptr}), "33862 Array element is NULL: 1h (1)\n"},
-        {newValue<StringObj>(Ref<Host::String>()), "33862 Invalid Stirng value\n"},
+        {makeOrThrow<StringObj>(Ref<Host::String>()), "33862 Invalid Stirng value\n"},
         {literal("\u4E2D"), "33862 " + character},
         {stream(stripeOf(""), nullptr), "33862 Stream has no dictionary\n"},
         {stream(nullptr), "33862 Failed to retrieve data of stream\n"},
@@ -288,7 +288,7 @@ TEST(Serializer, LaysStreamsOut) {
                 "<< >>" + eol + "stream" + eol + data + (ended ? "" : eol) + "endstream";
             const auto memory = stripeOf(data);
             memory->position(data.size() / 2);
-            for (const Data& source : {Data(memory), Data(newValue<FailingStripe>(memory))})
+            for (const Data& source : {Data(memory), Data(makeOrThrow<FailingStripe>(memory))})
                 EXPECT_TRUE(serialize(stream(source), eol) == expected) << data.size();
         }
     }
