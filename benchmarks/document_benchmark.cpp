@@ -14,6 +14,7 @@
 #include "generate.h"
 
 #include <host/files.h>
+#include <host/memory_stripe.h>
 #include <host/stripe.h>
 #include <pdf/document.h>
 

@@ -6,6 +6,7 @@
 
 #include "generate.h"
 
+#include <host/memory_stripe.h>
 #include <host/stripe.h>
 #include <pdf/document.h>
 

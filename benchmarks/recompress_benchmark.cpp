@@ -9,6 +9,7 @@
 
 #include "generate.h"
 
+#include <host/memory_stripe.h>
 #include <host/stripe.h>
 #include <pdf/document.h>
 

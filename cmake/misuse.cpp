@@ -4,6 +4,7 @@
 // pass.
 
 #include <host/files.h>
+#include <host/memory_stripe.h>
 #include <pdf/document.h>
 
 using namespace Libraries::Files::PDF;

@@ -5,6 +5,7 @@
 #include "support/failing_stripe.h"
 
 #include <host/log.h>
+#include <host/memory_stripe.h>
 #include <pdf/form.h>
 
 #include <gtest/gtest.h>

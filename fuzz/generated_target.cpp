@@ -133,7 +133,7 @@ private:
             const Spelt key = name();
             const Spelt entry = value(depth - 1, true);
             spelt += blank() + key.text + blank() + entry.text;
-            dict->set(castTo<Name>(key.value)->name(), entry.value);
+            dict->set(Host::cast<Name>(key.value)->name(), entry.value);
         }
         return {spelt + blank() + ">>", dict};
     }

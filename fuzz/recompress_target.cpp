@@ -4,6 +4,7 @@
 #include "target.h"
 #include "walk.h"
 
+#include <host/memory_stripe.h>
 #include <host/string.h>
 
 #include <algorithm>

@@ -7,6 +7,8 @@
 #include "writer/output.h"
 #include "writer/serializer.h"
 
+#include <host/memory_stripe.h>
+
 #include <algorithm>
 #include <string_view>
 
@@ -74,11 +76,12 @@ bool lineFeedIsLost(Document& document) {
 bool trailerIsFound(const Document& document) {
     const Ref<Host::MemoryStripe> target = Host::MemoryStripe::create();
     Output output(*target);
-    Serializer serializer(output, DocumentState());
+    const DocumentState state;
+    Serializer serializer(output, state);
     if (!serializer.write(document.trailer()) || !output.flush()) return false;
 
     const std::string text = contentsOf(*target);
-    std::uint64_t open = 0;
+    std::int64_t open = 0;
     bool seen = false;
     for (std::size_t end = text.size(); end > 0; --end) {
         const std::string_view pair = std::string_view(text).substr(end > 1 ? end - 2 : 0, 2);

@@ -1,6 +1,7 @@
 #include "target.h"
 
 #include <host/log.h>
+#include <host/memory_stripe.h>
 
 #include <cstdio>
 #include <cstdlib>

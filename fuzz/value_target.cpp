@@ -8,6 +8,8 @@
 #include "writer/output.h"
 #include "writer/serializer.h"
 
+#include <host/memory_stripe.h>
+
 #include <optional>
 
 using namespace Libraries::Files::PDF;
@@ -25,7 +27,8 @@ std::optional<std::string> written(const Ref<Value>& value) {
     const auto* stream = dynamic_cast<const Stream*>(value.get());
     const Ref<Host::MemoryStripe> target = Host::MemoryStripe::create();
     Output output(*target);
-    Serializer serializer(output, "\n", nullptr);
+    const DocumentState state;
+    Serializer serializer(output, state);
     if (!serializer.write(stream != nullptr ? Ref<Value>(stream->dict()) : value)) return {};
     claim(output.flush(), "memory takes everything");
     return Fuzzing::contentsOf(*target);

@@ -7,7 +7,6 @@
 #include <host/heap.h>
 #include <host/ref.h>
 
-#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -63,9 +62,9 @@ public:
 
     /// What `Ref` calls. Thread-safe; the last `decRef` frees the array.
     ///@{
-    void incRef() const noexcept { count_.fetch_add(1, std::memory_order_relaxed); }
+    void incRef() const noexcept { count_.increase(); }
     void decRef() const noexcept {
-        if (count_.fetch_sub(1, std::memory_order_acq_rel) != 1) return;
+        if (!count_.decrease()) return;
         const std::size_t bytes = sizeof(TConstArray) + size_ * sizeof(T);
         this->~TConstArray();
         Heap::free(const_cast<TConstArray*>(this), bytes);
@@ -82,7 +81,7 @@ private:
     }
     [[nodiscard]] T* begin() noexcept { return reinterpret_cast<T*>(this + 1); }
 
-    mutable std::atomic<std::uint32_t> count_{0};
+    mutable Counter count_;
     std::size_t size_;
 };
 

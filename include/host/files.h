@@ -7,6 +7,7 @@
 #include <host/ref.h>
 #include <host/string.h>
 #include <host/stripe.h>
+#include <host/stripe_adapters.h>
 
 #include <cstdint>
 #include <string>

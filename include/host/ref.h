@@ -6,14 +6,12 @@
 /// Every object of the library lives on the heap, carries its own count and is passed around as
 /// `Ref<T>`. Counting is thread-safe; the objects themselves are not, unless they say so.
 
+#include <host/counter.h>
 #include <host/error.h>
 #include <host/export.h>
 #include <host/heap.h>
 
-#include <atomic>
 #include <cstddef>
-#include <cstdint>
-#include <mutex>
 #include <new>
 #include <type_traits>
 #include <utility>
@@ -111,9 +109,9 @@ public:
     /// What `Ref` calls, and rarely anybody else. Thread-safe; the last `decRef` deletes the
     /// object.
     ///@{
-    void incRef() const noexcept { count_.fetch_add(1, std::memory_order_relaxed); }
+    void incRef() const noexcept { count_.increase(); }
     void decRef() const noexcept {
-        if (count_.fetch_sub(1, std::memory_order_acq_rel) == 1) delete this;
+        if (count_.decrease()) delete this;
     }
     ///@}
 
@@ -138,81 +136,10 @@ protected:
     virtual ~RefCount();
 
     /// Takes a reference unless the last one is already gone.
-    [[nodiscard]] bool tryIncRef() const noexcept;
+    [[nodiscard]] bool tryIncRef() const noexcept { return count_.increaseUnlessGone(); }
 
 private:
-    mutable std::atomic<std::uint32_t> count_{0};
-};
-
-class Object;
-
-/// Stands between an object and the weak references to it: it outlives the object and knows
-/// whether the object still exists.
-class FILES_PDF_EXPORT GcProxy final : public RefCount {
-public:
-    /// A proxy of `object`, which it does not keep alive. `Object::gcProxy` makes the one there is.
-    explicit GcProxy(Object* object) noexcept : object_(object) {}
-
-    /// Count the weak references, and so the proxy's own life, not the object's.
-    ///@{
-    void incWeakRef() const noexcept { incRef(); }
-    void decWeakRef() const noexcept { decRef(); }
-    ///@}
-
-    /// The object with a reference taken for the caller, or null when it is gone.
-    [[nodiscard]] Object* lockWeakRef() const noexcept;
-
-private:
-    ~GcProxy() override = default;
-
-    friend class Object;
-    void objectGone() noexcept;
-
-    mutable std::mutex mutex_;
-    Object* object_;
-};
-
-/// Counted object that can be referred to weakly and that carries a lock of its own.
-class FILES_PDF_EXPORT Object : public RefCount {
-public:
-    /// The object's own lock, for the operations that say they hold it. Recursive.
-    ///@{
-    void lockRef() const { lock_.lock(); }
-    void unlockRef() const { lock_.unlock(); }
-    ///@}
-
-    /// The proxy of this object, made at the first call; null when memory is exhausted.
-    [[nodiscard]] Ref<GcProxy> gcProxy() noexcept;
-
-protected:
-    Object() noexcept = default;
-    ~Object() override;
-
-private:
-    friend class GcProxy;
-
-    mutable std::recursive_mutex lock_;
-    std::atomic<GcProxy*> proxy_{nullptr};
-};
-
-/// Reference that does not keep its object alive. `T` derives from `Object`.
-template <class T>
-class WeakRef {
-public:
-    /// Refers to nothing: `lock` gives null.
-    WeakRef() noexcept = default;
-    /// Refers to `object`; to nothing for null and, with `OutOfMemory` set, when memory is
-    /// exhausted.
-    explicit WeakRef(T* object) noexcept
-        : proxy_(object != nullptr ? object->gcProxy() : nullptr) {}
-
-    /// The object, or null when it is gone.
-    [[nodiscard]] Ref<T> lock() const noexcept {
-        return Ref<T>::adopt(proxy_ ? static_cast<T*>(proxy_->lockWeakRef()) : nullptr);
-    }
-
-private:
-    Ref<GcProxy> proxy_;
+    mutable Counter count_;
 };
 
 /// Makes a counted `T`. Null, with `OutOfMemory` set, when memory is exhausted; the constructor

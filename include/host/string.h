@@ -8,7 +8,6 @@
 #include <host/ref.h>
 
 #include <algorithm>
-#include <atomic>
 #include <compare>
 #include <cstddef>
 #include <cstdint>
@@ -83,9 +82,9 @@ public:
 
     /// What `Ref` calls. Thread-safe; the last `decRef` frees the text.
     ///@{
-    void incRef() const noexcept { count_.fetch_add(1, std::memory_order_relaxed); }
+    void incRef() const noexcept { count_.increase(); }
     void decRef() const noexcept {
-        if (count_.fetch_sub(1, std::memory_order_acq_rel) == 1) destroy(this);
+        if (count_.decrease()) destroy(this);
     }
     ///@}
 
@@ -107,7 +106,7 @@ private:
         return static_cast<const char32_t*>(characters_);
     }
 
-    mutable std::atomic<std::uint32_t> count_{1};
+    mutable Counter count_{1};
     std::uint32_t length_;
     const void* characters_;
 };

@@ -5,29 +5,16 @@
 
 #include <host/containers.h>
 #include <host/export.h>
-#include <host/ref.h>
 #include <host/stripe.h>
+#include <host/weak_ref.h>
 #include <pdf/form.h>
 #include <pdf/values.h>
+#include <pdf/version.h>
 
 #include <cstdint>
 #include <string_view>
 
 namespace Libraries::Files::PDF {
-
-/// Version of the file format. 2.0 is 13.
-enum class PdfVersion : std::uint32_t {
-    Unsupported = 0, ///< never that of a document that was opened
-    V1_0 = 1,        ///< "%PDF-1.0"; the others go by their names
-    V1_1 = 2,
-    V1_2 = 3,
-    V1_3 = 4,
-    V1_4 = 5,
-    V1_5 = 6,
-    V1_6 = 7,
-    V1_7 = 8,
-    V2_0 = 13
-};
 
 /// A document and everything in it. Use one document on one thread at a time; different documents
 /// are independent of each other.

@@ -15,8 +15,8 @@
 /// Setting a value does not rebuild the field's appearance.
 
 #include <host/export.h>
-#include <host/ref.h>
 #include <host/string.h>
+#include <host/weak_ref.h>
 #include <pdf/values.h>
 
 #include <cstdint>

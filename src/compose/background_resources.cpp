@@ -9,12 +9,6 @@ using namespace Host::Literals;
 
 namespace {
 
-/// Finds a node's resources. False only where that failed: a node need not have any.
-bool findResources(const Dictionary& node, const Document& document, Ref<Dictionary>& resources) {
-    resources = pageResources(node, document);
-    return resources || Host::Error::get() == KeyNotFound;
-}
-
 /// Gives a node that has no resources an empty dictionary for them.
 bool makeResources(Dictionary& node, Ref<Dictionary>& resources) {
     if (resources) return true;

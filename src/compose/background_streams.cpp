@@ -4,6 +4,7 @@
 #include "values/array.h"
 #include "values/dictionary.h"
 #include "values/failure.h"
+#include "values/look_up.h"
 #include "values/scalars.h"
 
 #include <algorithm>
@@ -101,9 +102,9 @@ private:
 } // namespace
 
 bool collectContents(const Document& foreign, ForeignPage& page, StreamTable& streams) {
-    const Ref<Value> contents = page.dict->find("Contents"_str);
-    if (contents) return ContentCollector(foreign, page, streams).collect(contents);
-    if (Host::Error::get() != KeyNotFound) {
+    const LookedUp contents = lookUp(*page.dict, "Contents"_str);
+    if (contents.value) return ContentCollector(foreign, page, streams).collect(contents.value);
+    if (!contents.isAbsent()) {
         return fail(ForeignPageInvalid, "Failed to retrieve foreign page contents");
     }
     report(LogLevel::Warning, "Foreign page has no contents");

@@ -3,6 +3,8 @@
 #include "values/failure.h"
 #include "values/kind.h"
 
+#include <host/byte_buffer.h>
+
 #include <algorithm>
 #include <cstring>
 #include <limits>

@@ -2,6 +2,7 @@
 
 #include "values/read_only_stripe.h"
 
+#include <host/byte_buffer.h>
 #include <host/stripe.h>
 #include <pdf/values.h>
 

@@ -4,6 +4,7 @@
 #include "values/array.h"
 #include "values/dictionary.h"
 #include "values/failure.h"
+#include "values/look_up.h"
 #include "values/scalars.h"
 
 #include <algorithm>
@@ -236,25 +237,23 @@ private:
 
 } // namespace
 
-Ref<Dictionary> pageResources(const Dictionary& node, const Document& document) {
-    const Ref<Value> value = node.find("Resources"_str);
-    if (!value) {
-        if (Host::Error::get() == KeyNotFound) return nullptr;
+bool findResources(const Dictionary& node, const Document& document, Ref<Dictionary>& resources) {
+    const LookedUp entry = lookUp(node, "Resources"_str);
+    if (entry.isAbsent()) return true;
+    if (!entry.value) {
         return fail(ObjectUnreadable, "Failed to retrieve resources of dictionary");
     }
-    if (value->type() == Value::Type::Dictionary) {
-        Ref<Dictionary> dict(as<Dictionary>(value));
-        if (!dict) return fail(ObjectUnreadable, "Failed to cast dictionary to Dictionary");
-        return dict;
+    if (entry.value->type() == Value::Type::Dictionary) {
+        resources = Ref<Dictionary>(as<Dictionary>(entry.value));
+        return resources || fail(ObjectUnreadable, "Failed to cast dictionary to Dictionary");
     }
-    if (value->type() != Value::Type::ObjectRef) {
-        return fail(ObjectUnreadable, "Invalid type for page resource: ", value->type());
+    if (entry.value->type() != Value::Type::ObjectRef) {
+        return fail(ObjectUnreadable, "Invalid type for page resource: ", entry.value->type());
     }
-    const Ref<Object> object = document.getObject(Ref<ObjectRef>(as<ObjectRef>(value)));
+    const Ref<Object> object = document.getObject(Ref<ObjectRef>(as<ObjectRef>(entry.value)));
     if (!object) return fail(ObjectUnreadable, "Failed to retrieve resource object");
-    Ref<Dictionary> dict = object->valueAsDictionary();
-    if (!dict) return fail(ObjectUnreadable, "Failed to retrieve resource object dictionary");
-    return dict;
+    resources = object->valueAsDictionary();
+    return resources || fail(ObjectUnreadable, "Failed to retrieve resource object dictionary");
 }
 
 bool ResourceMerge::merge(Dictionary& target, const Dictionary& added,

@@ -7,9 +7,10 @@
 
 namespace Libraries::Files::PDF {
 
-/// The Resources dictionary of a page-tree node (ISO 32000-1, 7.8.3), resolved in `document`. Null
-/// with `KeyNotFound` set where the node has none, with `ObjectUnreadable`, logged, on failure.
-[[nodiscard]] Ref<Dictionary> pageResources(const Dictionary& node, const Document& document);
+/// The Resources dictionary of a page-tree node (ISO 32000-1, 7.8.3), resolved in `document`; null
+/// where the node has none. False, logged, with `ObjectUnreadable` set on failure.
+[[nodiscard]] bool findResources(const Dictionary& node, const Document& document,
+                                 Ref<Dictionary>& resources);
 
 /// Adds resources that belong to one document to resources of another, in place.
 ///

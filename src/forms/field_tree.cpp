@@ -1,10 +1,7 @@
 #include "forms/field_tree.h"
 
-#include "forms/button_obj.h"
-#include "forms/choice_obj.h"
 #include "forms/failure.h"
-#include "forms/field_obj.h"
-#include "forms/text_obj.h"
+#include "forms/field_kinds.h"
 
 #include <new>
 #include <utility>
@@ -23,7 +20,7 @@ struct MadeField {
 };
 
 template <class Implementation>
-MadeField make(FieldPlace place) {
+MadeField makeField(FieldPlace place) {
     auto field = makeOrThrow<Implementation>(std::move(place));
     FieldData* data = field.get();
     return {std::move(field), data};
@@ -31,13 +28,13 @@ MadeField make(FieldPlace place) {
 
 /// No field where the kind is none of the known ones.
 MadeField makeOfKind(const Ref<Name>& type, FieldPlace place) {
-    if (!type) return make<PlainFieldObj>(std::move(place));
+    if (!type) return makeField<PlainFieldObj>(std::move(place));
     const Ref<Host::String> name = type->name();
     if (!name) return {};
-    if (name->equals("Btn")) return make<ButtonObj>(std::move(place));
-    if (name->equals("Tx")) return make<TextObj>(std::move(place));
-    if (name->equals("Ch")) return make<ChoiceObj>(std::move(place));
-    if (name->equals("Sig")) return make<SignatureObj>(std::move(place));
+    if (name->equals("Btn")) return makeField<ButtonObj>(std::move(place));
+    if (name->equals("Tx")) return makeField<TextObj>(std::move(place));
+    if (name->equals("Ch")) return makeField<ChoiceObj>(std::move(place));
+    if (name->equals("Sig")) return makeField<SignatureObj>(std::move(place));
     return {};
 }
 

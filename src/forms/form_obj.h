@@ -3,7 +3,7 @@
 #include "forms/entries.h"
 #include "forms/kids.h"
 
-#include <host/ref.h>
+#include <host/weak_ref.h>
 #include <pdf/document.h>
 #include <pdf/form.h>
 

@@ -1,5 +1,7 @@
 #include "host/cursor.h"
 
+#include <host/stripe_adapters.h>
+
 namespace Host {
 
 int Cursor::refill() noexcept {

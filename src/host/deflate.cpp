@@ -1,3 +1,4 @@
+#include <host/byte_buffer.h>
 #include <host/error.h>
 #include <host/stream.h>
 #include <host/stripe.h>

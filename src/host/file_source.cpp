@@ -2,6 +2,7 @@
 #include "host/guard.h"
 #include "host/message.h"
 
+#include <host/byte_buffer.h>
 #include <host/files.h>
 
 #include <fcntl.h>
@@ -139,22 +140,22 @@ void DescriptorSource::fill() noexcept {
     bufferStart_ = start;
 }
 
-Ref<FileSource> refuse(std::uint32_t code) noexcept {
+Ref<FileSource> noFile(std::uint32_t code) noexcept {
     Error::set(code);
     return nullptr;
 }
 
 Ref<FileSource> openSource(std::string_view path) {
-    if (path.find('\0') != std::string_view::npos) return refuse(FileNotOpened);
+    if (path.find('\0') != std::string_view::npos) return noFile(FileNotOpened);
     const std::string name(path);
     // A pipe nobody writes to must not block before it can be seen to be one.
     constexpr int flags = O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
     Descriptor file(uninterrupted([&] { return ::open(name.c_str(), flags); }));
-    if (!file.valid()) return refuse(FileNotOpened);
+    if (!file.valid()) return noFile(FileNotOpened);
 
     struct stat status {};
-    if (::fstat(file.get(), &status) != 0) return refuse(FileNotOpened);
-    if (!S_ISREG(status.st_mode)) return refuse(NotARegularFile);
+    if (::fstat(file.get(), &status) != 0) return noFile(FileNotOpened);
+    if (!S_ISREG(status.st_mode)) return noFile(NotARegularFile);
 
     ByteBuffer buffer;
     if (!buffer.reserve(largestFill)) return nullptr;

@@ -2,6 +2,7 @@
 #include "host/guard.h"
 #include "host/save_path.h"
 
+#include <host/byte_buffer.h>
 #include <host/files.h>
 
 #include <fcntl.h>
@@ -94,7 +95,7 @@ bool NewFile::writeFile(const std::uint8_t* bytes, std::uint64_t count) noexcept
 }
 
 Ref<FileSource> NewFile::written() noexcept {
-    return flush() ? FileSource::open(path_.temporary) : nullptr;
+    return flush() ? FileSource::open(path_.temporary.native()) : nullptr;
 }
 
 bool NewFile::finish() noexcept {
@@ -131,30 +132,30 @@ bool NewFile::open(const struct stat* former) {
     return pending_ && (former == nullptr || takeOverAccess(file_.get(), *former));
 }
 
-Ref<FileTarget> refuse(std::uint32_t code) noexcept {
+Ref<FileTarget> noFile(std::uint32_t code) noexcept {
     Error::set(code);
     return nullptr;
 }
 
-bool isWritable(const std::string& path) noexcept {
+bool isWritable(const std::filesystem::path& path) noexcept {
     return ::faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0;
 }
 
 Ref<FileTarget> createTarget(std::string_view name) {
     std::optional<SavePath> path = SavePath::resolve(name);
-    if (!path) return refuse(FileNotOpened);
+    if (!path) return noFile(FileNotOpened);
 
     struct stat former {};
     const bool exists = ::stat(path->target.c_str(), &former) == 0;
-    if (!exists && errno != ENOENT) return refuse(FileNotOpened);
-    if (exists && !S_ISREG(former.st_mode)) return refuse(NotARegularFile);
+    if (!exists && errno != ENOENT) return noFile(FileNotOpened);
+    if (exists && !S_ISREG(former.st_mode)) return noFile(NotARegularFile);
     // A rename would get past the protection of a file that may not be written to.
-    if (exists && !isWritable(path->target)) return refuse(FileNotOpened);
+    if (exists && !isWritable(path->target)) return noFile(FileNotOpened);
 
     ByteBuffer buffer;
     if (!buffer.reserve(bufferSize)) return nullptr;
     const Ref<NewFile> target = make<NewFile>(std::move(buffer), std::move(*path));
-    if (target && !target->open(exists ? &former : nullptr)) return refuse(FileNotOpened);
+    if (target && !target->open(exists ? &former : nullptr)) return noFile(FileNotOpened);
     return target;
 }
 

@@ -1,3 +1,5 @@
+#include <host/byte_buffer.h>
+#include <host/memory_stripe.h>
 #include <host/stripe.h>
 
 #include <algorithm>

@@ -1,16 +1,8 @@
-#include <host/ref.h>
+#include <host/weak_ref.h>
 
 namespace Host {
 
 RefCount::~RefCount() = default;
-
-bool RefCount::tryIncRef() const noexcept {
-    std::uint32_t count = count_.load(std::memory_order_relaxed);
-    while (count != 0) {
-        if (count_.compare_exchange_weak(count, count + 1, std::memory_order_relaxed)) return true;
-    }
-    return false;
-}
 
 Object* GcProxy::lockWeakRef() const noexcept {
     const std::lock_guard guard(mutex_);

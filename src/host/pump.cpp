@@ -1,5 +1,7 @@
 #include "host/pump.h"
 
+#include <host/byte_buffer.h>
+
 #include <algorithm>
 #include <cstring>
 #include <span>
@@ -16,14 +18,19 @@ public:
         : source_(source), filter_(filter), target_(target), reserved_(target.size()) {}
 
     PumpResult run() noexcept {
-        if (source_.position(0) != 0) return PumpResult::ReadFailed;
         const std::uint64_t size = source_.size();
+        if (source_.position(0) != 0) {
+            shortRead_ = {0, std::min<std::uint64_t>(size, blockSize)};
+            return PumpResult::ReadFailed;
+        }
         expected_ = static_cast<std::size_t>(size);
         const std::span<const std::uint8_t> held = source_.window(0);
         const PumpResult result =
             held.size() >= size ? convertHeld(held.first(size)) : convertBlocks(size);
         return result == PumpResult::Done ? flush() : result;
     }
+
+    [[nodiscard]] const ShortRead& shortRead() const noexcept { return shortRead_; }
 
 private:
     /// Data that the source holds in memory as a whole needs no blocks.
@@ -40,9 +47,8 @@ private:
         std::size_t held = 0;
         while (left != 0 || held != 0) {
             const std::uint64_t wanted = std::min<std::uint64_t>(left, blockSize - held);
-            if (source_.readBytes(block.data() + held, wanted) != wanted) {
-                return PumpResult::ReadFailed;
-            }
+            shortRead_ = {source_.readBytes(block.data() + held, wanted), wanted};
+            if (shortRead_.read != wanted) return PumpResult::ReadFailed;
             left -= wanted;
             std::span<const std::uint8_t> input = block.span().first(held + wanted);
             const PumpResult result = convert(input);
@@ -96,13 +102,17 @@ private:
     ByteBuffer& target_;
     std::size_t reserved_;
     std::size_t expected_ = 0;
+    ShortRead shortRead_;
 };
 
 } // namespace
 
-PumpResult pump(Interfaces::Stripe& source, Interfaces::BlockFilter& filter,
-                ByteBuffer& target) noexcept {
-    return Pump(source, filter, target).run();
+PumpResult pump(Interfaces::Stripe& source, Interfaces::BlockFilter& filter, ByteBuffer& target,
+                ShortRead* shortRead) noexcept {
+    Pump pump(source, filter, target);
+    const PumpResult result = pump.run();
+    if (shortRead != nullptr) *shortRead = pump.shortRead();
+    return result;
 }
 
 } // namespace Host

@@ -1,16 +1,16 @@
 #pragma once
 
+#include <filesystem>
 #include <optional>
-#include <string>
 #include <string_view>
 
 namespace Host {
 
 /// Where a file is saved to: the target behind all links, and the new file beside it.
 struct SavePath {
-    std::string folder;
-    std::string target;
-    std::string temporary;
+    std::filesystem::path folder;
+    std::filesystem::path target;
+    std::filesystem::path temporary;
 
     /// The absolute target of `path`, links followed even where they lead to nothing yet. Nothing
     /// for a path whose folder does not exist or cannot be reached.

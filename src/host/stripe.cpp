@@ -1,4 +1,5 @@
 #include <host/stripe.h>
+#include <host/stripe_adapters.h>
 
 #include <algorithm>
 #include <array>

@@ -6,6 +6,8 @@
 #include "values/scalars.h"
 #include "values/sub_stripe.h"
 
+#include <host/byte_buffer.h>
+#include <host/memory_stripe.h>
 #include <host/stream.h>
 
 #include <limits>

@@ -62,7 +62,7 @@ std::uint64_t BackwardSearch::findStartXref(std::uint64_t from) noexcept {
 }
 
 std::uint64_t BackwardSearch::findDictionaryStart(std::uint64_t from) noexcept {
-    std::uint64_t open = 0;
+    std::int64_t open = 0; // below 0 where a pair opens that none has closed
     bool seen = false;
     int behind = 0;
     for (std::uint64_t position = from; position > 0; --position) {

@@ -45,8 +45,7 @@ bool readXrefTable(DocumentState& state, Host::Cursor& cursor) {
     state.xrefFirstId = *firstId;
     for (std::uint32_t index = 0; index < *count; ++index) {
         const bool read = reader.readLine();
-        const std::optional<XrefEntry> entry =
-            read ? parseEntry(reader.line()) : std::optional<XrefEntry>();
+        const auto entry = read ? parseEntry(reader.line()) : std::nullopt;
         if (!entry) {
             return refuse("XRef entry ", index, " is invalid: ", Host::Codes{reader.line()});
         }

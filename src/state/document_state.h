@@ -4,8 +4,8 @@
 #include "state/object_table.h"
 
 #include <host/stripe.h>
-#include <pdf/document.h>
 #include <pdf/values.h>
+#include <pdf/version.h>
 
 #include <cstdint>
 #include <string>

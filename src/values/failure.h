@@ -14,6 +14,10 @@ extern const std::uint32_t logFilter;
 using Host::Failure;
 using Host::LogLevel;
 
+// The texts of messages are part of the interface, as the codes are: programs look for them. They
+// stay as they are, misspellings ("identifer", "Stirng", "resoure") and the names of classes and
+// functions in the assertion of the document writer included.
+
 /// Logs an error, sets the code and gives "no result": one line for each failure.
 template <class... Pieces>
 Failure fail(std::uint32_t code, const Pieces&... pieces) noexcept {

@@ -3,6 +3,7 @@
 #include "values/failure.h"
 
 #include <host/stripe.h>
+#include <host/stripe_adapters.h>
 
 #include <algorithm>
 #include <cstdint>

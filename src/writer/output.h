@@ -1,5 +1,6 @@
 #pragma once
 
+#include <host/byte_buffer.h>
 #include <host/stripe.h>
 
 #include <cstdint>

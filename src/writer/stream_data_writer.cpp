@@ -1,7 +1,9 @@
+#include "host/pump.h"
 #include "values/failure.h"
 #include "writer/stored_stream.h"
 #include "writer/writer.h"
 
+#include <host/byte_buffer.h>
 #include <host/stream.h>
 #include <host/string.h>
 
@@ -12,8 +14,6 @@ namespace Libraries::Files::PDF {
 using namespace Host::Literals;
 
 namespace {
-
-using Interfaces::BlockFilter;
 
 constexpr std::size_t blockSize = 65536;
 
@@ -26,18 +26,17 @@ public:
 
 private:
     bool chooseFilter(const Dictionary& dict) noexcept;
-    bool writeBlocks(Interfaces::Stripe& data) noexcept;
-    bool writeBlock(std::span<const std::uint8_t> block) noexcept;
-    bool compress(std::span<const std::uint8_t> input) noexcept;
-    bool flush() noexcept;
+    bool writeAsItIs(Interfaces::Stripe& data) noexcept;
+    bool writeCompressed(Interfaces::Stripe& data) noexcept;
+    Host::Failure failReading(std::uint64_t read, std::uint64_t wanted) noexcept;
+    Host::Failure failCompressing(Host::PumpResult result, const Host::ShortRead& read) noexcept;
     /// Whether the target took all of it.
     bool put(std::span<const std::uint8_t> bytes) noexcept;
 
     const StoredStream& stored_;
     Interfaces::Stripe& target_;
-    Ref<BlockFilter> compressor_;
-    Host::ByteBuffer input_;
-    Host::ByteBuffer output_;
+    Ref<Interfaces::BlockFilter> compressor_;
+    Host::ByteBuffer block_;
     std::uint64_t written_ = 0;
 };
 
@@ -47,13 +46,13 @@ bool StreamDataWriter::write(bool encode) {
     const Ref<NumberObj> length = stored_.length(*dict);
     if (!length) return false;
     if (encode && !chooseFilter(*dict)) return false;
-    if (!input_.resize(blockSize) || !output_.resize(blockSize)) {
+    if (!block_.resize(blockSize)) {
         return fail(StreamObjectInvalid, "Failed to create encoding converter for stream ",
                     stored_.id());
     }
     const Ref<Interfaces::Stripe> data = stored_.data();
-    if (!data || !writeBlocks(*data)) return false;
-    if (compressor_ && !flush()) return false;
+    if (!data) return false;
+    if (compressor_ ? !writeCompressed(*data) : !writeAsItIs(*data)) return false;
     length->integer(static_cast<std::int64_t>(written_));
     return true;
 }
@@ -72,60 +71,53 @@ bool StreamDataWriter::chooseFilter(const Dictionary& dict) noexcept {
 }
 
 /// Block by block through memory of its own: the target may be the very stripe that holds the data.
-bool StreamDataWriter::writeBlocks(Interfaces::Stripe& data) noexcept {
+bool StreamDataWriter::writeAsItIs(Interfaces::Stripe& data) noexcept {
     const std::uint64_t size = data.size();
     for (std::uint64_t offset = 0; offset < size; offset += blockSize) {
         const std::uint64_t wanted = std::min<std::uint64_t>(size - offset, blockSize);
         const bool placed = data.position(offset) == offset;
-        const std::uint64_t read = placed ? data.readBytes(input_.data(), wanted) : 0;
-        if (read != wanted) {
-            return fail(CodingFailed, "Failed to read updated stream data of stream ", stored_.id(),
-                        "; read ", read, " of ", wanted, "; error: ", Host::Error::get());
-        }
-        if (!writeBlock(input_.span().first(wanted))) return false;
-    }
-    return true;
-}
-
-bool StreamDataWriter::writeBlock(std::span<const std::uint8_t> block) noexcept {
-    if (compressor_) return compress(block);
-    return put(block) || fail(CodingFailed, "Failed to write stream data of stream ", stored_.id());
-}
-
-bool StreamDataWriter::compress(std::span<const std::uint8_t> input) noexcept {
-    while (!input.empty()) {
-        BlockFilter::Progress progress;
-        if (!compressor_->convert(input, {output_.data(), blockSize}, progress) ||
-            progress.consumed + progress.produced == 0) {
-            return fail(CodingFailed, "Failed to convert data of stream ", stored_.id());
-        }
-        input = input.subspan(progress.consumed);
-        if (!put(output_.span().first(progress.produced))) {
-            return fail(CodingFailed, "Failed to write converted stream data of stream ",
-                        stored_.id());
+        const std::uint64_t read = placed ? data.readBytes(block_.data(), wanted) : 0;
+        if (read != wanted) return failReading(read, wanted);
+        if (!put(block_.span().first(wanted))) {
+            return fail(CodingFailed, "Failed to write stream data of stream ", stored_.id());
         }
     }
     return true;
 }
 
-bool StreamDataWriter::flush() noexcept {
-    for (;;) {
-        std::uint64_t produced = 0;
-        const auto report = compressor_->flush({output_.data(), blockSize}, produced);
-        if (report == BlockFilter::Flush::Finished) return true;
-        if (report != BlockFilter::Flush::More) {
-            return fail(CodingFailed, "Failed to flush conversion of stream ", stored_.id());
-        }
-        if (!put(output_.span().first(produced))) {
+bool StreamDataWriter::writeCompressed(Interfaces::Stripe& data) noexcept {
+    Host::ByteBuffer compressed;
+    Host::ShortRead read;
+    const Host::PumpResult result = Host::pump(data, *compressor_, compressed, &read);
+    if (result != Host::PumpResult::Done) return failCompressing(result, read);
+    for (std::size_t offset = 0; offset < compressed.size(); offset += blockSize) {
+        const auto rest = compressed.span().subspan(offset);
+        if (!put(rest.first(std::min(rest.size(), blockSize)))) {
             return fail(CodingFailed, "Failed to write flushed converted stream data of stream ",
                         stored_.id());
         }
     }
+    return true;
+}
+
+Host::Failure StreamDataWriter::failReading(std::uint64_t read, std::uint64_t wanted) noexcept {
+    return fail(CodingFailed, "Failed to read updated stream data of stream ", stored_.id(),
+                "; read ", read, " of ", wanted, "; error: ", Host::Error::get());
+}
+
+Host::Failure StreamDataWriter::failCompressing(Host::PumpResult result,
+                                                const Host::ShortRead& read) noexcept {
+    if (result == Host::PumpResult::ReadFailed) return failReading(read.read, read.wanted);
+    const bool flushing = result == Host::PumpResult::FlushFailed;
+    return fail(CodingFailed,
+                flushing ? "Failed to flush conversion of stream "
+                         : "Failed to convert data of stream ",
+                stored_.id());
 }
 
 bool StreamDataWriter::put(std::span<const std::uint8_t> bytes) noexcept {
     written_ += bytes.size();
-    return bytes.empty() || target_.writeBytes(bytes.data(), bytes.size()) == bytes.size();
+    return target_.writeBytes(bytes.data(), bytes.size()) == bytes.size();
 }
 
 } // namespace

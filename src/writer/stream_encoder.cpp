@@ -6,6 +6,8 @@
 #include "writer/stored_stream.h"
 #include "writer/writer.h"
 
+#include <host/byte_buffer.h>
+#include <host/memory_stripe.h>
 #include <host/stream.h>
 #include <host/string.h>
 

@@ -7,6 +7,7 @@
 #include "support/values.h"
 #include "values/sub_stripe.h"
 
+#include <host/stripe_adapters.h>
 #include <pdf/errors.h>
 
 #include <gtest/gtest.h>

@@ -2,7 +2,9 @@
 #include "support/recording_log.h"
 
 #include <host/files.h>
+#include <host/memory_stripe.h>
 #include <host/stripe.h>
+#include <host/stripe_adapters.h>
 
 #include <gtest/gtest.h>
 #include <sys/mount.h>

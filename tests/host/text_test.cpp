@@ -6,6 +6,7 @@
 #include "support/failing_stripe.h"
 #include "support/recording_log.h"
 
+#include <host/memory_stripe.h>
 #include <host/string.h>
 
 #include <gtest/gtest.h>

@@ -2,6 +2,7 @@
 #include "support/failing_stripe.h"
 #include "support/recording_log.h"
 
+#include <host/stripe_adapters.h>
 #include <pdf/errors.h>
 
 #include <gtest/gtest.h>

@@ -4,6 +4,7 @@
 #include "values/kind.h"
 
 #include <host/files.h>
+#include <host/memory_stripe.h>
 #include <pdf/errors.h>
 
 #include <gtest/gtest.h>

@@ -3,6 +3,7 @@
 #include "support/recording_log.h"
 #include "values/kind.h"
 
+#include <host/memory_stripe.h>
 #include <pdf/errors.h>
 
 #include <gtest/gtest.h>
@@ -37,7 +38,7 @@ bool exercise(const Ref<Interfaces::Stripe>& source, const Ref<Interfaces::Strip
     for (const Ref<Object>& object : document->getObjects()) {
         (void)object->value()->asText();
         (void)object->value()->equal(object->value());
-        const Ref<Stream> stream = castTo<Stream>(object->value());
+        const Ref<Stream> stream = Host::cast<Stream>(object->value());
         if (stream) failed(bool(document->readStreamData(stream, true)));
     }
     Host::Error::set(Host::NoError);

@@ -3,6 +3,8 @@
 #include "host/guard.h"
 #include "values/scalars.h"
 
+#include <host/memory_stripe.h>
+
 #include <libdeflate.h>
 
 #include <algorithm>

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <host/memory_stripe.h>
 #include <host/stripe.h>
 #include <pdf/document.h>
 

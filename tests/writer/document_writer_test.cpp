@@ -8,6 +8,8 @@
 #include "writer/serializer.h"
 #include "writer/writer.h"
 
+#include <host/memory_stripe.h>
+#include <host/stripe_adapters.h>
 #include <pdf/errors.h>
 
 #include <gtest/gtest.h>

@@ -5,6 +5,8 @@
 #include "support/recording_log.h"
 #include "support/values.h"
 
+#include <host/memory_stripe.h>
+#include <host/stripe_adapters.h>
 #include <pdf/errors.h>
 
 #include <gtest/gtest.h>

@@ -1,0 +1,24 @@
+#pragma once
+
+/// @file
+/// Versions of the file format.
+
+#include <cstdint>
+
+namespace Libraries::Files::PDF {
+
+/// Version of the file format. 2.0 is 13.
+enum class PdfVersion : std::uint32_t {
+    Unsupported = 0, ///< never that of a document that was opened
+    V1_0 = 1,        ///< "%PDF-1.0"; the others go by their names
+    V1_1 = 2,
+    V1_2 = 3,
+    V1_3 = 4,
+    V1_4 = 5,
+    V1_5 = 6,
+    V1_6 = 7,
+    V1_7 = 8,
+    V2_0 = 13
+};
+
+} // namespace Libraries::Files::PDF
