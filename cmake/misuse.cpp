@@ -17,6 +17,8 @@ void use(const Ref<Document>& document, const Ref<Dictionary>& dict, const Ref<V
     (void)document->write(stripe);
     (void)dict->set("A"_str, dict->find("B"_str));
     (void)(target && target->commit());
+    for (const auto& key : dict->keys())
+        (void)key->length();
 #if MISUSE == 1 // the way down without a cast
     const Ref<Dictionary> narrowed = value;
 #elif MISUSE == 2 // a reference nobody took
@@ -57,5 +59,13 @@ void use(const Ref<Document>& document, const Ref<Dictionary>& dict, const Ref<V
     dict->set("A"_str, value);
 #elif MISUSE == 20 // virtual
     document->setCompression(Compression::None);
+#elif MISUSE == 21 // a vector that is gone before the loop begins
+    for (const auto& key : *dict->keys())
+        (void)key->length();
+#elif MISUSE == 22 // a vector that is gone when its name is used
+    const std::vector<Ref<Host::String>>& keys = *dict->keys();
+#elif MISUSE == 23 // two vectors that are gone
+    for (auto key = dict->keys().begin(); key != dict->keys().end(); ++key)
+        (void)key;
 #endif
 }

@@ -9,14 +9,12 @@ using namespace Libraries::Files::PDF;
 namespace {
 
 void visitDictionary(const Dictionary& dict, const ValueVisitor& visitor) {
-    const auto keys = dict.keys();
-    for (const Ref<Host::String>& key : *keys)
+    for (const Ref<Host::String>& key : dict.keys())
         visit(dict.find(key), visitor);
 }
 
 void lookAt(const Dictionary& dict) {
-    const auto keys = dict.keys();
-    for (const Ref<Host::String>& key : *keys) {
+    for (const Ref<Host::String>& key : dict.keys()) {
         claim(dict.find(key) != nullptr, "a key leads to a value");
         static_cast<void>(dict.findAsObjectRef(key));
         static_cast<void>(dict.findAsArray(key));

@@ -18,6 +18,13 @@
 
 namespace Host {
 
+/// What can be walked from `begin` to `end`, as a `TVector` can.
+template <class T>
+concept Sequence = requires(T& object) {
+    object.begin() == object.end();
+    *object.begin();
+};
+
 /// Counted handle to a `T`; a null handle is the universal "no result".
 ///
 /// Copying takes a reference, moving hands it over without touching the count. A `Ref` converts to
@@ -80,8 +87,32 @@ public:
     /// The object's member; the handle must not be null, nor for `*`.
     ///@{
     constexpr T* operator->() const noexcept { return object_; }
-    constexpr T& operator*() const noexcept { return *object_; }
+    constexpr T& operator*() const& noexcept { return *object_; }
     ///@}
+
+    /// The elements of a vector, in place: `for (const auto& key : dict->keys())`, which holds the
+    /// handle as long as it lasts. A null handle has none.
+    ///@{
+    [[nodiscard]] auto begin() const& noexcept requires Sequence<T> {
+        using Iterator = decltype(object_->begin());
+        return object_ != nullptr ? object_->begin() : Iterator();
+    }
+    [[nodiscard]] auto end() const& noexcept requires Sequence<T> {
+        using Iterator = decltype(object_->end());
+        return object_ != nullptr ? object_->end() : Iterator();
+    }
+    ///@}
+    /// A vector goes with the last handle, and so before a loop over `*dict->keys()` would begin:
+    /// walk the handle, or give it a name.
+    ///@{
+    T& operator*() const&& requires Sequence<T>
+    = delete;
+    void begin() const&& requires Sequence<T>
+    = delete;
+    void end() const&& requires Sequence<T>
+    = delete;
+    ///@}
+
     /// False for "no result".
     constexpr explicit operator bool() const noexcept { return object_ != nullptr; }
 

@@ -73,6 +73,16 @@ TEST(Stream, KnowsItsPlaceAndItsChange) {
     EXPECT_TRUE(stream->changed() && holder->changed());
 }
 
+TEST(Dictionary, HasKeysToWalkWithoutNamingThem) {
+    const auto dict = dictionary({{"B", null()}, {"A", null()}});
+    std::string keys;
+    for (const auto& key : dict->keys())
+        keys += key->narrow();
+    for (const auto& key : Host::Ref<Host::TVector<Host::Ref<Host::String>>>())
+        keys += key->narrow();
+    EXPECT_EQ(keys, "AB");
+}
+
 TEST(SubStripe, ReadsItsRangeOnly) {
     for (const std::uint64_t start : {0U, 3U}) {
         const auto base = stripeOf("0123456789ABCDEF");
