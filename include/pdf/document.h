@@ -19,9 +19,9 @@ namespace Libraries::Files::PDF {
 /// A document and everything in it. Use one document on one thread at a time; different documents
 /// are independent of each other.
 ///
-/// An operation that fails gives null, false or an empty list, sets the thread's error code and
-/// logs through the filter "PDF". When memory is exhausted the code is that of the failed step or
-/// `OutOfMemory`.
+/// An operation that fails gives null, false or an empty list, sets the thread's error code and,
+/// where there is more to say than the code does, logs through the filter "PDF". When memory is
+/// exhausted the code is that of the failed step or `OutOfMemory`.
 class FILES_PDF_EXPORT Document : public Host::Object {
 public:
     /// Loads a document: header, trailer, cross-reference section (ISO 32000-1, 7.5) and every
@@ -30,7 +30,8 @@ public:
     /// The accepted structure is narrow: one classic cross-reference section of one subsection; no
     /// earlier revisions, cross-reference streams, object streams or encryption. Null with
     /// `NullArgument`, `InvalidArgument` (elements not of 32 bits), or the code of the first rule
-    /// that the file breaks: `HeaderUnreadable` to `ObjectUnreadable`, `LineEndingUnknown`.
+    /// that the file breaks: `HeaderUnreadable` to `ObjectUnreadable`, `LineEndingUnknown`. Most of
+    /// what can be wrong with header, trailer and table has no message: `errorText` says the most.
     [[nodiscard]] static Ref<Document> create(Ref<Interfaces::Stripe> source) noexcept;
 
     /// The version in the file's header.
