@@ -68,9 +68,11 @@ public:
                                                                  bool decode) noexcept = 0;
 
     /// Writes a stream's raw data to `target`, compressed where `encode` is true and the stream's
-    /// Filter is FlateDecode, and sets its Length to the number of elements written. 1 on success;
-    /// 0 with `NullArgument`, `InvalidArgument`, `StreamDictionaryMissing`, `StreamObjectInvalid`
-    /// or `CodingFailed` set.
+    /// Filter is FlateDecode, and sets its Length to the number of elements written: in place, in
+    /// the number that is there, which does not count as a change. The stream keeps its own data:
+    /// where it was compressed, Length tells of the target's. 1 on success; 0 with `NullArgument`,
+    /// `InvalidArgument`, `StreamDictionaryMissing`, `StreamObjectInvalid` or `CodingFailed` (any
+    /// other Filter too, where `encode` is true) set.
     [[nodiscard]] virtual std::uint32_t
     writeStreamData(Ref<Stream> stream, Ref<Interfaces::Stripe> target, bool encode) noexcept = 0;
 

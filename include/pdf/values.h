@@ -4,8 +4,9 @@
 /// The values of a document: what dictionaries and arrays hold and objects consist of.
 ///
 /// Values are counted and handed around as `Ref`; a null handle means "no value". Containers share
-/// what is put into them, they do not copy it. Scalars never change; arrays grow, dictionary
-/// entries are set, stream data is replaced. Except where said otherwise an operation that fails
+/// what is put into them, they do not copy it. Scalars stay as they are, but for the number that is
+/// a stream's Length; arrays grow, dictionary entries are set, stream data is replaced. Except
+/// where said otherwise an operation that fails
 /// gives null or false, sets the thread's error code and logs through the filter "PDF"; when memory
 /// is exhausted that code is `OutOfMemory`. Recursive operations (text form, equality, change) go
 /// 512 levels deep: what lies deeper has no text, is equal to nothing and unchanged.
@@ -69,6 +70,9 @@ public:
 /// equals 1.5, and -0.5 has lost its sign. Text form: both parts, always (12 gives 12.0).
 class FILES_PDF_EXPORT Number : public Value {
 public:
+///
+/// `Document::setCompression` and `writeStreamData` put a stream's new length into the number that
+/// its Length is or refers to: the number changes wherever else it stands, and reports no change.
     /// The part before the point.
     [[nodiscard]] virtual std::int64_t integer() const noexcept = 0;
     /// The digits behind the point as an integer; 0 for a whole number.
@@ -212,7 +216,7 @@ public:
     /// The data as it is held, encoded; null while it lies unread in the file.
     [[nodiscard]] Ref<Interfaces::Stripe> strmData() const noexcept { return data_; }
     /// Replaces the data, which marks the stream as changed. The dictionary stays as it is: its
-    /// Length is the caller's to set.
+    /// Length is the caller's to set, and `Document::writeStreamData` sets it to what it writes.
     void strmData(Ref<Interfaces::Stripe> data) noexcept;
     /// Clears the mark that the data was replaced.
     void resetChanged() noexcept { changed_ = false; }
