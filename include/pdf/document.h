@@ -85,18 +85,22 @@ public:
     /// Whether anything changed since the document was loaded.
     [[nodiscard]] virtual bool changed() const noexcept = 0;
 
-    /// Lays pages of `foreign` beneath pages of this document. `mode` chooses which: 0 the first
-    /// foreign page beneath the first page, 1 the first foreign page beneath every page, 2 page by
-    /// page, 3 page by page and the last foreign page beneath the rest.
+    /// Lays pages of `foreign` beneath pages of this document, both as `getPages` gives them.
+    /// `mode` chooses which: 0 the first foreign page beneath the first page, 1 the first foreign
+    /// page beneath every page, 2 page by page, 3 page by page and the last foreign page beneath
+    /// the rest; with any other no page changes. An intermediate node takes a background that no
+    /// viewer shows, and no failure tells.
     ///
     /// The foreign document is only read and may be released afterwards. References in what is
     /// copied are followed, each as often as it is met: through 512 levels, up to 1,048,576 objects
     /// for one copied value, and in all up to 64 copies of what the foreign document holds, objects
     /// and bytes, for each page that changes.
     ///
-    /// False with one of the codes `NullArgument`, `PageTreeInvalid`, `PageInvalid`,
-    /// `StreamNotCopied`, `StepFailed`, `ForeignPageEmpty` to `ForeignStreamUnread` set; page
-    /// contents are then as they were, merged resources stay.
+    /// False with one of the codes `NullArgument`, `PageTreeInvalid`, `PageInvalid` (both for
+    /// foreign resources too), `StreamNotCopied`, `StepFailed`, `ForeignPageEmpty` to
+    /// `ForeignStreamUnread` set. Merged resources then stay. Page contents are as they were,
+    /// unless it failed at the contents of a page: changed pages from the first one on that had no
+    /// Contents keep what they got, and so does a page that Kids lists twice.
     [[nodiscard]] virtual bool addBackground(Ref<Document> foreign,
                                              std::uint32_t mode) noexcept = 0;
 

@@ -56,7 +56,7 @@ enum ErrorCode : std::uint32_t {
     RootInvalid = 1538,         ///< the root object is missing or not a dictionary
     CatalogInvalid = 1539,      ///< the catalog's Type or Pages entry is invalid
     PageTreeInvalid = 1542,     ///< the pages object or its Kids array is invalid
-    PageInvalid = 1543,         ///< a page's dictionary, resources or contents are unusable
+    PageInvalid = 1543,         ///< a page's dictionary or resources are unusable
     StreamObjectInvalid = 1544, ///< a stream cannot be re-encoded as it stands
     ForeignPageEmpty = 1797,    ///< the foreign document has no pages, or a page no contents
     ForeignTreeInvalid = 1798,  ///< the foreign page tree is unreadable
@@ -64,8 +64,9 @@ enum ErrorCode : std::uint32_t {
     ForeignStreamUnread = 1800, ///< a foreign content stream's data is unreadable
 };
 
-/// A short English text for any code, for people to read: never null, never empty. Codes 1536 to
-/// 1791 plus 256 (a page-tree failure of a foreign document) are covered.
+/// A short English text for any code, for people to read: never null, never empty. The codes of a
+/// foreign document, 1792 to 2047, share one text where they have none of their own; only those
+/// named above come out of an overlay.
 [[nodiscard]] FILES_PDF_EXPORT const char* errorText(std::uint32_t code) noexcept;
 
 } // namespace Libraries::Files::PDF
