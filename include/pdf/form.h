@@ -8,11 +8,15 @@
 /// alone with its kids, when their document is gone. An operation that fails gives null, false or
 /// nothing, sets the thread's error code and, where something is wrong with the document, logs
 /// through the filter "Lib.File.PDF.Form". An entry that is not there gives null without a message;
-/// one of the wrong kind counts as not there.
+/// one of the wrong kind gives null as well. References are followed in AP, its N, and DR alone: in
+/// any other entry a reference is of the wrong kind. `Choice::value` and `defaultValue`, which take
+/// any kind, give it as it is.
 ///
-/// Entries are read from the field's own dictionary only: nothing is inherited. Values, states and
-/// options are read whenever they are asked for, the other entries once, when the form is built.
-/// Setting a value does not rebuild the field's appearance.
+/// Entries are read from the field's own dictionary only: nothing is inherited. V, DV, AS, Opt, I
+/// and MaxLen are read whenever they are asked for; FT, Ff, Kids, T, TU, TM, DA, Q, and which
+/// dictionaries AP and DR are, once, when the form is built. Those dictionaries are the document's:
+/// an N that is set in the AP shows, another AP does not. The form's own entries, but for Fields,
+/// are read whenever they are asked for. Setting a value does not rebuild the field's appearance.
 
 #include <host/export.h>
 #include <host/string.h>
@@ -125,14 +129,15 @@ public:
     [[nodiscard]] virtual Ref<Array> options() const noexcept = 0;
     /// The names of the appearance states: the elements of Opt (strings by their text), or else the
     /// keys of the normal appearance. Empty, with a warning, where there are none; empty with
-    /// `StepFailed` set where an option is no name.
+    /// `StepFailed` set where an option is neither, or is an empty text.
     [[nodiscard]] virtual std::vector<Ref<Name>> states() const noexcept = 0;
 };
 
 /// A text field (ISO 32000-1, 12.7.4.3).
 class FILES_PDF_EXPORT Text : public Field {
 public:
-    /// The largest length in characters; 0, with `KeyNotFound` set, where there is none.
+    /// The largest length in characters; 0, with `KeyNotFound` set, where there is none, and with
+    /// `UnexpectedKind` where it is no number.
     [[nodiscard]] virtual std::uint64_t maxLen() const noexcept = 0;
     /// Sets V; null removes it. False with `InvalidArgument` set when the value is longer than
     /// `maxLen`. A byte string counts as UTF-16 behind a byte-order mark.
@@ -189,11 +194,13 @@ public:
     /// for an application's own class with `NotSupported`, unless that class does better.
     [[nodiscard]] virtual Ref<Field> fieldByName(const Ref<Host::String>& name) const noexcept;
 
-    /// The field at a path of names joined by ".": "a.b.0". Null with `NullArgument`,
-    /// `InvalidArgument` (empty) or `FormNotFound` set.
+    /// The field at a path of names joined by ".": "a.b.0". A partial name that holds a "." is out
+    /// of its reach. Null with `NullArgument`, `InvalidArgument` (empty) or `FormNotFound` set.
     [[nodiscard]] Ref<Field> fieldByPath(const Ref<Host::String>& path) const noexcept;
 
-    /// Sets NeedAppearances in the catalog's AcroForm dictionary. False as for `fieldByName`.
+    /// Sets NeedAppearances in the catalog's AcroForm dictionary. It is for the whole form: a
+    /// viewer that heeds it rebuilds the looks of all fields, also of those that nobody set. False as
+    /// for `fieldByName`.
     [[nodiscard]] virtual bool setNeedAppearances(bool needed) noexcept;
 };
 
