@@ -34,7 +34,7 @@ public:
     /// what can be wrong with header, trailer and table has no message: `errorText` says the most.
     [[nodiscard]] static Ref<Document> create(Ref<Interfaces::Stripe> source) noexcept;
 
-    /// The version in the file's header.
+    /// The version in the file's header, or a higher one that `addBackground` brought.
     [[nodiscard]] virtual PdfVersion version() const noexcept = 0;
 
     /// The trailer dictionary (ISO 32000-1, 7.5.5), shared with the document.
@@ -49,8 +49,10 @@ public:
     /// nothing.
     [[nodiscard]] virtual Ref<PDF::Object> getObject(const Ref<ObjectRef>& ref) const noexcept = 0;
 
-    /// Writes the whole document, always as a complete new file, from the start of `target` on,
-    /// which should be empty. Sets the trailer's Size. A target that fails holds a truncated file.
+    /// Writes the whole document, always as a complete new file, to `target` at its current
+    /// position. Offsets are counted from the first byte written, and what stands behind the last
+    /// one stays: the target must be empty and at its start. Replaces the trailer's Size. A target
+    /// that fails holds a truncated file.
     ///
     /// False with `NullArgument`, `InvalidArgument` (elements not of 32 bits; a target that is the
     /// document's own source or holds a stream's data, to which nothing is written then),
@@ -60,10 +62,12 @@ public:
     /// A stream's data, 32-bit elements, one for each byte: raw as it is encoded, or decoded where
     /// `decode` is true and its Filter is FlateDecode.
     ///
-    /// Raw data is a view into the source and stays attached to the stream. A stream that has data
-    /// attached gives just that, whatever `decode` says: ask for decoded data first. Null with
-    /// `OutOfRange`, `InvalidArgument`, `LengthInvalid`, `FilterUnsupported`, `CodingNotSetUp` or
-    /// `CodingFailed` set.
+    /// Raw data is a view into the source and stays attached to the stream, also where decoded data
+    /// was asked for. A stream that has data attached gives just that, whatever `decode` says: ask
+    /// for decoded data first. What is attached is shared, and its position is where its last user
+    /// left it, be it the library: position it before you read. Null with
+    /// `NullArgument`, `OutOfRange`, `InvalidArgument` (no dictionary), `LengthInvalid`,
+    /// `FilterUnsupported`, `CodingNotSetUp` or `CodingFailed` set.
     [[nodiscard]] virtual Ref<Interfaces::Stripe> readStreamData(Ref<Stream> stream,
                                                                  bool decode) noexcept = 0;
 
@@ -78,11 +82,14 @@ public:
 
     /// Copies the data of every stream that still lies in the source into memory, so that the
     /// document no longer needs the source's contents. A stream whose data cannot be read is
-    /// skipped. False with `StepFailed`, `InvalidArgument` or `OutOfRange` set; the streams before
-    /// the failing one are then cached.
+    /// skipped; what was wrong with it is in the log and in the code, though the result is true.
+    /// False with `StepFailed`, `InvalidArgument` or `OutOfRange` set; the streams before the
+    /// failing one are then cached.
     [[nodiscard]] virtual bool cacheStreamData() noexcept = 0;
 
-    /// Whether anything changed since the document was loaded.
+    /// Whether an operation restructured the document, an entry of a dictionary in an object was
+    /// set or a stream's data replaced, since the document was loaded. The trailer, the
+    /// dictionaries of streams, and arrays with all in them do not count. `write` resets nothing.
     [[nodiscard]] virtual bool changed() const noexcept = 0;
 
     /// Lays pages of `foreign` beneath pages of this document, both as `getPages` gives them.

@@ -50,7 +50,9 @@ public:
     /// Whether `other` is of the same kind and holds the same. Null equals nothing.
     [[nodiscard]] virtual bool equal(Ref<Value> other) const noexcept = 0;
 
-    /// Whether the value was modified since it was made or read.
+    /// Whether the value was modified since it was made or read. A dictionary answers for the
+    /// values in it too; an array, and with it all in it, never does, and references are not
+    /// followed.
     [[nodiscard]] virtual bool changed() const noexcept = 0;
 };
 
@@ -68,11 +70,11 @@ public:
 ///
 /// The fraction is the digits behind the point read as a whole number: 1.5 and 1.50 differ, 1.05
 /// equals 1.5, and -0.5 has lost its sign. Text form: both parts, always (12 gives 12.0).
-class FILES_PDF_EXPORT Number : public Value {
-public:
 ///
 /// `Document::setCompression` and `writeStreamData` put a stream's new length into the number that
 /// its Length is or refers to: the number changes wherever else it stands, and reports no change.
+class FILES_PDF_EXPORT Number : public Value {
+public:
     /// The part before the point.
     [[nodiscard]] virtual std::int64_t integer() const noexcept = 0;
     /// The digits behind the point as an integer; 0 for a whole number.
