@@ -1,7 +1,7 @@
 #!/bin/sh
 # Checks the direction of the includes:
 #
-#   host <- values <- state <- reader, writer, compose, forms <- document
+#   host <- values <- packed <- state <- reader, writer, compose, forms <- document
 #
 # usage: check_layering.sh [ROOT]
 # Prints file:line of each offender and fails; a tree without a single include fails too.
@@ -27,7 +27,8 @@ BEGIN {
     sees["public-pdf"] = " public-host public-pdf "
     sees["host"] = " public-host host codes "
     sees["values"] = " public-host public-pdf codes host values "
-    sees["state"] = " public-host public-pdf codes host values state "
+    sees["packed"] = " public-host public-pdf codes host values packed "
+    sees["state"] = " public-host public-pdf codes host values packed state "
     split("reader writer compose forms", stages, " ")
     for (i in stages)
         sees[stages[i]] = sees["state"] stages[i] " "
@@ -42,7 +43,7 @@ function layer(path) {
     if (path ~ /^include\/host\//) return "public-host"
     if (path == "include/pdf/errors.h") return "codes"
     if (path ~ /^include\/pdf\//) return "public-pdf"
-    if (path ~ /^src\/(host|values|state|document|reader|writer|compose|forms)\//) {
+    if (path ~ /^src\/(host|values|packed|state|document|reader|writer|compose|forms)\//) {
         split(path, part, "/")
         return part[2]
     }
@@ -65,7 +66,7 @@ function target(file, name, quoted,    folder) {
     if (quoted && exists(folder name)) return folder name
     if (exists("include/" name)) return "include/" name
     if (name ~ /^pdf\//) return "include/" name
-    if (name ~ /^(host|values|state|document|reader|writer|compose|forms)\//) return "src/" name
+    if (name ~ /^(host|values|packed|state|document|reader|writer|compose|forms)\//) return "src/" name
     if (quoted) return "?"
     return ""
 }

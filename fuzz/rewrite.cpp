@@ -57,7 +57,7 @@ bool tableIsTrue(const Document& document) {
     const auto& state = dynamic_cast<const DocumentObj&>(document).state();
     std::uint64_t expected = state.xrefFirstId;
     return std::ranges::all_of(state.objects.slots(), [&](const ObjectTable::Slot& slot) {
-        return slot.id == ++expected;
+        return slot.id() == ++expected;
     });
 }
 

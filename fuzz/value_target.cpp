@@ -19,7 +19,7 @@ namespace {
 
 Ref<Value> readFrom(const Ref<Interfaces::Stripe>& stripe) {
     Host::Cursor cursor(*stripe);
-    return Scanner(cursor).readObjectValue();
+    return scanValue(cursor);
 }
 
 /// The canonical form; of a stream only its dictionary. Nothing where a string cannot be written.

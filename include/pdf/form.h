@@ -199,8 +199,8 @@ public:
     [[nodiscard]] Ref<Field> fieldByPath(const Ref<Host::String>& path) const noexcept;
 
     /// Sets NeedAppearances in the catalog's AcroForm dictionary. It is for the whole form: a
-    /// viewer that heeds it rebuilds the looks of all fields, also of those that nobody set. False as
-    /// for `fieldByName`.
+    /// viewer that heeds it rebuilds the looks of all fields, also of those that nobody set. False
+    /// as for `fieldByName`.
     [[nodiscard]] virtual bool setNeedAppearances(bool needed) noexcept;
 };
 

@@ -257,7 +257,7 @@ public:
     /// Text form: 12 (0).
     [[nodiscard]] Ref<Host::String> asText() const noexcept;
     /// The value's kind; `Invalid` with `NoValue` set where there is none.
-    [[nodiscard]] Value::Type valueType() const noexcept;
+    [[nodiscard]] virtual Value::Type valueType() const noexcept;
     /// The value as one kind, shared. A stream is no dictionary here: ask for its `dict`.
     ///@{
     [[nodiscard]] Ref<Dictionary> valueAsDictionary() const noexcept;

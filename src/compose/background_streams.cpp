@@ -157,7 +157,8 @@ void AddedStreams::removeFrom(DocumentState& state) noexcept {
     skipMissing();
     state.objects.removeIf([&](const ObjectTable::Slot& slot) {
         if (next == entries_.end()) return false;
-        if (slot.id != next->ref->id() || slot.generation != next->ref->generation()) return false;
+        if (slot.id() != next->ref->id() || slot.generation() != next->ref->generation())
+            return false;
         ++next;
         skipMissing();
         return true;

@@ -5,7 +5,6 @@
 #include "values/dictionary.h"
 #include "values/failure.h"
 #include "values/nesting.h"
-#include "values/object.h"
 #include "values/scalars.h"
 
 #include <limits>
@@ -121,7 +120,7 @@ Ref<ObjectRef> Cloner::add(const Ref<Value>& value, Document& source) {
     if (id == 0 || id == std::numeric_limits<std::uint32_t>::max()) return fail(StepFailed);
 
     ++target_.nextObjectId;
-    target_.objects.append(makeOrThrow<ObjectObj>(id, std::uint16_t{0}, std::move(copy)));
+    target_.objects.append(id, 0, std::move(copy));
     target_.modified = true;
     return makeOrThrow<ObjectRefObj>(id, std::uint16_t{0});
 }

@@ -29,7 +29,7 @@ CopySource copySourceOf(const Document& document) noexcept {
     const DocumentState& state = ours->state();
     CopySource source{state.objects.size(), state.source->size()};
     for (const ObjectTable::Slot& slot : state.objects.slots())
-        source.bytes += bytesInMemory(slot.object->value());
+        source.bytes += bytesInMemory(slot.touchedValue());
     return source;
 }
 

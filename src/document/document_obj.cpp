@@ -46,7 +46,7 @@ Host::StackVector<Ref<PDF::Object>> DocumentObj::getObjects() const noexcept {
         Host::StackVector<Ref<PDF::Object>> objects;
         objects.reserve(state_.objects.size());
         for (const ObjectTable::Slot& slot : state_.objects.slots())
-            objects.push_back(slot.object);
+            objects.push_back(state_.objects.object(slot));
         return objects;
     });
 }
@@ -62,9 +62,9 @@ Ref<Form> DocumentObj::form() noexcept {
 
 Ref<PDF::Object> DocumentObj::getObject(const Ref<ObjectRef>& ref) const noexcept {
     if (!ref) return fail(NullArgument);
-    PDF::Object* object = state_.find(*ref);
-    if (object == nullptr) return fail(ObjectNotFound);
-    return Ref<PDF::Object>(object);
+    const ObjectTable::Slot* slot = state_.find(*ref);
+    if (slot == nullptr) return fail(ObjectNotFound);
+    return Host::guarded([&]() -> Ref<PDF::Object> { return state_.objects.object(*slot); });
 }
 
 bool DocumentObj::write(Ref<Interfaces::Stripe> target) noexcept {
@@ -92,7 +92,7 @@ bool DocumentObj::cacheStreamData() noexcept {
 bool DocumentObj::changed() const noexcept {
     if (state_.modified) return true;
     return std::ranges::any_of(state_.objects.slots(), [](const ObjectTable::Slot& slot) {
-        const Ref<Value> value = slot.object->value();
+        const Ref<Value> value = slot.touchedValue();
         return value && value->changed();
     });
 }

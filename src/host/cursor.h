@@ -52,6 +52,10 @@ public:
         return {reinterpret_cast<const char*>(next_), static_cast<std::size_t>(end_ - next_)};
     }
     void skip(std::size_t count) noexcept { next_ += count; }
+    /// The byte just read by `next` and `count` of those at hand behind it, which lie together.
+    [[nodiscard]] std::string_view lastAndAhead(std::size_t count) const noexcept {
+        return {reinterpret_cast<const char*>(next_) - 1, count + 1};
+    }
 
     [[nodiscard]] std::uint64_t size() const noexcept { return stripe_.size(); }
 

@@ -71,8 +71,8 @@ inline constexpr Set nameEnd{"%()/<>[]{}", true};
 /// What needs a look at the mode before it can end a bare token; all else belongs to the token.
 inline constexpr Set tokenStop{"%(/<>[]", true};
 
-/// What a literal string cannot take over as it stands: escapes, parentheses, line endings, and the
-/// block that the code page maps.
-inline constexpr Set stringStop = Set{"\\()\r\n", false}.with(0x80, 0x9F);
+/// What stands otherwise in the packed spelling of a literal string, or ends it: escapes,
+/// parentheses, line endings, what is escaped there, and all that is no ASCII.
+inline constexpr Set stringStop = Set{"\\()\r\n\b\t\f", false}.with(0x7F, 0xFF);
 
 } // namespace Libraries::Files::PDF::Characters

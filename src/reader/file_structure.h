@@ -8,7 +8,9 @@
 #include "reader/scanner.h"
 #include "state/document_state.h"
 
+#include <cstdint>
 #include <string_view>
+#include <vector>
 
 namespace Libraries::Files::PDF {
 
@@ -24,8 +26,16 @@ namespace Libraries::Files::PDF {
 /// code set.
 [[nodiscard]] bool readTrailer(DocumentState& state, Host::Cursor& cursor, Scanner& scanner);
 
+/// One line of the cross-reference table; its object's number follows from its place.
+struct XrefEntry {
+    std::uint64_t offset = 0;
+    std::uint16_t generation = 0;
+    bool inUse = false;
+};
+
 /// Reads the one subsection of the cross-reference table at `state.xrefOffset` (ISO 32000-1,
 /// 7.5.4), of which any line of three parts is an entry. False, with no code set, on failure.
-[[nodiscard]] bool readXrefTable(DocumentState& state, Host::Cursor& cursor);
+[[nodiscard]] bool readXrefTable(DocumentState& state, Host::Cursor& cursor,
+                                 std::vector<XrefEntry>& entries);
 
 } // namespace Libraries::Files::PDF

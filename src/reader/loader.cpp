@@ -5,7 +5,9 @@
 #include "reader/scanner.h"
 #include "values/failure.h"
 
+#include <algorithm>
 #include <limits>
+#include <vector>
 
 namespace Libraries::Files::PDF {
 
@@ -16,27 +18,27 @@ namespace {
 constexpr std::uint64_t longestReading = 8;
 constexpr std::uint64_t shortestReading = std::uint64_t{1} << 20;
 
-bool loadObjects(DocumentState& state, Host::Cursor& cursor, Scanner& scanner) {
+bool loadObjects(DocumentState& state, Host::Cursor& cursor, Scanner& scanner,
+                 const std::vector<XrefEntry>& entries) {
     ObjectReader reader(cursor, scanner);
     const std::uint64_t size = cursor.size();
     const bool countable = size < std::numeric_limits<std::uint64_t>::max() / longestReading / 2;
     const std::uint64_t budget = countable ? size * longestReading + shortestReading : UINT64_MAX;
+    const auto inUse = std::ranges::count_if(entries, &XrefEntry::inUse);
+    state.objects.reserve(static_cast<std::size_t>(inUse));
 
-    for (std::size_t index = 0; index < state.xrefEntries.size(); ++index) {
-        const XrefEntry& entry = state.xrefEntries[index];
+    for (std::size_t index = 0; index < entries.size(); ++index) {
+        const XrefEntry& entry = entries[index];
         if (!entry.inUse) continue;
         const std::uint64_t id = std::uint64_t{state.xrefFirstId} + index;
         if (entry.offset == 0) {
             return fail(XrefUnreadable, "In use object reference is at offset 0: ", id);
         }
-        Ref<Object> object;
-        if (reader.charactersRead() <= budget) {
-            object = reader.read(id, entry.generation, entry.offset);
-        }
-        if (!object) return fail(ObjectUnreadable, "Failed to read object at ", entry.offset);
-        state.objects.append(std::move(object));
+        const bool read = reader.charactersRead() <= budget &&
+                          reader.read(id, entry.generation, entry.offset, state.objects);
+        if (!read) return fail(ObjectUnreadable, "Failed to read object at ", entry.offset);
     }
-    state.nextObjectId = state.xrefFirstId + static_cast<std::uint32_t>(state.xrefEntries.size());
+    state.nextObjectId = state.xrefFirstId + static_cast<std::uint32_t>(entries.size());
     return true;
 }
 
@@ -47,8 +49,9 @@ bool load(DocumentState& state) {
     Scanner scanner(cursor);
     if (!readHeader(state, cursor)) return false;
     if (!readTrailer(state, cursor, scanner)) return false;
-    if (!readXrefTable(state, cursor)) return fail(XrefUnreadable);
-    return loadObjects(state, cursor, scanner);
+    std::vector<XrefEntry> entries;
+    if (!readXrefTable(state, cursor, entries)) return fail(XrefUnreadable);
+    return loadObjects(state, cursor, scanner, entries);
 }
 
 } // namespace Libraries::Files::PDF

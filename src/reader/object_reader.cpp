@@ -3,28 +3,34 @@
 #include "host/numbers.h"
 #include "reader/characters.h"
 #include "values/failure.h"
-#include "values/object.h"
 
 namespace Libraries::Files::PDF {
 
 using Host::Cursor;
 using Host::StrConv::num;
 
-Ref<Object> ObjectReader::read(std::uint64_t id, std::uint16_t generation, std::uint64_t offset) {
-    Ref<Object> object = readAt(id, generation, offset);
+bool ObjectReader::read(std::uint64_t id, std::uint16_t generation, std::uint64_t offset,
+                        ObjectTable& table) {
+    const bool done = readAt(id, generation, offset);
     const std::uint64_t end = cursor_.position();
     if (end > offset) charactersRead_ += end - offset;
-    return object;
+    if (done) table.append(static_cast<std::uint32_t>(id), generation, keep(*table.store()));
+    return done;
 }
 
-Ref<Object> ObjectReader::readAt(std::uint64_t id, std::uint16_t generation, std::uint64_t offset) {
+bool ObjectReader::readAt(std::uint64_t id, std::uint16_t generation, std::uint64_t offset) {
     cursor_.seek(offset);
-    if (!readHeaderLine() || !checkHeader(id, generation, offset)) return nullptr;
-    Ref<Value> value = scanner_.readObjectValue();
+    if (!readHeaderLine() || !checkHeader(id, generation, offset)) return false;
     // The end of the data may end a line or a name; a fault may not.
-    if (!value || cursor_.failed())
-        return refuse("Failed to read value of object ", id, " at ", offset);
-    return makeOrThrow<ObjectObj>(static_cast<std::uint32_t>(id), generation, std::move(value));
+    if (scanner_.readObjectValue() && !cursor_.failed()) return true;
+    return refuse("Failed to read value of object ", id, " at ", offset);
+}
+
+PackedValue ObjectReader::keep(PackedStore& store) {
+    PackedValue packed = scanner_.packed();
+    const bool large = PackedStore::isLarge(packed.bytes.size());
+    packed.bytes = large ? store.adopt(scanner_.takeBytes()) : store.keep(packed.bytes);
+    return packed;
 }
 
 // Only as much of the line is read as is needed: a whole file may stand on one line.

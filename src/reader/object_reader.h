@@ -2,6 +2,7 @@
 
 #include "host/cursor.h"
 #include "reader/scanner.h"
+#include "state/object_table.h"
 
 #include <pdf/values.h>
 
@@ -18,17 +19,18 @@ public:
     ObjectReader(Host::Cursor& cursor, Scanner& scanner) noexcept
         : cursor_(cursor), scanner_(scanner) {}
 
-    /// The object at `offset`, which must say that it is the one expected. Null, logged, with no
-    /// code set, on failure. `id` may lie beyond the numbers that an object can have.
-    [[nodiscard]] Ref<Object> read(std::uint64_t id, std::uint16_t generation,
-                                   std::uint64_t offset);
+    /// Reads the object at `offset`, which must say that it is the one expected, into `table`.
+    /// False, logged, with no code set, on failure. `id` may lie beyond the numbers that an object
+    /// can have.
+    [[nodiscard]] bool read(std::uint64_t id, std::uint16_t generation, std::uint64_t offset,
+                            ObjectTable& table);
 
     /// Characters that all calls together have gone through.
     [[nodiscard]] std::uint64_t charactersRead() const noexcept { return charactersRead_; }
 
 private:
-    [[nodiscard]] Ref<Object> readAt(std::uint64_t id, std::uint16_t generation,
-                                     std::uint64_t offset);
+    [[nodiscard]] bool readAt(std::uint64_t id, std::uint16_t generation, std::uint64_t offset);
+    [[nodiscard]] PackedValue keep(PackedStore& store);
     [[nodiscard]] bool readHeaderLine();
     void skipLineFeed() noexcept;
     [[nodiscard]] bool checkHeader(std::uint64_t id, std::uint16_t generation,

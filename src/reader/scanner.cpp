@@ -1,98 +1,110 @@
 #include "reader/scanner.h"
 
 #include "host/numbers.h"
+#include "packed/unpacker.h"
 #include "reader/characters.h"
 #include "values/failure.h"
 
-#include <utility>
+#include <optional>
 
 namespace Libraries::Files::PDF {
 
 using Characters::isWhite;
 using Host::Cursor;
 
-Ref<Value> Scanner::readObjectValue() {
+void Scanner::begin() noexcept {
+    packer_.clear();
+    token_.clear();
+    streamOffset_ = Stream::noOffset;
+    depth_ = 0;
+}
+
+PackedValue Scanner::packed() const noexcept {
+    return {packer_.bytes(), kind_, packer_.spelled(), packer_.unwritable(), streamOffset_};
+}
+
+bool Scanner::readObjectValue() {
+    begin();
     int code = cursor_.next();
     while (isWhite(code))
         code = cursor_.next();
-    if (code == Cursor::end) return nullptr;
+    if (code == Cursor::end) return false;
 
     const std::uint64_t offset = cursor_.position() - 1;
-    token_.clear();
-    if (code != '<') return readStructure(code, offset);
+    if (code != '<') return readStructureOrToken(code, offset);
 
     const int next = cursor_.next();
-    if (next == Cursor::end) return nullptr;
+    if (next == Cursor::end) return false;
     if (next == '<') return readDictionaryOrStream(offset);
     if (next == '>' || Characters::hexValue(next) >= 0) {
-        Ref<Value> string = readHexString(next);
-        if (!string) return refuse("Failed to read hex string in object at ", offset);
-        return string;
+        kind_ = Value::Type::String;
+        return readHexString(next) || refuse("Failed to read hex string in object at ", offset);
     }
     cursor_.back();
     appendToToken('<', offset);
     return readObjectToken(offset);
 }
 
-Ref<Value> Scanner::readStructure(int code, std::uint64_t offset) {
-    Ref<Value> value;
-    if (code == '(') {
-        value = readLiteralString();
-        if (!value) return refuse("Failed to read string in object at ", offset);
-    } else if (code == '/') {
-        value = readName();
-        if (!value) return refuse("Failed to read identifer in object at ", offset);
-    } else if (code == '[') {
-        value = readArray();
-        if (!value) return refuse("Failed to read array in object at ", offset);
-    } else {
+bool Scanner::readStructureOrToken(int code, std::uint64_t offset) {
+    switch (code) {
+    case '(':
+        kind_ = Value::Type::String;
+        return readLiteralString() || refuse("Failed to read string in object at ", offset);
+    case '/':
+        kind_ = Value::Type::Name;
+        return readName() || refuse("Failed to read identifer in object at ", offset);
+    case '[':
+        kind_ = Value::Type::Array;
+        return readArray() || refuse("Failed to read array in object at ", offset);
+    default:
         appendToToken(code, offset);
-        value = readObjectToken(offset);
+        return readObjectToken(offset);
     }
-    return value;
 }
 
-Ref<Value> Scanner::readObjectToken(std::uint64_t offset) {
+bool Scanner::readObjectToken(std::uint64_t offset) {
     for (;;) {
         const int code = cursor_.next();
-        if (code == Cursor::end) return nullptr;
+        if (code == Cursor::end) return false;
         if (isWhite(code) || code == '(' || code == '/' || code == '[') break;
         if (code == '<') {
             const int next = cursor_.next();
-            if (next == Cursor::end) return nullptr;
+            if (next == Cursor::end) return false;
             if (next == '<' || next == '>' || Characters::hexValue(next) >= 0) break;
             cursor_.back();
         }
         token_.push_back(static_cast<char>(code));
     }
-    return tokenAsValue(token_, offset);
+    if (token_ == "true" || token_ == "false") {
+        kind_ = Value::Type::Boolean;
+        packer_.keyword(token_);
+        return true;
+    }
+    kind_ = Value::Type::Number;
+    return packNumber(token_, offset, Place::Object);
 }
 
-Ref<Value> Scanner::tokenAsValue(std::string_view token, std::uint64_t offset) {
-    if (token == "true" || token == "false") return boolean(token == "true");
-    std::optional<Item> number = readNumber(token, offset, Place::Object);
-    return number ? takeValue(*number) : nullptr;
+bool Scanner::readDictionaryOrStream(std::uint64_t offset) {
+    kind_ = Value::Type::Dictionary;
+    if (!readDictionaryBody(offset)) {
+        return refuse("Failed to read dictionary in object at ", offset);
+    }
+    return readStreamStart() || refuse("Failed to read stream in object at ", offset);
 }
 
-Ref<Value> Scanner::readDictionaryOrStream(std::uint64_t offset) {
-    Ref<Dictionary> dict = readDictionaryBody(offset);
-    if (!dict) return refuse("Failed to read dictionary in object at ", offset);
-    Ref<Value> value = readStreamStart(std::move(dict));
-    if (!value) return refuse("Failed to read stream in object at ", offset);
-    return value;
-}
-
-Ref<Value> Scanner::readStreamStart(Ref<Dictionary> dict) {
+bool Scanner::readStreamStart() {
     constexpr std::string_view keyword = "stream";
     token_.clear();
     while (token_.size() < keyword.size()) {
         const int code = cursor_.next();
-        if (code == Cursor::end) return nullptr;
+        if (code == Cursor::end) return false;
         if (!isWhite(code)) token_.push_back(static_cast<char>(code));
     }
-    if (token_ != keyword) return dict;
-    if (!skipStreamLineEnding()) return nullptr;
-    return makeOrThrow<StreamObj>(std::move(dict), cursor_.position());
+    if (token_ != keyword) return true;
+    if (!skipStreamLineEnding()) return false;
+    kind_ = Value::Type::Stream;
+    streamOffset_ = cursor_.position();
+    return true;
 }
 
 bool Scanner::skipStreamLineEnding() noexcept {
@@ -106,12 +118,13 @@ bool Scanner::skipStreamLineEnding() noexcept {
     return code != Cursor::end;
 }
 
-Ref<Name> Scanner::readName() {
+bool Scanner::readName() {
     const std::string_view ahead = cursor_.ahead();
     const std::size_t length = Characters::nameEnd.find(ahead);
     if (length != 0 && length < ahead.size()) {
+        packer_.name(ahead.substr(0, length));
         cursor_.skip(length);
-        return names_.get(ahead.substr(0, length));
+        return true;
     }
     name_.clear();
     for (int code = cursor_.next(); code != Cursor::end; code = cursor_.next()) {
@@ -121,8 +134,9 @@ Ref<Name> Scanner::readName() {
         }
         name_.push_back(static_cast<char>(code));
     }
-    if (name_.empty() || cursor_.failed()) return nullptr;
-    return names_.get(name_);
+    if (name_.empty() || cursor_.failed()) return false;
+    packer_.name(name_);
+    return true;
 }
 
 namespace {
@@ -140,26 +154,29 @@ std::optional<std::int64_t> shortInteger(std::string_view token) noexcept {
 
 } // namespace
 
-std::optional<Scanner::Item> Scanner::readNumber(std::string_view token, std::uint64_t offset,
-                                                 Place place) {
-    if (const auto number = shortInteger(token)) return Item{nullptr, *number, 0};
+bool Scanner::packNumber(std::string_view token, std::uint64_t offset, Place place) {
+    if (const auto number = shortInteger(token)) {
+        packer_.number(token, *number, 0);
+        return true;
+    }
     const std::size_t point = token.find('.');
     const bool real = point != std::string_view::npos;
     const auto integer = Host::StrConv::num<std::int64_t>(token.substr(0, point));
     const auto fraction =
         real ? Host::StrConv::num<std::uint64_t>(token.substr(point + 1)) : std::uint64_t{0};
-    if (integer && fraction) return Item{nullptr, *integer, *fraction};
-
-    report(LogLevel::Error, real ? "Invalid real value " : "Invalid integer value ",
-           Host::Codes{token},
-           place == Place::Object ? " in object; offset: " : " in value list; offset: ", offset);
-    return std::nullopt;
+    if (integer && fraction) {
+        packer_.number(token, *integer, *fraction);
+        return true;
+    }
+    return refuse(
+        real ? "Invalid real value " : "Invalid integer value ", Host::Codes{token},
+        place == Place::Object ? " in object; offset: " : " in value list; offset: ", offset);
 }
 
-Ref<Value> Scanner::boolean(bool value) {
-    Ref<Value>& shared = value ? true_ : false_;
-    if (!shared) shared = makeOrThrow<BooleanObj>(value);
-    return shared;
+Ref<Value> scanValue(Host::Cursor& cursor) {
+    Scanner scanner(cursor);
+    PackedStore::Shared shared;
+    return scanner.readObjectValue() ? unpack(scanner.packed(), shared) : nullptr;
 }
 
 void Scanner::appendToToken(int code, std::uint64_t offset) {

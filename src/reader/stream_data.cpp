@@ -105,11 +105,13 @@ Ref<Interfaces::Stripe> readStreamData(const DocumentState& state, const Ref<Str
 
 bool cacheStreamData(const DocumentState& state) {
     for (const ObjectTable::Slot& slot : state.objects.slots()) {
-        const Ref<Value> value = slot.object->value();
+        if (slot.holdsOther(Value::Type::Stream)) continue;
+        const Ref<Value> value = state.objects.value(slot);
         if (!value || value->type() != Value::Type::Stream) continue;
         StreamObj* stream = own<StreamObj>(value);
         if (stream == nullptr) {
-            return fail(StepFailed, "Failed to cast to stream object: ", slot.object);
+            return fail(StepFailed,
+                        "Failed to cast to stream object: ", state.objects.object(slot));
         }
         const Ref<Interfaces::Stripe> data = rawData(state, Ref<Stream>(stream));
         SubStripe* view = own<SubStripe>(data);

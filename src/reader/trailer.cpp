@@ -1,8 +1,10 @@
 #include "host/char_reader.h"
 #include "host/numbers.h"
 #include "host/text.h"
+#include "packed/unpacker.h"
 #include "reader/characters.h"
 #include "reader/file_structure.h"
+#include "values/dictionary.h"
 #include "values/failure.h"
 
 #include <string_view>
@@ -111,8 +113,10 @@ bool readTrailer(DocumentState& state, Host::Cursor& cursor, Scanner& scanner) {
 
     if (!readXrefOffset(state, cursor, startXref)) return fail(TrailerUnreadable);
     cursor.seek(trailer);
-    state.trailer = scanner.readDictionary();
-    return state.trailer ? true : fail(TrailerUnreadable);
+    if (!scanner.readDictionary()) return fail(TrailerUnreadable);
+    state.trailer =
+        Ref<Dictionary>(as<Dictionary>(unpack(scanner.packed(), state.objects.store()->shared())));
+    return true;
 }
 
 } // namespace Libraries::Files::PDF

@@ -30,7 +30,7 @@ std::optional<XrefEntry> parseEntry(std::string_view line) noexcept {
 
 } // namespace
 
-bool readXrefTable(DocumentState& state, Host::Cursor& cursor) {
+bool readXrefTable(DocumentState& state, Host::Cursor& cursor, std::vector<XrefEntry>& entries) {
     Host::CharReader reader(cursor);
     cursor.seek(state.xrefOffset);
     if (!reader.readLine() || Host::StringUtil::trim(reader.line()) != "xref") return false;
@@ -49,7 +49,7 @@ bool readXrefTable(DocumentState& state, Host::Cursor& cursor) {
         if (!entry) {
             return refuse("XRef entry ", index, " is invalid: ", Host::Codes{reader.line()});
         }
-        state.xrefEntries.push_back(*entry);
+        entries.push_back(*entry);
     }
     return true;
 }

@@ -9,16 +9,8 @@
 
 #include <cstdint>
 #include <string>
-#include <vector>
 
 namespace Libraries::Files::PDF {
-
-/// One line of the cross-reference table; its object's number follows from its place.
-struct XrefEntry {
-    std::uint64_t offset = 0;
-    std::uint16_t generation = 0;
-    bool inUse = false;
-};
 
 /// All that a document is. Reading fills it, everything else works on it.
 struct DocumentState {
@@ -32,13 +24,12 @@ struct DocumentState {
     Ref<Dictionary> trailer;
     std::uint64_t xrefOffset = 0;
     std::uint32_t xrefFirstId = 0;
-    std::vector<XrefEntry> xrefEntries;
     ObjectTable objects;
     /// The number of the next object that is appended; numbers are never given back.
     std::uint32_t nextObjectId = 0;
 
-    /// The object that `ref` refers to, borrowed; null where there is none.
-    [[nodiscard]] Object* find(const ObjectRef& ref) const noexcept {
+    /// The slot of the object that `ref` refers to; null where there is none.
+    [[nodiscard]] const ObjectTable::Slot* find(const ObjectRef& ref) const noexcept {
         return objects.find(ref.id(), ref.generation());
     }
 };

@@ -1,5 +1,7 @@
 #include "state/raw_data.h"
 
+#include "host/numbers.h"
+#include "packed/entry.h"
 #include "state/stream_length.h"
 #include "values/dictionary.h"
 #include "values/failure.h"
@@ -7,6 +9,7 @@
 #include "values/sub_stripe.h"
 
 #include <optional>
+#include <string_view>
 #include <utility>
 
 namespace Libraries::Files::PDF {
@@ -14,7 +17,7 @@ namespace Libraries::Files::PDF {
 namespace {
 
 /// The value of the Length entry, looked up in the object table where it is a reference.
-Ref<Value> findLength(const DocumentState& state, const Dictionary& dict) noexcept {
+Ref<Value> findLength(const DocumentState& state, const Dictionary& dict) {
     StreamLength length = findStreamLength(state, dict);
     if (!length.entry) return fail(LengthInvalid, "Stream has no Length entry");
     if (!length.resolved) {
@@ -27,7 +30,7 @@ Ref<Value> findLength(const DocumentState& state, const Dictionary& dict) noexce
 }
 
 std::optional<std::uint64_t> readLength(const DocumentState& state, const Dictionary& dict,
-                                        std::uint64_t offset) noexcept {
+                                        std::uint64_t offset) {
     const auto invalid = [](const auto&... pieces) -> std::optional<std::uint64_t> {
         fail(LengthInvalid, pieces...);
         return std::nullopt;
@@ -48,6 +51,23 @@ std::optional<std::uint64_t> readLength(const DocumentState& state, const Dictio
                        " is out of range of underlying file: ", size);
     }
     return length;
+}
+
+/// The Length of a packed stream, where it is a number, or that of an object that is packed.
+std::optional<std::uint64_t> packedLength(const DocumentState& state, std::string_view dict) {
+    std::string_view length = findPackedEntry(dict, "Length");
+    if (length.ends_with(" R")) {
+        const std::size_t end = length.find(' ');
+        const auto id = Host::StrConv::num<std::uint32_t>(length.substr(0, end));
+        const auto generation =
+            Host::StrConv::num<std::uint16_t>(length.substr(end + 1, length.size() - end - 3));
+        const auto* slot = id && generation ? state.objects.find(*id, *generation) : nullptr;
+        if (slot == nullptr || slot->touched()) return std::nullopt;
+        length = slot->packed().bytes;
+    }
+    // Digits alone: what has a sign, a fraction, or is no number at all, takes the ordinary way.
+    if (length.empty() || length.front() < '0' || length.front() > '9') return std::nullopt;
+    return Host::StrConv::num<std::uint64_t>(length);
 }
 
 } // namespace
@@ -74,6 +94,15 @@ Ref<Interfaces::Stripe> viewOfSource(const DocumentState& state, const Ref<Strea
     auto view = makeOrThrow<SubStripe>(state.source, stream->strmOfs(), *length, state.monitor);
     if (auto* holder = own<StreamObj>(stream)) attach(*holder, view);
     return view;
+}
+
+Ref<Interfaces::Stripe> viewOfPacked(const DocumentState& state, const PackedValue& stream) {
+    const auto length = packedLength(state, stream.bytes);
+    const std::uint64_t size = state.source->size();
+    if (!length || size <= stream.streamOffset || *length > size - stream.streamOffset) {
+        return nullptr;
+    }
+    return makeOrThrow<SubStripe>(state.source, stream.streamOffset, *length, state.monitor);
 }
 
 void attach(StreamObj& stream, Ref<Interfaces::Stripe> data) noexcept {

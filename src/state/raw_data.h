@@ -22,6 +22,11 @@ namespace Libraries::Files::PDF {
                                                    const Ref<Stream>& stream);
 ///@}
 
+/// A view of the data of a stream that is packed. Null, without a word, where it takes the stream
+/// to say what is wrong with it.
+[[nodiscard]] Ref<Interfaces::Stripe> viewOfPacked(const DocumentState& state,
+                                                   const PackedValue& stream);
+
 /// Gives a stream its data, which does not count as a change.
 void attach(StreamObj& stream, Ref<Interfaces::Stripe> data) noexcept;
 

@@ -9,7 +9,7 @@ namespace Libraries::Files::PDF {
 
 using namespace Host::Literals;
 
-StreamLength findStreamLength(const DocumentState& state, const Dictionary& dict) noexcept {
+StreamLength findStreamLength(const DocumentState& state, const Dictionary& dict) {
     StreamLength length;
     length.entry = dict.find("Length"_str);
     if (!length.entry) return length;
@@ -19,10 +19,10 @@ StreamLength findStreamLength(const DocumentState& state, const Dictionary& dict
         return length;
     }
     length.ref = as<ObjectRef>(length.entry);
-    const Object* object = length.ref != nullptr ? state.find(*length.ref) : nullptr;
-    if (object == nullptr) return length;
+    const auto* slot = length.ref != nullptr ? state.find(*length.ref) : nullptr;
+    if (slot == nullptr) return length;
     length.resolved = true;
-    length.value = object->value();
+    length.value = state.objects.value(*slot);
     return length;
 }
 

@@ -22,8 +22,8 @@ struct StreamLength {
     Ref<Value> value;
 };
 
-[[nodiscard]] StreamLength findStreamLength(const DocumentState& state,
-                                            const Dictionary& dict) noexcept;
+/// Throws `std::bad_alloc`.
+[[nodiscard]] StreamLength findStreamLength(const DocumentState& state, const Dictionary& dict);
 
 /// The number of bytes that a Length may stand for: a whole number, not negative.
 [[nodiscard]] std::optional<std::uint64_t> wholeLength(const Number& length) noexcept;

@@ -1,10 +1,10 @@
-#include "values/object.h"
-
 #include "values/array.h"
 #include "values/dictionary.h"
 #include "values/failure.h"
 #include "values/scalars.h"
 #include "values/typed_access.h"
+
+#include <pdf/values.h>
 
 namespace Libraries::Files::PDF {
 

@@ -14,11 +14,10 @@ using namespace Host::Literals;
 
 namespace {
 
-/// An object that was written and where it begins.
-struct WrittenObject {
-    const Object* object;
-    std::uint64_t offset;
-};
+/// The text form of an object, for messages.
+Ref<Host::String> textOf(const ObjectTable::Slot& slot) noexcept {
+    return identityText(slot.id(), slot.generation());
+}
 
 std::string_view headerOf(PdfVersion version) noexcept {
     switch (version) {
@@ -60,8 +59,7 @@ public:
 private:
     bool writeHeader();
     bool writeObjects();
-    bool writeObject(const Object& object, bool last);
-    bool writeObjectLines(const Object& object, bool last);
+    bool writeObject(const ObjectTable::Slot& slot, bool last);
     bool writeXrefAndTrailer();
     bool writeXref();
     bool writeTrailer(std::uint64_t xrefOffset);
@@ -72,13 +70,15 @@ private:
     bool sendLine(std::string_view line);
     /// Ends the line that began at offset `start`.
     bool endLine(std::uint64_t start);
-    bool writeValue(const Ref<Value>& value);
-    [[nodiscard]] std::uint64_t entryCount() const noexcept { return written_.size() + 1; }
+    /// Of a value, or of the object of a slot.
+    template <class Source>
+    bool writeValue(const Source& source);
+    [[nodiscard]] std::uint64_t entryCount() const noexcept { return offsets_.size() + 1; }
 
     DocumentState& state_;
     Output output_;
     Serializer serializer_;
-    std::vector<WrittenObject> written_;
+    std::vector<std::uint64_t> offsets_; // of the objects
 };
 
 bool DocumentWriter::writeLine(std::string_view line) {
@@ -104,9 +104,10 @@ bool DocumentWriter::endLine(std::uint64_t start) {
     return output_.append(state_.lineEnding) || refuse("Failed to write line ending");
 }
 
-bool DocumentWriter::writeValue(const Ref<Value>& value) {
+template <class Source>
+bool DocumentWriter::writeValue(const Source& source) {
     const std::uint64_t start = output_.offset();
-    if (!serializer_.write(value)) return refuse("Failed to convert value to buffer");
+    if (!serializer_.write(source)) return refuse("Failed to convert value to buffer");
     const std::uint64_t size = output_.offset() - start;
     return output_.release() || refuse("Failed to write buffer of size ", size);
 }
@@ -123,45 +124,31 @@ bool DocumentWriter::writeHeader() {
 }
 
 bool DocumentWriter::writeObjects() {
-    std::vector<const Object*> sorted;
-    sorted.reserve(state_.objects.size());
-    for (const auto& slot : state_.objects.slots())
-        sorted.push_back(slot.object.get());
-    if (!state_.objects.ascending()) std::ranges::stable_sort(sorted, {}, &Object::id);
-
-    written_.reserve(sorted.size());
-    for (std::size_t index = 0; index < sorted.size(); ++index) {
-        if (!writeObject(*sorted[index], index + 1 == sorted.size())) return false;
+    const std::vector<ObjectTable::Slot>& slots = state_.objects.slots();
+    offsets_.reserve(slots.size());
+    for (const ObjectTable::Slot& slot : slots) {
+        offsets_.push_back(output_.offset());
+        if (!writeObject(slot, &slot == &slots.back())) {
+            return fail(ObjectNotWritten, "Failed to write object ", textOf(slot));
+        }
     }
     return true;
 }
 
-bool DocumentWriter::writeObject(const Object& object, bool last) {
-    const std::uint64_t offset = output_.offset();
-    if (!writeObjectLines(object, last)) {
-        return fail(ObjectNotWritten, "Failed to write object ", object.asText());
+bool DocumentWriter::writeObject(const ObjectTable::Slot& slot, bool last) {
+    if (slot.touched() && !slot.touchedValue()) {
+        return refuse("Object has no value: ", textOf(slot));
     }
-    written_.push_back({&object, offset});
-    return true;
-}
-
-bool DocumentWriter::writeObjectLines(const Object& object, bool last) {
-    const Ref<Value> value = object.value();
-    if (!value) return refuse("Object has no value: ", object.asText());
     const std::uint64_t start = output_.offset();
-    output_.appendNumber(std::uint64_t{object.id()});
+    output_.appendNumber(std::uint64_t{slot.id()});
     output_.append(' ');
-    output_.appendNumber(std::uint64_t{object.generation()});
+    output_.appendNumber(std::uint64_t{slot.generation()});
     output_.append(" obj");
-    if (!endLine(start)) {
-        return refuse("Failed to write header for object ", object.asText());
-    }
-    if (!writeValue(value)) {
-        return refuse("Failed to write value of object ", object.asText());
-    }
+    if (!endLine(start)) return refuse("Failed to write header for object ", textOf(slot));
+    if (!writeValue(slot)) return refuse("Failed to write value of object ", textOf(slot));
     if (!writeLine({})) return false;
     if (!(last ? sendLine("endobj") : writeLine("endobj"))) {
-        return refuse("Failed to write trailer for object ", object.asText());
+        return refuse("Failed to write trailer for object ", textOf(slot));
     }
     return true;
 }
@@ -180,8 +167,9 @@ bool DocumentWriter::writeXref() {
     output_.appendNumber(entryCount());
     if (!endLine(start)) return refuse("Failed to write xref header");
     if (!writeXrefLine(0, 65535, " f")) return refuse("Failed to write initial xref line");
-    for (const WrittenObject& entry : written_) {
-        if (!writeXrefLine(entry.offset, entry.object->generation(), " n")) {
+    for (std::size_t index = 0; index < offsets_.size(); ++index) {
+        const std::uint16_t generation = state_.objects.slots()[index].generation();
+        if (!writeXrefLine(offsets_[index], generation, " n")) {
             return refuse("Failed to write xref line");
         }
     }
@@ -208,7 +196,8 @@ bool DocumentWriter::writeTrailer(std::uint64_t xrefOffset) {
     if (!size || !state_.trailer || !state_.trailer->set("Size"_str, size)) {
         return refuse("Failed to update trailer dictionary Size entry");
     }
-    if (!writeValue(state_.trailer)) return refuse("Failed to write trailer dictionary");
+    if (!writeValue(Ref<Value>(state_.trailer)))
+        return refuse("Failed to write trailer dictionary");
     output_.append(state_.lineEnding);
     if (!writeLine("startxref")) return refuse("Failed to write startxref keyword");
     const std::uint64_t start = output_.offset();
@@ -222,7 +211,7 @@ bool DocumentWriter::writeTrailer(std::uint64_t xrefOffset) {
 bool liesIn(const DocumentState& state, const Interfaces::Stripe& target) {
     if (state.source.get() == &target) return true;
     return std::ranges::any_of(state.objects.slots(), [&](const ObjectTable::Slot& slot) {
-        const Ref<Value> value = slot.object->value();
+        const Ref<Value> value = slot.touchedValue();
         const auto* stream = own<StreamObj>(value);
         return stream != nullptr && stream->strmData().get() == &target;
     });

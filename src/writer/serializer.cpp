@@ -32,6 +32,31 @@ bool Serializer::write(const Ref<Value>& value) {
     return false;
 }
 
+bool Serializer::write(const ObjectTable::Slot& slot) {
+    if (slot.touched() || slot.packed().unwritable) return write(state_.objects.value(slot));
+    const PackedValue packed = slot.packed();
+    if (packed.kind != Value::Type::Stream) return writePacked(packed);
+
+    const Ref<Interfaces::Stripe> data = viewOfPacked(state_, packed);
+    if (!data) return write(state_.objects.value(slot));
+    const std::uint64_t start = output_.offset();
+    if (writePacked(packed) && writeDataOf(*data)) return true;
+    output_.takeBack(start);
+    return false;
+}
+
+/// Numbers with a spelling of their own are written without it.
+bool Serializer::writePacked(const PackedValue& packed) {
+    std::string_view bytes = packed.bytes;
+    while (packed.spelled) {
+        const std::size_t spelling = bytes.find('\t');
+        if (spelling == std::string_view::npos) break;
+        output_.append(bytes.substr(0, spelling));
+        bytes.remove_prefix(bytes.find('\n', spelling) + 1);
+    }
+    return output_.append(bytes);
+}
+
 bool Serializer::writeValue(Value& value) {
     switch (value.type()) {
     case Value::Type::Name: {
@@ -153,11 +178,15 @@ bool Serializer::writeStream(Stream& stream) {
     if (!writeDictionary(*dict)) {
         return fail(StepFailed, "Failed to convert stream dictionary to buffer");
     }
+    return writeDataOf(*data);
+}
+
+bool Serializer::writeDataOf(Interfaces::Stripe& data) {
     if (!output_.append(state_.lineEnding) || !output_.append("stream")) return fail(StepFailed);
-    if (data->size() > std::numeric_limits<std::uint32_t>::max()) {
+    if (data.size() > std::numeric_limits<std::uint32_t>::max()) {
         return fail(OutOfRange, "Stream is too large");
     }
-    return writeData(*data) && output_.append("endstream");
+    return writeData(data) && output_.append("endstream");
 }
 
 bool Serializer::writeData(Interfaces::Stripe& data) {

@@ -20,6 +20,8 @@ public:
         : output_(output), state_(state) {}
 
     bool write(const Ref<Value>& value);
+    /// The value of an object, which stays packed if it is.
+    bool write(const ObjectTable::Slot& slot);
 
 private:
     bool writeValue(Value& value);
@@ -32,6 +34,8 @@ private:
     bool writeDictionary(const Dictionary& dict);
     bool writeEntry(const Host::String& key, Value* value);
     bool writeStream(Stream& stream);
+    bool writePacked(const PackedValue& packed);
+    bool writeDataOf(Interfaces::Stripe& data);
     bool writeData(Interfaces::Stripe& data);
 
     Output& output_;

@@ -16,9 +16,9 @@ std::uint32_t StoredStream::id() const noexcept {
     if (id_) return *id_;
     const auto& slots = state_.objects.slots();
     const auto holder = std::ranges::find_if(slots, [&](const ObjectTable::Slot& slot) {
-        return slot.object->value().get() == &stream_;
+        return slot.touchedValue().get() == &stream_;
     });
-    return holder == slots.end() ? 0 : holder->id;
+    return holder == slots.end() ? 0 : holder->id();
 }
 
 Ref<Dictionary> StoredStream::dict() const noexcept {
@@ -29,7 +29,7 @@ Ref<Dictionary> StoredStream::dict() const noexcept {
     return dict;
 }
 
-Ref<NumberObj> StoredStream::length(const Dictionary& dict) const noexcept {
+Ref<NumberObj> StoredStream::length(const Dictionary& dict) const {
     const StreamLength length = findStreamLength(state_, dict);
     if (!length.entry) {
         return fail(StreamObjectInvalid, "No length entry in dictionary of stream ", id());

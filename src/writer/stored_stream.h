@@ -27,7 +27,7 @@ public:
 
     [[nodiscard]] Ref<Dictionary> dict() const noexcept;
     /// The number that is the stream's Length, wherever it stands.
-    [[nodiscard]] Ref<NumberObj> length(const Dictionary& dict) const noexcept;
+    [[nodiscard]] Ref<NumberObj> length(const Dictionary& dict) const;
     /// The data as it is encoded. Data of the file becomes attached to the stream.
     [[nodiscard]] Ref<Interfaces::Stripe> data() const;
     [[nodiscard]] Ref<Interfaces::BlockFilter> compressor() const noexcept;

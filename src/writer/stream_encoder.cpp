@@ -1,5 +1,6 @@
 #include "host/on_failure.h"
 #include "host/pump.h"
+#include "packed/entry.h"
 #include "state/stream_length.h"
 #include "values/dictionary.h"
 #include "values/failure.h"
@@ -41,7 +42,8 @@ public:
     bool run();
 
 private:
-    bool visit(const Object& object);
+    bool visit(const ObjectTable::Slot& slot);
+    [[nodiscard]] bool staysAsItIs(const ObjectTable::Slot& slot) const noexcept;
     bool encode(const StoredStream& stored);
     [[nodiscard]] Ref<Interfaces::Stripe> dataOf(const StoredStream& stored) const;
     [[nodiscard]] Ref<Interfaces::Stripe> viewOf(const StoredStream& stored) const;
@@ -77,16 +79,29 @@ const char* codingMessage(Host::PumpResult result) noexcept {
 bool StreamEncoder::run() {
     Host::OnFailure failed([this] { undo(); });
     for (const ObjectTable::Slot& slot : state_.objects.slots()) {
-        if (!visit(*slot.object)) return false;
+        if (!visit(slot)) return false;
     }
     complete();
     return failed.keep();
 }
 
-bool StreamEncoder::visit(const Object& object) {
-    if (object.valueType() != Value::Type::Stream) return true;
-    const std::uint32_t id = object.id();
-    const Ref<Value> value = object.value();
+/// Whether it is known, without a value, that there is nothing to be done.
+bool StreamEncoder::staysAsItIs(const ObjectTable::Slot& slot) const noexcept {
+    if (slot.touched()) return false;
+    const PackedValue packed = slot.packed();
+    if (packed.kind != Value::Type::Stream) return true;
+    const std::string_view filter = findPackedEntry(packed.bytes, "Filter");
+    return target_ == Compression::FlateDecode
+               ? filter == "/FlateDecode"
+               : filter.empty() || (filter.front() == '/' && filter != "/FlateDecode");
+}
+
+bool StreamEncoder::visit(const ObjectTable::Slot& slot) {
+    if (staysAsItIs(slot)) return true;
+    const Ref<ObjectObj>& object = state_.objects.object(slot);
+    if (object->valueType() != Value::Type::Stream) return true;
+    const std::uint32_t id = slot.id();
+    const Ref<Value> value = state_.objects.value(slot);
     Stream* const stream = as<Stream>(value);
     if (stream == nullptr) {
         return fail(NoValue, "Failed to cast value of object ", id, " to stream");
@@ -146,12 +161,21 @@ Ref<Interfaces::Stripe> StreamEncoder::viewOf(const StoredStream& stored) const 
     return data;
 }
 
+/// Whether it is known, without a value, that the object shares no Length with a stream.
+bool hasLengthOfItsOwn(const ObjectTable::Slot& slot) noexcept {
+    if (slot.touched()) return false;
+    const PackedValue packed = slot.packed();
+    if (packed.kind != Value::Type::Stream) return true;
+    return !findPackedEntry(packed.bytes, "Length").ends_with(" R");
+}
+
 /// Where several streams have one Length object, re-encoding one of them changes how much of the
 /// file the others seem to be: their data is looked up before.
 void StreamEncoder::viewStreamsThatShareLengths() {
     std::unordered_map<const Value*, const ObjectTable::Slot*> firsts;
     for (const ObjectTable::Slot& slot : state_.objects.slots()) {
-        const Ref<Value> value = slot.object->value();
+        if (hasLengthOfItsOwn(slot)) continue;
+        const Ref<Value> value = state_.objects.value(slot);
         const auto* stream = own<StreamObj>(value);
         const Ref<Dictionary> dict = stream != nullptr ? stream->dict() : nullptr;
         const Ref<Value> length = dict ? findStreamLength(state_, *dict).value : nullptr;
@@ -174,11 +198,11 @@ bool StreamEncoder::readable(const StreamObj& stream) const noexcept {
 }
 
 void StreamEncoder::view(const ObjectTable::Slot& slot) {
-    const Ref<Value> value = slot.object->value();
+    const Ref<Value> value = state_.objects.value(slot);
     auto* const stream = own<StreamObj>(value);
     if (stream->strmData() || !readable(*stream)) return;
     const auto [place, isNew] = views_.try_emplace(stream);
-    if (isNew) place->second = viewOf(StoredStream(state_, *stream, slot.id));
+    if (isNew) place->second = viewOf(StoredStream(state_, *stream, slot.id()));
 }
 
 Ref<Interfaces::BlockFilter> StreamEncoder::converter(const StoredStream& stored) const noexcept {

@@ -2,7 +2,6 @@
 #include "support/document_builder.h"
 #include "support/recording_log.h"
 #include "support/values.h"
-#include "values/object.h"
 
 #include <pdf/errors.h>
 
@@ -92,44 +91,26 @@ TEST(Navigation, FollowsOneReferenceToADictionary) {
     EXPECT_EQ(Host::Error::get(), NullArgument);
 }
 
-void expectLookupsAgree(const ObjectTable& table, const char* name) {
-    for (const std::uint32_t id : {0U, 1U, 2U, 3U, 4U, 5U, 6U, 7U, 8U, 90U, UINT32_MAX}) {
-        for (const auto generation : std::initializer_list<std::uint16_t>{0, 1, 65535}) {
-            const Object* walked = nullptr; // the first that a walk from the front finds
-            for (const ObjectTable::Slot& slot : table.slots())
-                if (!walked && slot.object->id() == id && slot.object->generation() == generation)
-                    walked = slot.object.get();
-            EXPECT_EQ(table.find(id, generation), walked) << name << ": " << id;
-        }
-    }
-}
-
 TEST(ObjectTable, FindsWhatAWalkFinds) {
-    const std::tuple<const char*, std::vector<Identity>, bool> rows[] = {
-        {"empty", {}, true},
-        {"dense", {{5, 0}, {6, 1}, {7, 0}}, true},
-        {"gaps", {{1, 0}, {3, 0}, {4, 65535}, {90, 0}, {UINT32_MAX, 0}}, true},
-        {"unordered", {{3, 0}, {1, 0}, {2, 0}}, false},
-        {"duplicates", {{1, 0}, {2, 0}, {2, 1}, {2, 0}, {3, 0}}, false},
+    const std::pair<const char*, std::vector<Identity>> rows[] = {
+        {"empty", {}},
+        {"dense", {{5, 0}, {6, 1}, {7, 0}}},
+        {"gaps", {{1, 0}, {3, 0}, {4, 65535}, {90, 0}, {UINT32_MAX, 0}}},
     };
-    for (const auto& [name, objects, ascending] : rows) {
+    for (const auto& [name, objects] : rows) {
         ObjectTable table;
         for (const auto& [id, generation] : objects)
-            table.append(makeOrThrow<ObjectObj>(id, generation, nullptr));
-        EXPECT_EQ(table.ascending(), ascending) << name;
-        expectLookupsAgree(table, name);
-
-        ObjectTable cut = table;
-        cut.truncate(1);
-        EXPECT_TRUE(cut.ascending()) << name;
-        cut.append(makeOrThrow<ObjectObj>(4U, std::uint16_t{1}, nullptr));
-        expectLookupsAgree(cut, name);
-
-        EXPECT_FALSE(table.remove(8, 0)) << name;
-        while (table.size() != 0) {
-            const ObjectTable::Slot last = table.slots().back();
-            EXPECT_TRUE(table.remove(last.id, last.generation)) << name;
-            expectLookupsAgree(table, name);
+            table.append(id, generation, nullptr);
+        for (;; table.truncate(table.size() - 1)) {
+            for (const std::uint32_t id : {0U, 1U, 2U, 3U, 4U, 5U, 6U, 7U, 8U, 90U, UINT32_MAX}) {
+                for (const auto generation : std::initializer_list<std::uint16_t>{0, 1, 65535}) {
+                    const ObjectTable::Slot* walked = nullptr;
+                    for (const ObjectTable::Slot& slot : table.slots())
+                        if (slot.id() == id && slot.generation() == generation) walked = &slot;
+                    EXPECT_EQ(table.find(id, generation), walked) << name << ": " << id;
+                }
+            }
+            if (table.size() == 0) break;
         }
     }
 }

@@ -1,8 +1,8 @@
 #include "document/document_obj.h"
+#include "state/object_obj.h"
 #include "support/document_builder.h"
 #include "support/recording_log.h"
 #include "support/values.h"
-#include "values/object.h"
 
 #include <pdf/errors.h>
 
@@ -185,7 +185,7 @@ Ref<Document> treeOf(std::uint32_t count, const KidsOf& kidsOf) {
             kids->add(Testing::reference(kid, 0));
         const auto field =
             Testing::dictionary({{"FT", Testing::name("Tx")}, {"T", label}, {"Kids", kids}});
-        objects.append(Host::make<ObjectObj>(id, std::uint16_t{0}, field));
+        objects.append(id, 0, field);
     }
     return document;
 }

@@ -21,7 +21,7 @@ std::string read(const std::string& text) {
         if (!window) source = Host::make<Testing::FailingStripe>(source);
         const Testing::RecordingLog log;
         Host::Cursor cursor(*source);
-        const Ref<Value> value = Scanner(cursor).readObjectValue();
+        const Ref<Value> value = scanValue(cursor);
         const std::string lines = log.text();
         EXPECT_TRUE(!value || lines.empty()) << text << lines;
         results[window ? 0 : 1] = value ? std::to_string(int(value->type())) + " " + textOf(value)

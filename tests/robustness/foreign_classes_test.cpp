@@ -2,10 +2,10 @@
 
 #include "compose/resources.h"
 #include "document/document_obj.h"
+#include "state/object_obj.h"
 #include "support/document_builder.h"
 #include "support/recording_log.h"
 #include "support/values.h"
-#include "values/object.h"
 
 #include <pdf/errors.h>
 
@@ -59,7 +59,7 @@ AnyValue ownDictionary(std::vector<Text> keys, AnyValue value) {
 Ref<Document> with(AnyValue value) {
     auto document = open(DocumentBuilder::minimal().bytes());
     auto& objects = dynamic_cast<DocumentObj&>(*document).state().objects;
-    objects.append(makeOrThrow<ObjectObj>(5U, std::uint16_t{0}, std::move(value)));
+    objects.append(5, 0, std::move(value));
     return document;
 }
 

@@ -1,10 +1,10 @@
 #include "support/values.h"
 
 #include "reader/scanner.h"
+#include "state/object_obj.h"
 #include "support/document_builder.h"
 #include "support/failing_stripe.h"
 #include "support/recording_log.h"
-#include "values/object.h"
 #include "values/sub_stripe.h"
 
 #include <pdf/errors.h>
@@ -45,7 +45,7 @@ Ref<Array> differentValues() {
                                  "5 1 R 6 0 R [] [1] [1 2] [2 1] << >> << /A 1 >> << /A 2 >> "
                                  "<< /B 1 >> << /A 1 /B [null] >> ]");
     Host::Cursor cursor(*source);
-    return castTo<Array>(Scanner(cursor).readObjectValue());
+    return castTo<Array>(scanValue(cursor));
 }
 
 TEST(Value, EqualsItsLikeAndNothingElse) {

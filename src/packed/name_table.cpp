@@ -1,4 +1,4 @@
-#include "reader/name_table.h"
+#include "packed/name_table.h"
 
 #include <functional>
 #include <span>

@@ -1,5 +1,4 @@
 #include "host/numbers.h"
-#include "host/windows_1252.h"
 #include "reader/characters.h"
 #include "reader/scanner.h"
 #include "values/failure.h"
@@ -9,7 +8,6 @@
 namespace Libraries::Files::PDF {
 
 using Host::Cursor;
-using Libraries::Strings::Encodings::ANSI::Windows_1252;
 
 namespace {
 
@@ -17,8 +15,7 @@ namespace {
 /// must be escaped, and there is no escape for a backslash.
 class LiteralReader {
 public:
-    LiteralReader(Cursor& cursor, Host::StringBuilder& text) noexcept
-        : cursor_(cursor), text_(text) {}
+    LiteralReader(Cursor& cursor, Packer& packer) noexcept : cursor_(cursor), packer_(packer) {}
 
     /// Reads up to the closing parenthesis.
     [[nodiscard]] bool read();
@@ -32,10 +29,10 @@ private:
     [[nodiscard]] Step takePlain(int code);
     [[nodiscard]] bool completeOctal();
     void takeRun();
-    void add(char32_t code) { text_.append(Windows_1252::toUnicode(code)); }
+    void add(int code) { packer_.character(static_cast<std::uint32_t>(code)); }
 
     Cursor& cursor_;
-    Host::StringBuilder& text_;
+    Packer& packer_;
     std::uint64_t depth_ = 0;
     bool escaped_ = false;
     bool continued_ = false;
@@ -55,7 +52,7 @@ bool LiteralReader::read() {
 void LiteralReader::takeRun() {
     const std::string_view ahead = cursor_.ahead();
     const std::size_t run = Characters::stringStop.find(ahead);
-    text_.append(ahead.substr(0, run));
+    packer_.plainText(ahead.substr(0, run));
     cursor_.skip(run);
 }
 
@@ -97,7 +94,7 @@ LiteralReader::Step LiteralReader::takeEscaped(int code) {
                " at offset ", cursor_.position() - 1);
         return Step::Fail;
     }
-    add(static_cast<char32_t>(meanings[known]));
+    add(meanings[known]);
     return Step::Go;
 }
 
@@ -105,7 +102,7 @@ LiteralReader::Step LiteralReader::takePlain(int code) {
     if (code == ')' && depth_ == 0) return Step::Close;
     if (code == '(') ++depth_;
     if (code == ')') --depth_;
-    add(static_cast<char32_t>(code));
+    add(code);
     return Step::Go;
 }
 
@@ -116,32 +113,33 @@ bool LiteralReader::completeOctal() {
         return refuse("Invalid octal escape sequence ", octal_, "; offset ",
                       cursor_.position() - 1 - octal_.size());
     }
-    add(static_cast<char32_t>(*code));
+    packer_.character(*code);
     octal_.clear();
     return true;
 }
 
 } // namespace
 
-Ref<String> Scanner::readLiteralString() {
-    text_.clear();
-    if (!LiteralReader(cursor_, text_).read()) return nullptr;
-    return makeOrThrow<StringObj>(orThrow(text_.build()));
+bool Scanner::readLiteralString() {
+    packer_.beginText();
+    if (!LiteralReader(cursor_, packer_).read()) return false;
+    packer_.endText();
+    return true;
 }
 
-Ref<String> Scanner::readHexString(int firstDigit) {
-    bytes_.clear();
-    bytes_.reserve(128);
+bool Scanner::readHexString(int firstDigit) {
+    packer_.beginHexadecimal();
     int high = -1;
     for (int code = firstDigit; code != '>'; code = cursor_.next()) {
-        if (code == Cursor::end) return nullptr;
+        if (code == Cursor::end) return false;
         const int digit = Characters::hexValue(code);
         if (digit < 0) continue;
-        if (high >= 0) bytes_.push_back(static_cast<unsigned char>(high << 4 | digit));
+        if (high >= 0) packer_.byte(static_cast<std::uint8_t>(high << 4 | digit));
         high = high >= 0 ? -1 : digit;
     }
-    if (high >= 0) bytes_.push_back(static_cast<unsigned char>(high << 4));
-    return makeOrThrow<StringObj>(orThrow(Host::TConstArray<unsigned char>::create(bytes_)));
+    if (high >= 0) packer_.byte(static_cast<std::uint8_t>(high << 4));
+    packer_.endHexadecimal();
+    return true;
 }
 
 } // namespace Libraries::Files::PDF

@@ -1,0 +1,37 @@
+#include "packed/packed_store.h"
+
+#include <new>
+#include <utility>
+
+namespace Libraries::Files::PDF {
+
+namespace {
+
+std::string_view tail(const Host::ByteBuffer& buffer, std::size_t size) noexcept {
+    const auto* end = reinterpret_cast<const char*>(buffer.data()) + buffer.size();
+    return {end - size, size};
+}
+
+} // namespace
+
+std::string_view PackedStore::keep(std::string_view bytes) {
+    if (bytes.size() > left_) {
+        Host::ByteBuffer chunk;
+        if (!chunk.reserve(chunkSize)) throw std::bad_alloc();
+        chunks_.push_back(std::move(chunk));
+        filling_ = chunks_.size() - 1;
+        left_ = chunkSize;
+    }
+    Host::ByteBuffer& chunk = chunks_[filling_];
+    static_cast<void>(chunk.append(bytes.data(), bytes.size())); // there is room, and it stays
+    left_ -= bytes.size();
+    return tail(chunk, bytes.size());
+}
+
+std::string_view PackedStore::adopt(Host::ByteBuffer bytes) {
+    bytes.shrink();
+    chunks_.push_back(std::move(bytes));
+    return tail(chunks_.back(), chunks_.back().size());
+}
+
+} // namespace Libraries::Files::PDF

@@ -1,0 +1,249 @@
+#include "packed/packer.h"
+
+#include "host/windows_1252.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstring>
+#include <limits>
+#include <new>
+#include <span>
+#include <utility>
+
+namespace Libraries::Files::PDF {
+
+using Libraries::Strings::Encodings::ANSI::Windows_1252;
+
+namespace {
+
+constexpr std::size_t longest = std::numeric_limits<std::uint32_t>::max();
+
+/// Dictionaries are mostly small, and mostly nearly in order.
+constexpr std::size_t smallDictionary = 24;
+
+bool areDigits(std::string_view text) noexcept {
+    return std::ranges::all_of(text, [](char code) { return code >= '0' && code <= '9'; });
+}
+
+/// Whether digits are written as the number that they are: without zeros in front.
+bool isCanonical(std::string_view digits) noexcept {
+    constexpr std::size_t surelyFits = 18;
+    return !digits.empty() && digits.size() <= surelyFits &&
+           (digits.front() != '0' || digits.size() == 1) && areDigits(digits);
+}
+
+} // namespace
+
+void Packer::clear() noexcept {
+    bytes_.clear();
+    entries_.clear();
+    list_ = nullptr;
+    spelled_ = unwritable_ = false;
+}
+
+void Packer::put(std::string_view text) {
+    if (text.size() > longest - bytes_.size()) throw std::bad_alloc();
+    if (!bytes_.append(text.data(), text.size())) throw std::bad_alloc();
+}
+
+template <class Number>
+void Packer::putDigits(Number number) {
+    char room[20];
+    put({room,
+         static_cast<std::size_t>(std::to_chars(room, room + sizeof(room), number).ptr - room)});
+}
+
+void Packer::enter() {
+    if (list_ == nullptr) return;
+    const auto start = static_cast<std::uint32_t>(bytes_.size());
+    list_->beforeLast_ = std::exchange(list_->last_, {start});
+    if (list_->dictionary_ && list_->count_ % 2 == 0) {
+        const Entry entry{start, 0};
+        if (!entries_.append(&entry, sizeof(entry))) throw std::bad_alloc();
+    }
+    ++list_->count_;
+    put(' ');
+}
+
+void Packer::next(std::string_view first) {
+    enter();
+    put(first);
+}
+
+void Packer::name(std::string_view characters) {
+    enter();
+    put('/');
+    put(characters);
+}
+
+void Packer::number(std::string_view token, std::int64_t integer, std::uint64_t fraction) {
+    enter();
+    const bool negative = token.starts_with('-');
+    const std::string_view magnitude = token.substr(negative ? 1 : 0);
+    const std::size_t point = magnitude.find('.');
+    const std::string_view behind =
+        point == std::string_view::npos ? std::string_view() : magnitude.substr(point + 1);
+    const bool asWritten =
+        isCanonical(magnitude.substr(0, point)) && (!negative || integer != 0) &&
+        (point == std::string_view::npos || (fraction != 0 && isCanonical(behind)));
+    if (asWritten) {
+        put(token);
+    } else {
+        spelled_ = true;
+        put('\t');
+        put(token);
+        put('\n');
+        putDigits(integer);
+        if (fraction != 0) put('.');
+        if (fraction != 0) putDigits(fraction);
+    }
+    if (list_ == nullptr) return;
+    list_->last_.integer = integer;
+    list_->last_.whole = fraction == 0;
+    list_->last_.plain = asWritten && !negative;
+}
+
+void Packer::octal(std::uint32_t code) {
+    const char text[] = {'\\', static_cast<char>('0' + (code >> 6)),
+                         static_cast<char>('0' + (code >> 3 & 7U)),
+                         static_cast<char>('0' + (code & 7U))};
+    put({text, sizeof(text)});
+}
+
+void Packer::character(std::uint32_t code) {
+    constexpr std::string_view escaped = "\r\b\t\n\f()\\";
+    constexpr std::string_view escapes = "rbtnf()\\";
+    // What the code page does not assign becomes the code 0.
+    if (Windows_1252::toUnicode(code) == 0) return put('\0');
+    if (code < 0x7F) {
+        const std::size_t known = escaped.find(static_cast<char>(code));
+        if (known == std::string_view::npos) return put(static_cast<char>(code));
+        put('\\');
+        return put(escapes[known]);
+    }
+    if (code > 0xFF) {
+        if (const auto byte = Windows_1252::fromUnicode(code)) return octal(*byte);
+        unwritable_ = true;
+    }
+    octal(code);
+}
+
+void Packer::byte(std::uint8_t byte) {
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    const char pair[] = {digits[byte >> 4], digits[byte & 0x0FU]};
+    put({pair, sizeof(pair)});
+}
+
+void Packer::begin(List& list, bool dictionary, std::string_view bracket) {
+    next(bracket);
+    list.outer_ = std::exchange(list_, &list);
+    list.dictionary_ = dictionary;
+    list.firstEntry_ = entries_.size();
+}
+
+void Packer::endArray(List& list) {
+    put(" ]");
+    list_ = list.outer_;
+}
+
+Packer::Ending Packer::endDictionary(List& list) {
+    if (list.count_ % 2 != 0) return Ending::Uneven;
+    Entry* const first = entries(list);
+    const std::size_t count = entryCount(list);
+    for (std::size_t index = 0; index < count; ++index) {
+        const std::size_t end = index + 1 < count ? first[index + 1].start : bytes_.size();
+        first[index].length = static_cast<std::uint32_t>(end - first[index].start);
+        if (bytes_.data()[first[index].start + 1] != '/') return Ending::KeyIsNoName;
+    }
+    order({first, count});
+    entries_.truncate(list.firstEntry_);
+    list_ = list.outer_;
+    put(" >>");
+    return Ending::Done;
+}
+
+Packer::Entry* Packer::entries(const List& list) noexcept {
+    return reinterpret_cast<Entry*>(entries_.data() + list.firstEntry_);
+}
+
+std::size_t Packer::entryCount(const List& list) const noexcept {
+    return (entries_.size() - list.firstEntry_) / sizeof(Entry);
+}
+
+/// By the bytes of their keys. A key ends in a space, which comes before everything in a name.
+int Packer::compareKeys(const Entry& left, const Entry& right) const noexcept {
+    const std::uint8_t* a = bytes_.data() + left.start + 2;
+    const std::uint8_t* b = bytes_.data() + right.start + 2;
+    for (; *a == *b && *a != ' '; ++a)
+        ++b;
+    return int{*a} - int{*b};
+}
+
+void Packer::order(std::span<Entry> entries) {
+    const auto precedes = [this](const Entry& left, const Entry& right) {
+        const int keys = compareKeys(left, right);
+        return keys < 0 || (keys == 0 && left.start < right.start);
+    };
+    bool ascending = true;
+    for (std::size_t index = 1; index < entries.size() && ascending; ++index)
+        ascending = compareKeys(entries[index - 1], entries[index]) < 0;
+    if (ascending) return;
+
+    if (entries.size() <= smallDictionary) {
+        for (std::size_t index = 1; index < entries.size(); ++index) {
+            for (std::size_t place = index; place > 0; --place) {
+                if (!precedes(entries[place], entries[place - 1])) break;
+                std::swap(entries[place], entries[place - 1]);
+            }
+        }
+    } else {
+        std::ranges::sort(entries, precedes);
+    }
+    rebuild(entries);
+}
+
+/// Puts the bytes of the entries in their new order; of each run of equal keys only the last one
+/// stays.
+void Packer::rebuild(std::span<const Entry> entries) {
+    const std::uint32_t begin = std::ranges::min(entries, {}, &Entry::start).start;
+    ordered_.clear();
+    for (std::size_t index = 0; index < entries.size(); ++index) {
+        const bool shadowed =
+            index + 1 < entries.size() && compareKeys(entries[index], entries[index + 1]) == 0;
+        if (shadowed) continue;
+        if (!ordered_.append(bytes_.data() + entries[index].start, entries[index].length)) {
+            throw std::bad_alloc();
+        }
+    }
+    std::memcpy(bytes_.data() + begin, ordered_.data(), ordered_.size());
+    bytes_.truncate(begin + ordered_.size());
+}
+
+bool Packer::reference() {
+    List& list = *list_;
+    const List::Last id = list.beforeLast_;
+    const List::Last generation = list.last_;
+    if (list.count_ < 2 || !id.whole || !generation.whole ||
+        id.integer > std::numeric_limits<std::uint32_t>::max() ||
+        generation.integer > std::numeric_limits<std::uint16_t>::max()) {
+        return false;
+    }
+    if (!id.plain || !generation.plain) {
+        // Negative numbers pass and wrap, as the bounds above are the only ones.
+        bytes_.truncate(id.start + std::size_t{1});
+        putDigits(static_cast<std::uint32_t>(id.integer));
+        put(' ');
+        putDigits(static_cast<std::uint16_t>(generation.integer));
+    }
+    put(" R");
+    // The generation was the last value, and may have been taken for a key.
+    --list.count_;
+    if (list.dictionary_ && list.count_ % 2 == 0)
+        entries_.truncate(entries_.size() - sizeof(Entry));
+    list.last_ = {id.start};
+    list.beforeLast_ = {};
+    return true;
+}
+
+} // namespace Libraries::Files::PDF

@@ -1,0 +1,129 @@
+#pragma once
+
+#include "packed/packed_value.h"
+
+#include <host/byte_buffer.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string_view>
+#include <utility>
+
+namespace Libraries::Files::PDF {
+
+/// Puts the packed spelling of one value after the other together, token by token, as a reader
+/// comes across them. Keys may come in any order: a dictionary is put in order when it is complete.
+///
+/// Everything throws `std::bad_alloc`, a spelling of more than 4 GiB too.
+class Packer {
+public:
+    /// A list that is being filled. It lives where its reader is, since lists nest as readers do.
+    class List;
+
+    /// How a dictionary ended.
+    enum class Ending { Done, Uneven, KeyIsNoName };
+
+    /// Begins a value.
+    void clear() noexcept;
+    /// What was put together since then: valid until the next call.
+    [[nodiscard]] std::string_view bytes() const noexcept {
+        return {reinterpret_cast<const char*>(bytes_.data()), bytes_.size()};
+    }
+    [[nodiscard]] bool spelled() const noexcept { return spelled_; }
+    [[nodiscard]] bool unwritable() const noexcept { return unwritable_; }
+    /// Gives the bytes away, with the memory they are in.
+    [[nodiscard]] Host::ByteBuffer takeBytes() noexcept { return std::move(bytes_); }
+
+    // Values: alone, or the next one of the innermost list.
+
+    void keyword(std::string_view word) { next(word); }
+    /// Its characters, of which none may end a name.
+    void name(std::string_view characters);
+    /// The number that `token` spells.
+    void number(std::string_view token, std::int64_t integer, std::uint64_t fraction);
+    void beginText() { next("("); }
+    void beginHexadecimal() { next("<"); }
+    void beginArray(List& list) { begin(list, false, "["); }
+    void beginDictionary(List& list) { begin(list, true, "<<"); }
+
+    // What stands in a text, a byte string, a list.
+
+    /// Characters that stand in a text as they are.
+    void plainText(std::string_view characters) { put(characters); }
+    /// A character of a text, by the code that it was given by; those of the code page count as
+    /// that.
+    void character(std::uint32_t code);
+    void endText() { put(')'); }
+    void byte(std::uint8_t byte);
+    void endHexadecimal() { put('>'); }
+    void endArray(List& list);
+    [[nodiscard]] Ending endDictionary(List& list);
+    /// Makes a reference of the last two values of the innermost list. False where they are no
+    /// numbers that can be one.
+    [[nodiscard]] bool reference();
+
+private:
+    friend class List;
+
+    /// An entry of a dictionary: where it begins, with the space before its key, and how long it
+    /// is.
+    struct Entry {
+        std::uint32_t start;
+        std::uint32_t length;
+    };
+
+    void begin(List& list, bool dictionary, std::string_view bracket);
+    /// Makes the next value of the innermost list begin with `first`.
+    void next(std::string_view first);
+    void enter();
+    [[nodiscard]] Entry* entries(const List& list) noexcept;
+    [[nodiscard]] std::size_t entryCount(const List& list) const noexcept;
+    void order(std::span<Entry> entries);
+    void rebuild(std::span<const Entry> entries);
+    [[nodiscard]] int compareKeys(const Entry& left, const Entry& right) const noexcept;
+
+    void put(std::string_view text);
+    void put(char character) { put(std::string_view(&character, 1)); }
+    template <class Number>
+    void putDigits(Number number);
+    void octal(std::uint32_t code);
+
+    Host::ByteBuffer bytes_;
+    Host::ByteBuffer
+        entries_; // of all lists that are being filled, the innermost behind the others
+    Host::ByteBuffer ordered_;
+    List* list_ = nullptr;
+    bool spelled_ = false;
+    bool unwritable_ = false;
+};
+
+class Packer::List {
+public:
+    List() noexcept = default;
+    List(const List&) = delete;
+    List& operator=(const List&) = delete;
+
+    /// Values in it so far.
+    [[nodiscard]] std::uint64_t count() const noexcept { return count_; }
+
+private:
+    friend class Packer;
+
+    /// What may yet become part of a reference.
+    struct Last {
+        std::uint32_t start = 0;
+        std::int64_t integer = 0;
+        bool whole = false; ///< it is a number without a fraction
+        bool plain = false; ///< its bytes are digits alone
+    };
+
+    List* outer_ = nullptr;
+    std::uint64_t count_ = 0;
+    std::size_t firstEntry_ = 0; // in bytes
+    Last last_;
+    Last beforeLast_;
+    bool dictionary_ = false;
+};
+
+} // namespace Libraries::Files::PDF

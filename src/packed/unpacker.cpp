@@ -1,0 +1,206 @@
+#include "packed/unpacker.h"
+
+#include "host/numbers.h"
+#include "host/windows_1252.h"
+#include "values/array.h"
+#include "values/dictionary.h"
+#include "values/scalars.h"
+
+#include <algorithm>
+#include <iterator>
+#include <limits>
+#include <utility>
+#include <vector>
+
+namespace Libraries::Files::PDF {
+
+using Libraries::Strings::Encodings::ANSI::Windows_1252;
+
+namespace {
+
+bool isDigit(char code) noexcept {
+    return code >= '0' && code <= '9';
+}
+
+unsigned hexValue(char digit) noexcept {
+    return static_cast<unsigned>(digit <= '9' ? digit - '0' : digit - 'A' + 10);
+}
+
+/// Reads packed spellings, which are always well-formed.
+class Unpacker {
+public:
+    Unpacker(std::string_view bytes, PackedStore::Shared& shared) noexcept
+        : next_(bytes.data()), end_(next_ + bytes.size()), shared_(shared) {}
+
+    [[nodiscard]] Ref<Value> value();
+
+private:
+    [[nodiscard]] bool at(char code) const noexcept { return next_ != end_ && *next_ == code; }
+    [[nodiscard]] std::string_view token() noexcept;
+    [[nodiscard]] Ref<NameObj> name();
+    [[nodiscard]] Ref<Value> keyword();
+    [[nodiscard]] Ref<Value> numberOrReference();
+    [[nodiscard]] Ref<Value> spelledNumber();
+    [[nodiscard]] Ref<Value> text();
+    [[nodiscard]] char32_t escaped() noexcept;
+    [[nodiscard]] Ref<Value> bytes();
+    [[nodiscard]] Ref<Value> array();
+    [[nodiscard]] Ref<Value> dictionary();
+
+    const char* next_;
+    const char* end_;
+    PackedStore::Shared& shared_;
+    // Of all lists that are being read, the innermost behind the others.
+    std::vector<Ref<Value>> elements_;
+    std::vector<DictionaryObj::Entry> entries_;
+};
+
+Ref<Value> Unpacker::value() {
+    switch (*next_) {
+    case '/':
+        return name();
+    case '(':
+        return text();
+    case '[':
+        return array();
+    case '<':
+        return next_[1] == '<' ? dictionary() : bytes();
+    case '\t':
+        return spelledNumber();
+    default:
+        return *next_ == '-' || isDigit(*next_) ? numberOrReference() : keyword();
+    }
+}
+
+std::string_view Unpacker::token() noexcept {
+    const char* const first = next_;
+    next_ = std::find(next_, end_, ' ');
+    return {first, static_cast<std::size_t>(next_ - first)};
+}
+
+Ref<NameObj> Unpacker::name() {
+    ++next_;
+    return shared_.names.get(token());
+}
+
+Ref<Value> Unpacker::keyword() {
+    const std::string_view word = token();
+    if (word == "null") {
+        if (!shared_.null) shared_.null = makeOrThrow<NullObj>();
+        return shared_.null;
+    }
+    const bool truth = word == "true";
+    Ref<Value>& known = truth ? shared_.truth : shared_.falsehood;
+    if (!known) known = makeOrThrow<BooleanObj>(truth);
+    return known;
+}
+
+Ref<Value> makeNumber(std::string_view token) {
+    const std::size_t point = token.find('.');
+    const auto integer = Host::StrConv::num<std::int64_t>(token.substr(0, point));
+    const auto fraction = point == std::string_view::npos
+                              ? std::uint64_t{0}
+                              : Host::StrConv::num<std::uint64_t>(token.substr(point + 1));
+    return makeOrThrow<NumberObj>(integer.value_or(0), fraction.value_or(0));
+}
+
+Ref<Value> Unpacker::numberOrReference() {
+    const std::string_view id = token();
+    // Of a reference: a space, digits, and " R".
+    const char* digit = next_ != end_ ? next_ + 1 : end_;
+    while (digit != end_ && isDigit(*digit))
+        ++digit;
+    const bool reference = end_ - digit >= 2 && digit[0] == ' ' && digit[1] == 'R';
+    if (!reference) return makeNumber(id);
+    const std::string_view generation(next_ + 1, static_cast<std::size_t>(digit - next_ - 1));
+    next_ = digit + 2;
+    return makeOrThrow<ObjectRefObj>(Host::StrConv::num<std::uint32_t>(id).value_or(0),
+                                     Host::StrConv::num<std::uint16_t>(generation).value_or(0));
+}
+
+Ref<Value> Unpacker::spelledNumber() {
+    next_ = std::find(next_, end_, '\n') + 1;
+    return makeNumber(token());
+}
+
+Ref<Value> Unpacker::text() {
+    const char* const first = ++next_;
+    while (*next_ != ')' && *next_ != '\\')
+        ++next_;
+    if (*next_ == ')') {
+        const auto* codes = reinterpret_cast<const std::uint8_t*>(first);
+        const auto length = static_cast<std::size_t>(next_++ - first);
+        return makeOrThrow<StringObj>(orThrow(Host::String::create(std::span(codes, length))));
+    }
+    Host::StringBuilder characters;
+    characters.append(std::string_view(first, static_cast<std::size_t>(next_ - first)));
+    while (*next_ != ')') {
+        const char code = *next_++;
+        characters.append(code == '\\' ? escaped() : static_cast<unsigned char>(code));
+    }
+    ++next_;
+    return makeOrThrow<StringObj>(orThrow(characters.build()));
+}
+
+char32_t Unpacker::escaped() noexcept {
+    constexpr std::string_view escapes = "rbtnf";
+    constexpr std::string_view meanings = "\r\b\t\n\f";
+    const char code = *next_++;
+    if (isDigit(code)) {
+        const auto octal =
+            static_cast<char32_t>((code - '0') << 6 | (next_[0] - '0') << 3 | (next_[1] - '0'));
+        next_ += 2;
+        return Windows_1252::toUnicode(octal);
+    }
+    const std::size_t known = escapes.find(code);
+    const char meaning = known == std::string_view::npos ? code : meanings[known];
+    return static_cast<unsigned char>(meaning);
+}
+
+Ref<Value> Unpacker::bytes() {
+    const char* digit = ++next_;
+    next_ = std::find(next_, end_, '>') + 1;
+    std::vector<unsigned char> bytes;
+    bytes.reserve(static_cast<std::size_t>(next_ - digit) / 2);
+    for (; *digit != '>'; digit += 2)
+        bytes.push_back(static_cast<unsigned char>(hexValue(digit[0]) << 4 | hexValue(digit[1])));
+    return makeOrThrow<StringObj>(orThrow(Host::TConstArray<unsigned char>::create(bytes)));
+}
+
+Ref<Value> Unpacker::array() {
+    const std::size_t first = elements_.size();
+    for (next_ += 2; *next_ != ']'; ++next_) // behind a bracket or an element stands a space
+        elements_.push_back(value());
+    ++next_;
+    const auto begin = elements_.begin() + static_cast<std::ptrdiff_t>(first);
+    ArrayObj::Elements elements(std::make_move_iterator(begin),
+                                std::make_move_iterator(elements_.end()));
+    elements_.resize(first);
+    return makeOrThrow<ArrayObj>(std::move(elements));
+}
+
+Ref<Value> Unpacker::dictionary() {
+    const std::size_t first = entries_.size();
+    for (next_ += 3; *next_ != '>'; ++next_) {
+        const Ref<NameObj> key = name();
+        ++next_;
+        entries_.push_back({key->text(), nullptr});
+        entries_.back().value = value();
+    }
+    next_ += 2;
+    const auto begin = entries_.begin() + static_cast<std::ptrdiff_t>(first);
+    DictionaryObj::Entries entries(std::make_move_iterator(begin),
+                                   std::make_move_iterator(entries_.end()));
+    entries_.resize(first);
+    return makeOrThrow<DictionaryObj>(std::move(entries));
+}
+
+} // namespace
+
+Ref<Value> unpack(const PackedValue& packed, PackedStore::Shared& shared) {
+    Ref<Value> value = Unpacker(packed.bytes, shared).value();
+    if (packed.kind != Value::Type::Stream) return value;
+    return makeOrThrow<StreamObj>(Ref<Dictionary>(as<Dictionary>(value)), packed.streamOffset);
+}
+
+} // namespace Libraries::Files::PDF
