@@ -252,10 +252,12 @@ TEST(Lookups, AllocateNothing) {
     const Ref<Dictionary> catalog = document->getCatalog()->valueAsDictionary();
     const Ref<Array> kids =
         document->getPageCatalog()->valueAsDictionary()->findAsArray("Kids"_str);
+    // An object is made when it is asked for, once.
+    const Ref<Object> page = document->getObject(kids->getAsObjectRef(1));
     FailingHeap::failAt(1, FailingHeap::Fault::FromThenOn);
     const bool found = catalog->findAsName("Type"_str) && !catalog->find("Absent"_str) &&
                        document->getObject(catalog->findAsObjectRef("Pages"_str)) &&
-                       document->getObject(kids->getAsObjectRef(1));
+                       document->getObject(kids->getAsObjectRef(1)) == page;
     EXPECT_FALSE(FailingHeap::stop());
     EXPECT_TRUE(found);
 }

@@ -2,6 +2,7 @@
 #include "values/array.h"
 #include "values/dictionary.h"
 #include "values/failure.h"
+#include "values/look_up.h"
 #include "values/scalars.h"
 
 #include <host/string.h>
@@ -93,8 +94,11 @@ Ref<Dictionary> Document::valueAsDict(Ref<Value> value) const noexcept {
         const Ref<ObjectRef> ref(as<ObjectRef>(value));
         if (!ref) return fail(BadReference, "Failed to object reference value to ObjectRef");
         const Ref<PDF::Object> object = getObject(ref);
+        if (!object && Host::Error::get() == OutOfMemory) return nullptr;
         if (!object) return fail(ReferenceNotResolved, "Failed to resolve object reference");
-        value = object->value();
+        LookedUp found = lookUpValue(*object);
+        if (found.isExhausted()) return fail(OutOfMemory);
+        value = std::move(found.value);
         if (!value) return fail(ObjectUnreadable, "Value of resolved object is NULL");
     }
     if (value->type() != Value::Type::Dictionary) {

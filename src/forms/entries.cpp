@@ -1,6 +1,14 @@
 #include "forms/entries.h"
 
+#include <pdf/errors.h>
+
+#include <new>
+
 namespace Libraries::Files::PDF {
+
+void throwIfExhausted() {
+    if (Host::Error::get() == OutOfMemory) throw std::bad_alloc();
+}
 
 void readEntries(const Dictionary& dict, std::initializer_list<EntryReader> readers) {
     for (const EntryReader& reader : readers) {
@@ -18,6 +26,7 @@ Ref<Value> followed(const Ref<Document>& document, const Ref<Value>& value) noex
 EntryHandler following(const Ref<Document>& document, Ref<Dictionary>& place) {
     return [&document, &place](const Ref<Value>& value, const Ref<Host::String>& key) {
         const Ref<Value> target = followed(document, value);
+        if (!target) throwIfExhausted();
         place = expectEntry<Dictionary>(target ? target : value, key);
     };
 }

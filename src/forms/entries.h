@@ -25,6 +25,10 @@ struct EntryReader {
 /// Hands each entry that the dictionary has to its handler.
 void readEntries(const Dictionary& dict, std::initializer_list<EntryReader> readers);
 
+/// Throws `std::bad_alloc` where it was exhausted memory that made the last step fail: what comes
+/// of building a form is kept for good, and must not depend on that.
+void throwIfExhausted();
+
 /// What a reference leads to, anything else as it is; null where a reference leads nowhere.
 [[nodiscard]] Ref<Value> followed(const Ref<Document>& document, const Ref<Value>& value) noexcept;
 

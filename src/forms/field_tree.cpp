@@ -127,9 +127,11 @@ bool TreeBuilder::makeNext(Level& level, MadeField& made) {
 
 Ref<Dictionary> TreeBuilder::resolve(const Ref<ObjectRef>& ref, std::uint64_t index) const {
     const Ref<PDF::Object> object = document_.getObject(ref);
+    if (!object) throwIfExhausted();
     if (!object) return refuseField("Failed to resolve child ", index);
     Ref<Dictionary> dict = object->valueAsDictionary();
     if (!dict) {
+        throwIfExhausted();
         const Ref<Value> value = object->value();
         const Value::Type found = value ? value->type() : Value::Type::Invalid;
         return refuseField("Resolved child ", index, " ( -> ", ref, " ) is not an object: ", found);

@@ -24,6 +24,7 @@ FormLookup find(Document& document, const Dictionary& catalog, std::uint64_t obj
     if (!value) return found(nullptr, FormNotFound);
     Ref<Dictionary> acroForm = document.valueAsDict(value);
     if (!acroForm) {
+        throwIfExhausted();
         report(LogLevel::Error,
                "AcroForm value is not a Dictionary or Object Reference: ", value->type());
         return found(nullptr, BadReference);
@@ -40,6 +41,7 @@ FormLookup find(Document& document, const Dictionary& catalog, std::uint64_t obj
 Ref<Form> lookUpForm(Document& document, std::uint64_t objects, FormLookup& lookup) {
     if (!lookup.done) {
         const std::uint32_t code = Host::Error::get();
+        Host::Error::set(Host::NoError);
         const Ref<PDF::Object> catalog = document.getCatalog();
         if (!catalog) return fail(RootInvalid, "Document has no root object");
         const Ref<Dictionary> dict = catalog->valueAsDictionary();

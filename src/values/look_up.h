@@ -9,14 +9,26 @@
 
 namespace Libraries::Files::PDF {
 
-/// What came of looking a key up.
+/// What came of looking for a value.
 struct LookedUp {
     Ref<Value> value;
     std::uint32_t code; ///< where there is no value
 
     /// Whether there simply is no such entry; else a dictionary of an application's own failed.
     [[nodiscard]] bool isAbsent() const noexcept { return !value && code == KeyNotFound; }
+    /// Whether memory did not suffice for it: that is what is wrong then, and not the document.
+    [[nodiscard]] bool isExhausted() const noexcept { return !value && code == OutOfMemory; }
 };
+
+/// The value of an object, which need not have one. Leaves the thread's code alone.
+[[nodiscard]] inline LookedUp lookUpValue(const Object& object) noexcept {
+    const std::uint32_t former = Host::Error::get();
+    Host::Error::set(Host::NoError);
+    Ref<Value> value = object.value();
+    const std::uint32_t code = Host::Error::get();
+    Host::Error::set(former);
+    return {std::move(value), code};
+}
 
 [[nodiscard]] inline LookedUp lookUp(const Dictionary& dict,
                                      const Ref<Host::String>& key) noexcept {

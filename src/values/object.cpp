@@ -1,6 +1,7 @@
 #include "values/array.h"
 #include "values/dictionary.h"
 #include "values/failure.h"
+#include "values/look_up.h"
 #include "values/scalars.h"
 #include "values/typed_access.h"
 
@@ -11,9 +12,10 @@ namespace Libraries::Files::PDF {
 namespace {
 
 Ref<Value> requireValue(const Object& object) noexcept {
-    Ref<Value> value = object.value();
-    if (!value) return fail(NoValue, "Object has no valid value");
-    return value;
+    LookedUp found = lookUpValue(object);
+    if (found.isExhausted()) return fail(OutOfMemory);
+    if (!found.value) return fail(NoValue, "Object has no valid value");
+    return std::move(found.value);
 }
 
 } // namespace
