@@ -6,9 +6,13 @@
 
 #include <host/log.h>
 #include <host/memory_stripe.h>
+#include <host/stream.h>
+#include <pdf/errors.h>
 #include <pdf/form.h>
 
 #include <gtest/gtest.h>
+
+#include <set>
 
 using namespace Libraries::Files::PDF;
 using namespace Host::Literals;
@@ -77,34 +81,51 @@ bool filled(Subject& subject) {
 struct Operation {
     const char* name;
     bool (*run)(Subject&);
+    std::set<std::uint32_t> codes; ///< that a failure may have
     /// A failure leaves what is written as it was. Else it leaves the pages' contents: resources
     /// that were merged stay, and stand in the way of a second attempt.
     bool allOrNothing = true;
 };
 
-constexpr Operation operations[] = {
-    {"open", opened},
+const Operation operations[] = {
+    {"open",
+     opened,
+     {HeaderUnreadable, EndMarkerMissing, StartXrefMissing, TrailerMissing, TrailerUnreadable,
+      XrefUnreadable, ObjectUnreadable, OutOfMemory}},
     {"decode",
      [](Subject& subject) {
          subject.result = subject.document->readStreamData(subject.stream, true);
          return subject.result != nullptr;
-     }},
-    {"cache", [](Subject& subject) { return subject.document->cacheStreamData(); }},
+     },
+     {CodingFailed, CodingNotSetUp, OutOfMemory}},
+    {"cache",
+     [](Subject& subject) { return subject.document->cacheStreamData(); },
+     {StepFailed, OutOfMemory}},
     {"deflate",
-     [](Subject& subject) { return subject.document->setCompression(Compression::FlateDecode); }},
+     [](Subject& subject) { return subject.document->setCompression(Compression::FlateDecode); },
+     {FilterNotUpdated, CodingFailed, StreamObjectInvalid, OutOfMemory}},
     {"inflate",
-     [](Subject& subject) { return subject.document->setCompression(Compression::None); }},
-    {"fill", filled},
+     [](Subject& subject) { return subject.document->setCompression(Compression::None); },
+     {CodingFailed, StreamObjectInvalid, OutOfMemory}},
+    {"fill", filled, {RootInvalid, OutOfMemory}},
     {"background",
-     [](Subject& subject) { return subject.document->addBackground(subject.foreign, 1); }, false},
-    {"write", [](Subject& subject) { return subject.document->write(subject.target); }},
+     [](Subject& subject) { return subject.document->addBackground(subject.foreign, 1); },
+     {StreamNotCopied, ForeignStreamUnread, StepFailed, PageTreeInvalid, PageInvalid,
+      ForeignTreeInvalid, ForeignPageInvalid, OutOfMemory},
+     false},
+    {"write",
+     [](Subject& subject) { return subject.document->write(subject.target); },
+     {VersionNotWritten, ObjectNotWritten, TrailerNotWritten, OutOfMemory}},
     {"write a stream",
      [](Subject& subject) {
          return subject.document->writeStreamData(subject.stream, subject.target, false) == 1;
-     }},
-    {"encode a stream", [](Subject& subject) {
+     },
+     {CodingFailed, StreamObjectInvalid, OutOfMemory}},
+    {"encode a stream",
+     [](Subject& subject) {
          return subject.document->writeStreamData(subject.stream, subject.target, true) == 1;
-     }}};
+     },
+     {CodingFailed, StreamObjectInvalid, OutOfMemory}}};
 
 std::string contentsOfPages(const Document& document) {
     std::string all;
@@ -156,7 +177,9 @@ bool survives(const Operation& operation, const Expected& expected, Subject& sub
     arm();
     const bool done = operation.run(subject);
     const bool faulty = stop();
-    EXPECT_TRUE(done || Host::Error::get() != Host::NoError) << "a failure has a code";
+    const std::uint32_t code = Host::Error::get();
+    EXPECT_TRUE(done || operation.codes.contains(code))
+        << "a failure has one of its codes: " << code;
     EXPECT_TRUE(done || faulty) << "without a fault it succeeds";
     if (done) {
         EXPECT_EQ(Testing::contentsOf(subject.result), expected.result);
@@ -245,6 +268,21 @@ TEST(Faults, AFailingStripeIsAnOrdinaryFailure) {
         }
     }
     EXPECT_GT(survived, 2U) << "targets fail as well as sources";
+}
+
+TEST(Faults, WhatTheHostMakesSaysThatMemoryIsExhausted) {
+    constexpr bool (*makers[])() = {
+        [] { return bool(Host::String::create("text")); },
+        [] { return bool(Host::MemoryStripe::create()); },
+        [] { return bool(Host::ZlibFilter::createCompressorStream(0)); },
+        [] { return Host::ByteBuffer().reserve(1); }};
+    for (const auto& make : makers) {
+        Host::Error::set(Host::NoError);
+        FailingHeap::failAt(1, FailingHeap::Fault::Once);
+        const bool made = make();
+        EXPECT_TRUE(FailingHeap::stop() && !made) << &make - makers;
+        EXPECT_EQ(Host::Error::get(), Host::OutOfMemory) << &make - makers;
+    }
 }
 
 TEST(Lookups, AllocateNothing) {

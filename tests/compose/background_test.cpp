@@ -1,12 +1,6 @@
 #include "compose/resources.h"
 #include "document/document_obj.h"
-#include "support/document_builder.h"
-#include "support/recording_log.h"
-#include "support/values.h"
-
-#include <pdf/errors.h>
-
-#include <gtest/gtest.h>
+#include "support/testing.h"
 
 namespace {
 
@@ -105,7 +99,7 @@ TEST(AddBackground, ChangesExactlyTheChosenPages) {
 
 TEST(AddBackground, CopiesASharedStreamOnce) {
     const Ref<Document> alone = open(pages(2, "own").bytes());
-    EXPECT_FALSE(alone->addBackground(nullptr, 1));
+    expectFailure(alone->addBackground(nullptr, 1), NullArgument);
     ASSERT_TRUE(alone->addBackground(alone, 1));
     EXPECT_EQ(contentsOfPages(*alone), "[7 (0)4 (0) ];[7 (0)6 (0) ];");
     const Ref<Document> document =
@@ -121,8 +115,9 @@ TEST(AddBackground, CopiesASharedStreamOnce) {
 
 TEST(AddBackground, MergesInheritedResourcesToo) {
     const char* catalog = "<< /Kids [3 0 R] /Type /Pages /Resources << /Font << /A 1 >> >> >>";
-    const Ref<Document> document = open(pages(1, "own").object(2, catalog).bytes());
+    const Ref<Document> document = open(pages(1, "own").version("2.0").object(2, catalog).bytes());
     ASSERT_TRUE(document->addBackground(open(pages(1, "f").bytes()), 0));
+    EXPECT_EQ(document->version(), PdfVersion::V2_0) << "never lowered";
     const auto resourcesOf = [&](std::uint32_t id) {
         return textOf(castTo<Dictionary>(valueOf(*document, id))->find("Resources"_str));
     };
@@ -138,8 +133,7 @@ TEST(AddBackground, MergesInheritedResourcesToo) {
     ASSERT_TRUE(document->addBackground(foreign("<< /XObject << /B 2 >> >>"), 0));
     EXPECT_EQ(resourcesOf(2), "<< Font -> << A -> 1.0 >> XObject -> << B -> 2.0 >> >>");
     const RecordingLog log;
-    EXPECT_FALSE(document->addBackground(foreign("<< /Font << /A 2 >> >>"), 0));
-    EXPECT_EQ(Host::Error::get(), StepFailed);
+    expectFailure(document->addBackground(foreign("<< /Font << /A 2 >> >>"), 0), StepFailed);
     EXPECT_TRUE(log.text().ends_with("Failed to add resources to page catalog resource "
                                      "dictionary\n"));
     ASSERT_TRUE(open(pages(1, "own").bytes())->addBackground(foreign("<< /Font << /A 2 >> >>"), 0));
@@ -203,8 +197,7 @@ TEST(AddBackground, LeavesTheContentsOfAllPagesOnFailure) {
         builders[row.which].object(row.id, row.body);
         const Ref<Document> document = open(builders[own].bytes());
         const RecordingLog log;
-        EXPECT_FALSE(document->addBackground(open(builders[foreign].bytes()), 2));
-        EXPECT_EQ(Host::Error::get(), row.code);
+        expectFailure(document->addBackground(open(builders[foreign].bytes()), 2), row.code);
         EXPECT_TRUE(log.text().ends_with(row.log + "\n")) << log.text();
         EXPECT_EQ(document->getObjects().size(), row.objects);
         EXPECT_EQ(document->version(), PdfVersion::V1_4);
@@ -218,8 +211,7 @@ TEST(AddBackground, RestoresUpToAPageThatHadNoContents) {
     const Ref<Document> document =
         open(pages(4, "own").object(5, "<< /X 1 >>").object(9, "<< /Contents 1 >>").bytes());
     RecordingLog log;
-    EXPECT_FALSE(document->addBackground(open(pages(1, "f").bytes()), 1));
-    EXPECT_EQ(Host::Error::get(), StepFailed);
+    expectFailure(document->addBackground(open(pages(1, "f").bytes()), 1), StepFailed);
     EXPECT_EQ(contentsOfPages(*document), "4 (0);[11 (0) ];[11 (0)8 (0) ];1.0;");
     EXPECT_TRUE(log.text().ends_with("Failed to update page 9 (0)\n"
                                      "Failed to restore contents of page 5 (0)\n"))

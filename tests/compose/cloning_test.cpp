@@ -1,16 +1,8 @@
 #include "compose/cloning.h"
 
 #include "document/document_obj.h"
-#include "support/document_builder.h"
-#include "support/failing_stripe.h"
-#include "support/recording_log.h"
-#include "support/values.h"
+#include "support/testing.h"
 #include "values/sub_stripe.h"
-
-#include <host/stripe_adapters.h>
-#include <pdf/errors.h>
-
-#include <gtest/gtest.h>
 
 namespace {
 
@@ -81,8 +73,10 @@ Ref<Value> failing(FailingStripe::Call call, FailingStripe::Fault fault) {
 
 TEST(Cloner, LeavesTheTableAsItWasOnFailure) {
     const auto small = Adapters::Stripe::ElementSize::create(stripeOf("abc"), 1);
-    const auto large =
-        makeOrThrow<SubStripe>(stripeOf(""), 0U, 0x1'0000'0000U, Host::Mon::create());
+    const auto sized = [](std::uint64_t size) {
+        const auto view = makeOrThrow<SubStripe>(stripeOf(""), 0U, size, Host::Mon::create());
+        return makeOrThrow<StreamObj>(dictionary({}), view);
+    };
     const struct {
         AnyValue value;
         std::uint32_t code;
@@ -91,7 +85,9 @@ TEST(Cloner, LeavesTheTableAsItWasOnFailure) {
     } rows[] = {
         {nullptr, NullArgument, ""},
         {foreign(12), NotSupported, "Value type not supported for cloning: Ch (12)\n"},
-        {foreign(1), InvalidArgument, "Failed to convert to be cloned name to Name\n"},
+        {array({foreign(1)}), StepFailed,
+         "Failed to convert to be cloned name to Name\n"
+         "Failed to clone array element of to be cloned array: 0h (0)\n"},
         {array({reference(4, 0), nullptr}), InvalidArgument,
          "Element of to be cloned array is NULL: 1h (1)\n", 1},
         {makeOrThrow<StreamObj>(dictionary({}), 1'000'000U), InvalidArgument,
@@ -99,8 +95,10 @@ TEST(Cloner, LeavesTheTableAsItWasOnFailure) {
         {makeOrThrow<StreamObj>(dictionary({}), small), InvalidArgument,
          "To be cloned raw stream as a different element size (1h (1)) than the current stream "
          "(4h (4))\n"},
-        {makeOrThrow<StreamObj>(dictionary({}), large), OutOfRange,
-         "Stream size is too large: 100000000h (4294967296)\n"},
+        {sized(1ULL << 32), OutOfRange, "Stream size is too large: 100000000h (4294967296)\n"},
+        {sized(UINT32_MAX), StepFailed,
+         "Read from base 0h (0) of requested FFFFFFFFh (4294967295)\n"
+         "Failed to read from to be cloned stream's data\n"},
         {failing(FailingStripe::Call::Seek, FailingStripe::Fault::Misplaced), InvalidArgument,
          "Failed to navigate in to be cloned stream's data\n"},
         {reference(5, 0), InvalidArgument,
@@ -119,13 +117,37 @@ TEST(Cloner, LeavesTheTableAsItWasOnFailure) {
     for (const auto& row : rows) {
         SCOPED_TRACE(row.log);
         Target target;
-        const RecordingLog log;
-        EXPECT_FALSE(target.cloner.cloneValue(row.value, source));
-        EXPECT_EQ(Host::Error::get(), row.code);
-        EXPECT_EQ(log.text(), row.log);
+        EXPECT_EQ(outcomeOf([&] { return bool(target.cloner.cloneValue(row.value, source)); }),
+                  failure(row.code, row.log));
         EXPECT_EQ(target.state.objects.size(), 4U);
         EXPECT_EQ(target.state.nextObjectId, 5 + row.numbers);
     }
+}
+
+TEST(Cloner, CopiesDataOfAnySize) {
+    for (const std::string data : {"", "1", "22"}) {
+        Target target;
+        const Ref<Value> stream = makeOrThrow<StreamObj>(dictionary({}), stripeOf(data));
+        const Ref<Value> copy = target.cloner.cloneValue(stream, foreignWith({}));
+        EXPECT_EQ(contentsOf(dynamic_cast<StreamObj&>(*copy).strmData()), data);
+    }
+}
+
+TEST(Cloner, EndsAtItsBudget) {
+    Target target;
+    const Ref<Document> source = foreignWith({});
+    const auto clone = [&] { return bool(target.cloner.cloneValue(number(1), source)); };
+    const auto add = [&] { return bool(target.cloner.addClonedObject(number(1), source)); };
+    target.cloner.budget(CopyBudget({1, 1}, 1)); // 64 times what is there, at 8 bytes a value
+    for (int value = 0; value < 8; ++value)
+        EXPECT_EQ(outcomeOf(clone), "") << value;
+    EXPECT_EQ(outcomeOf(clone),
+              failure(StepFailed, "More is to be copied than a sound document needs\n"));
+    target.cloner.budget(CopyBudget({1, 1'000}, 1));
+    for (int object = 0; object < 64; ++object)
+        EXPECT_EQ(outcomeOf(add), "") << object;
+    EXPECT_EQ(outcomeOf(add),
+              failure(StepFailed, "More objects are to be copied than a sound document needs\n"));
 }
 
 /// `count` arrays from object 5 on, each with references to the next and the last to `last`. A
@@ -140,23 +162,27 @@ Ref<Document> chain(std::uint32_t count, bool twice, std::uint32_t last) {
 }
 
 TEST(Cloner, EndsWhatWouldHaveNoEnd) {
-    const struct {
-        const char* name;
-        Ref<Document> source;
-        std::uint32_t numbers; ///< used up on the way
-    } rows[] = {{"itself", chain(1, false, 5), 0},
-                {"chain", chain(3'000, false, 3'005), 0},
-                {"doubling", chain(40, true, 45), Cloner::addedLimit}};
-    for (const auto& row : rows) {
+    const std::tuple<const char*, Ref<Document>, std::uint32_t> rows[] = {
+        {"itself", chain(1, false, 5), 0},
+        {"chain", chain(3'000, false, 3'005), 0},
+        {"doubling", chain(40, true, 45), Cloner::addedLimit}};
+    for (const auto& [name, source, numbers] : rows) {
         Target target;
         const RecordingLog log;
-        EXPECT_FALSE(target.cloner.addClonedObject(reference(5, 0), row.source)) << row.name;
-        EXPECT_EQ(Host::Error::get(), StepFailed) << row.name;
-        EXPECT_EQ(target.state.objects.size(), 4U) << row.name;
-        EXPECT_EQ(target.state.nextObjectId, 5 + row.numbers) << row.name;
-        EXPECT_TRUE(log.text().ends_with("Failed to clone object: 5 (0)\n")) << row.name;
+        EXPECT_FALSE(target.cloner.addClonedObject(reference(5, 0), source)) << name;
+        EXPECT_EQ(Host::Error::get(), StepFailed) << name;
+        EXPECT_EQ(target.state.objects.size(), 4U) << name;
+        EXPECT_EQ(target.state.nextObjectId, 5 + numbers) << name;
+        EXPECT_TRUE(log.text().ends_with("Failed to clone object: 5 (0)\n")) << name;
     }
     Target target;
+    const std::uint32_t first = target.state.nextObjectId;
+    for (const std::uint32_t next : {0U, UINT32_MAX, UINT32_MAX - 1, UINT32_MAX}) {
+        if (next != UINT32_MAX) target.state.nextObjectId = next;
+        const auto added = target.cloner.addClonedObject(number(1), target.document);
+        EXPECT_EQ(textOf(added), next == UINT32_MAX - 1 ? "4294967294 (0)" : "(null)") << next;
+    }
+    target.state.nextObjectId = first;
     const RecordingLog log;
     EXPECT_TRUE(target.cloner.cloneValue(nested(512), target.document));
     EXPECT_FALSE(target.cloner.cloneValue(nested(513), target.document));

@@ -1,20 +1,10 @@
 #include "state/object_table.h"
-#include "support/document_builder.h"
-#include "support/recording_log.h"
-#include "support/values.h"
-
-#include <pdf/errors.h>
-
-#include <gtest/gtest.h>
-
-#include <cctype>
-#include <utility>
-#include <vector>
+#include "support/testing.h"
 
 namespace {
 
 using namespace Libraries::Files::PDF;
-using Testing::DocumentBuilder;
+using namespace Testing;
 using Identity = std::pair<std::uint32_t, std::uint16_t>;
 
 TEST(Navigation, ExplainsWhatIsWrongWithThePageTree) {
@@ -50,12 +40,11 @@ TEST(Navigation, ExplainsWhatIsWrongWithThePageTree) {
             builder.object(part == Root ? 1 : 2, replacement);
         const auto document = Testing::open(builder.bytes());
         ASSERT_TRUE(document) << message;
-        const Testing::RecordingLog log;
+        const RecordingLog log;
         const bool found = step == Catalog ? bool(document->getCatalog())
                            : step == Tree  ? bool(document->getPageCatalog())
                                            : !document->getPages().empty();
-        EXPECT_FALSE(found) << message;
-        EXPECT_EQ(Host::Error::get(), code) << message;
+        expectFailure(found, code);
         const bool failed = std::islower(static_cast<unsigned char>(message[0])) != 0;
         const std::string last = (failed ? "Failed to " : "") + std::string(message) + "\n";
         EXPECT_TRUE(log.text().ends_with(last)) << log.text() << message;
@@ -68,27 +57,23 @@ TEST(Navigation, FollowsOneReferenceToADictionary) {
                                             .stream(6, "", "x")
                                             .bytes());
     ASSERT_TRUE(document);
-    const Ref<Array> values = Testing::castTo<Array>(Testing::valueOf(*document, 5));
-    const std::tuple<std::string, std::uint32_t, const char*> rows[] = {
-        {"(null)", ObjectUnreadable, "Invalid object type 8h (8)\n"},
-        {"<< Pages -> 2 (0) Type -> Catalog >>", 0, ""},
-        {"(null)", ReferenceNotResolved, "Failed to resolve object reference\n"},
-        {"(null)", ObjectUnreadable, "Invalid object type 7h (7)\n"},
-        {"<< B -> 2.0 >>", 0, ""},
-        {"(null)", ObjectUnreadable, "Invalid object type 4h (4)\n"},
-        {"(null)", NullArgument, ""}, // behind the end
+    const Ref<Array> values = castTo<Array>(Testing::valueOf(*document, 5));
+    const std::string rows[] = {
+        failure(ObjectUnreadable, "Invalid object type 8h (8)\n"),
+        "<< Pages -> 2 (0) Type -> Catalog >>",
+        failure(ReferenceNotResolved, "Failed to resolve object reference\n"),
+        failure(ObjectUnreadable, "Invalid object type 7h (7)\n"),
+        "<< B -> 2.0 >>",
+        failure(ObjectUnreadable, "Invalid object type 4h (4)\n"),
+        failure(NullArgument), // behind the end
     };
-    std::uint64_t index = 0;
-    for (const auto& [text, code, message] : rows) {
-        const Testing::RecordingLog log;
-        Host::Error::set(0);
-        EXPECT_EQ(Testing::textOf(document->valueAsDict(values->get(index))), text) << index;
-        EXPECT_EQ(Host::Error::get(), code) << index;
-        EXPECT_EQ(log.text(), message) << index;
-        ++index;
+    for (std::uint64_t index = 0; index < std::size(rows); ++index) {
+        Ref<Dictionary> dict;
+        const std::string outcome =
+            outcomeOf([&] { return bool(dict = document->valueAsDict(values->get(index))); });
+        EXPECT_EQ(dict ? textOf(dict) : outcome, rows[index]) << index;
     }
-    EXPECT_FALSE(document->getObject(nullptr));
-    EXPECT_EQ(Host::Error::get(), NullArgument);
+    expectFailure(document->getObject(nullptr), NullArgument);
 }
 
 TEST(ObjectTable, FindsWhatAWalkFinds) {

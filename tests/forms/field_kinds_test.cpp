@@ -1,9 +1,6 @@
-#include "support/document_builder.h"
-#include "support/recording_log.h"
 
-#include <pdf/errors.h>
 
-#include <gtest/gtest.h>
+#include "support/testing.h"
 
 namespace {
 
@@ -63,9 +60,28 @@ TEST(Field, GivesWhatItsEntriesSay) {
     EXPECT_EQ(textOf(field->partialName()) + textOf(field->alternateName()) +
                   textOf(field->mappingName()) + textOf(field->defaultAppearance()),
               "tumd");
-    EXPECT_EQ(field->quadding(), Quadding::Centered);
     EXPECT_EQ(field->defaultResources(), valueOf(*document, 21));
     EXPECT_EQ(field->normalAppearance(), valueOf(*document, 21));
+    for (const auto& [entry, quadding] : {std::pair("/Q -1", Quadding::NotSet),
+                                          {"/Q 0", Quadding::Left},
+                                          {"/Q 1", Quadding::Centered},
+                                          {"/Q 2", Quadding::Right},
+                                          {"/Q 3", Quadding::NotSet}}) {
+        const RecordingLog log;
+        EXPECT_EQ(fieldOf(openWithField(entry))->quadding(), quadding) << entry;
+    }
+    // Of another kind each, none of them the kind of another.
+    const auto text = fieldOf<Fields::Text>(openWithField("/FT /Tx /V (v) /DV (d) /MaxLen 7"));
+    EXPECT_EQ(textOf(text->value()) + textOf(text->defaultValue()), "vd");
+    EXPECT_EQ(text->maxLen(), 7U);
+    const auto button = fieldOf<Fields::Button>(openWithField("/FT /Btn /V /v /DV /d /AS /s"));
+    EXPECT_EQ(textOf(button->value()) + textOf(button->defaultValue()) + textOf(button->state()),
+              "vds");
+    const auto choice =
+        fieldOf<Fields::Choice>(openWithField("/FT /Ch /V (v) /DV (d) /Opt [(o)] /I [1]"));
+    EXPECT_EQ(textOf(choice->value()) + textOf(choice->defaultValue()) + textOf(choice->options()) +
+                  textOf(choice->selectedIndices()),
+              "vd[o ][1.0 ]");
 }
 
 /// Under the interface of the field's kind.
@@ -80,43 +96,44 @@ bool setValue(const Ref<Field>& field, const Ref<Value>& value) {
 TEST(Field, TakesTheValuesOfItsKind) {
     const char* multi = "/Ch /Ff 2097152";
     const char* push = "/Btn /Ff 65536";
-    const struct {
-        const char* type;   ///< and further entries
-        const char* value;  ///< as object 20 holds it; null for none
-        const char* stored; ///< the text form of V behind it
-        const char* log = "";
-    } rows[] = {
-        {"/Tx /MaxLen 0", "(abcd)", "abcd"},
-        {"/Tx /MaxLen 3", "(abcd)", "old"},
-        {"/Tx /MaxLen 2", "<FEFF00410042>", "AB"},
-        {"/Tx /MaxLen 1", "<FEFF00410042>", "old"},
-        {"/Tx /MaxLen 1", "<0041004200>", "0041004200"},
+    // Type and further entries, object 20, the text form of V behind it, messages.
+    const std::tuple<const char*, const char*, const char*, const char*> rows[] = {
+        {"/Tx /MaxLen 0", "(abcd)", "abcd", ""},
+        {"/Tx /MaxLen 3", "(abcd)", "old", ""},
+        {"/Tx /MaxLen 2", "<FEFF00410042>", "AB", ""},
+        {"/Tx /MaxLen 1", "<FEFF00410042>", "old", ""},
+        {"/Tx /MaxLen 1", "<0041004200>", "0041004200", ""},
         {"/Ch", "[ (a) ]", "old",
          "Non-string value not supported for single entry choice field: g.0\n"},
-        {multi, nullptr, "(null)"},
+        {multi, nullptr, "(null)", ""},
         {multi, "1", "old", "Multi-select field requires either an Array or String value: g.0\n"},
-        {multi, "[ (a) (b) ]", "[ab ]"},
+        {multi, "[ (a) (b) ]", "[ab ]", ""},
         {multi, "[ (a) ]", "a", "Keeping only single value of array for field: g.0\n"},
         {multi, "[ ]", "(null)", "Assuming unset value for empty array for field: g.0\n"},
         {multi, "[ (a) /b ]", "old", "Element 1h (1) of new value is not a String for g.0\n"},
-        {"/Btn", "/On", "On"},
-        {push, "/On", "old"},
-        {push, nullptr, "(null)"},
+        {"/Btn", "/On", "On", ""},
+        {push, "/On", "old", ""},
+        {push, nullptr, "(null)", ""},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(std::string(row.type) + " takes " + (row.value ? row.value : "nothing"));
-        const auto document = openWithField(std::string("/V /old /FT ") + row.type,
-                                            row.value != nullptr ? row.value : "true");
+    for (const auto& [type, given, stored, messages] : rows) {
+        SCOPED_TRACE(std::string(type) + " takes " + (given ? given : "nothing"));
+        const auto document = openWithField(std::string("/V /old /AS /old /FT ") + type,
+                                            given != nullptr ? given : "true");
         const auto field = fieldOf(document);
-        const auto value = row.value != nullptr ? valueOf(*document, 20) : nullptr;
+        const auto value = given != nullptr ? valueOf(*document, 20) : nullptr;
         RecordingLog log;
         const bool set = setValue(field, value);
-        const auto refused = row.type == push ? ButtonHasNoValue : InvalidArgument;
-        EXPECT_EQ(set, row.stored != std::string_view("old"));
+        const auto refused = type == push ? ButtonHasNoValue : InvalidArgument;
+        EXPECT_EQ(set, stored != std::string_view("old"));
         EXPECT_TRUE(set || Host::Error::get() == refused);
-        EXPECT_EQ(formMessages(log), row.log);
+        EXPECT_EQ(formMessages(log), messages);
         EXPECT_EQ(document->changed(), set);
-        EXPECT_EQ(textOf(field->dictionary()->find("V"_str)), row.stored);
+        EXPECT_EQ(textOf(field->dictionary()->find("V"_str)), stored);
+        const auto button = Host::cast<Fields::Button>(field);
+        if (!button) continue;
+        EXPECT_EQ(button->setState(Host::cast<Name>(value)), set) << "just as the value";
+        EXPECT_EQ(textOf(field->dictionary()->find("AS"_str)), stored);
+        EXPECT_EQ(textOf(field->dictionary()->find("V"_str)), stored);
     }
 }
 
@@ -131,11 +148,7 @@ TEST(Field, QueriesMissingEntriesQuietly) {
 }
 
 TEST(ButtonField, OffersStates) {
-    const struct {
-        const char* entries;
-        const char* states;
-        std::string log;
-    } rows[] = {
+    const std::tuple<const char*, const char*, std::string> rows[] = {
         {"/AP << /N << /On null /Off null >> >>", "Off On ", ""},
         {"/AP << /N 21 0 R >> /Opt [ /b /a ]", "b a ", ""},
         {"/AP 22 0 R /Opt [ /b (a) <FEFF00E9> ]", "b a \u00E9 ", ""},
@@ -146,18 +159,18 @@ TEST(ButtonField, OffersStates) {
         {"/AP << /N 4 0 R >>", "", "No N dictionary in AP dictionary"},
         {"/AP << /N << >> >>", "", "Empty N dictionary in AP dictionary"},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.entries);
-        const auto document = openWithField(std::string("/FT /Btn ") + row.entries);
+    for (const auto& [entries, offered, warning] : rows) {
+        SCOPED_TRACE(entries);
+        const auto document = openWithField(std::string("/FT /Btn ") + entries);
         const auto button = fieldOf<Fields::Button>(document);
         const RecordingLog log;
         Host::Error::set(untouched);
         std::string states;
         for (const auto& state : button->states())
             states += textOf(state) + " ";
-        EXPECT_EQ(states, row.states);
-        EXPECT_EQ(log.text(), row.log.empty() ? "" : row.log + " for field g.0\n");
-        const bool failed = row.log.starts_with("Failed");
+        EXPECT_EQ(states, offered);
+        EXPECT_EQ(log.text(), warning.empty() ? "" : warning + " for field g.0\n");
+        const bool failed = warning.starts_with("Failed");
         EXPECT_EQ(Host::Error::get() == StepFailed, failed);
     }
 }

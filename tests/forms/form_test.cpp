@@ -1,12 +1,5 @@
 #include "document/document_obj.h"
-#include "state/object_obj.h"
-#include "support/document_builder.h"
-#include "support/recording_log.h"
-#include "support/values.h"
-
-#include <pdf/errors.h>
-
-#include <gtest/gtest.h>
+#include "support/testing.h"
 
 #include <algorithm>
 #include <functional>
@@ -23,11 +16,7 @@ constexpr std::uint32_t untouched = 4711;
 
 TEST(Form, IsLookedUpOnceAndSaysTheSameEverAfter) {
     const std::string notADictionary = "AcroForm value is not a Dictionary or Object Reference: ";
-    const struct {
-        std::string acroForm;
-        std::uint32_t code;
-        std::string log;
-    } rows[] = {
+    const std::tuple<std::string, std::uint32_t, std::string> rows[] = {
         {"", FormNotFound, ""},
         {"/AcroForm 7", BadReference, "Invalid object type 3h (3)\n" + notADictionary + "3h (3)\n"},
         {"/AcroForm 9 0 R", BadReference,
@@ -37,18 +26,18 @@ TEST(Form, IsLookedUpOnceAndSaysTheSameEverAfter) {
         {"/AcroForm << /Fields [ 9 0 R ] >>", FormIncomplete,
          "Failed to resolve child 0h (0)\nFailed to instantiate Form object\n"},
     };
-    for (const auto& row : rows) {
-        const std::string catalog = "<< /Type /Catalog /Pages 2 0 R " + row.acroForm + " >>";
+    for (const auto& [acroForm, code, messages] : rows) {
+        const std::string catalog = "<< /Type /Catalog /Pages 2 0 R " + acroForm + " >>";
         const auto document = open(DocumentBuilder::minimal().object(1, catalog).bytes());
         Ref<Form> first;
         for (const bool again : {false, true}) {
-            SCOPED_TRACE(row.acroForm + (again ? " again" : ""));
+            SCOPED_TRACE(acroForm + (again ? " again" : ""));
             const RecordingLog log;
             Host::Error::set(untouched);
             const auto form = document->form();
-            EXPECT_EQ(Host::Error::get(), row.code);
-            EXPECT_EQ(form != nullptr, row.acroForm.ends_with(">>"));
-            EXPECT_EQ(log.text(), again ? "" : row.log);
+            EXPECT_EQ(Host::Error::get(), code);
+            EXPECT_EQ(form != nullptr, acroForm.ends_with(">>"));
+            EXPECT_EQ(log.text(), again ? "" : messages);
             EXPECT_EQ(again ? first : form, form);
             first = form;
         }
@@ -59,19 +48,14 @@ TEST(Form, IsLookedUpOnceAndSaysTheSameEverAfter) {
     const auto type = catalog->find("Type"_str);
     const RecordingLog log;
     EXPECT_TRUE(catalog->set("Type"_str, nullptr));
-    EXPECT_FALSE(document->form());
-    EXPECT_EQ(Host::Error::get(), RootInvalid);
+    expectFailure(document->form(), RootInvalid);
     EXPECT_EQ(log.entries().back().text, "Document has no root object\n");
     EXPECT_TRUE(catalog->set("Type"_str, type) && document->form()) << "it was not looked up";
 }
 
 TEST(Form, EndsAtTheFirstFieldThatCannotBeBuilt) {
-    const struct {
-        std::string fields;
-        const char* third; ///< object 12
-        const char* names;
-        std::string log;
-    } rows[] = {
+    // Fields, object 12, the names of those that are there, messages.
+    const std::tuple<std::string, const char*, const char*, std::string> rows[] = {
         {"10 0 R 12 0 R 11 0 R", "<< /FT /Sig /T (c) >>", "acb", ""},
         {"10 0 R 11 0 R 7 10 0 R", "true", "ab",
          "Child field is not an object reference: 2h (2)\n"},
@@ -85,22 +69,22 @@ TEST(Form, EndsAtTheFirstFieldThatCannotBeBuilt) {
          "Child field is not an object reference: 0h (0)\n"
          "Failed to initialize child field\nFailed to initialize child field\n"},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.fields + " with " + row.third);
-        const auto document = open(formFile("<< /Fields [ " + row.fields + " ] >>",
-                                            {{10, "<< /FT /Tx /T (a) >>"},
-                                             {11, "<< /FT /Btn /T (b) >>"},
-                                             {12, row.third},
-                                             {13, "<< /FT /Tx /Kids [ true ] >>"}}));
+    for (const auto& [fields, third, found, messages] : rows) {
+        SCOPED_TRACE(fields + " with " + third);
+        const auto document = open(
+            formFile("<< /Fields [ " + fields + " ] >>", {{10, "<< /FT /Tx /T (a) >>"},
+                                                          {11, "<< /FT /Btn /T (b) >>"},
+                                                          {12, third},
+                                                          {13, "<< /FT /Tx /Kids [ true ] >>"}}));
         RecordingLog log;
         Host::Error::set(untouched);
         const auto form = document->form();
         std::string names;
         for (std::uint64_t index = 0; index < form->fieldCount(); ++index)
             names += textOf(form->field(index)->partialName());
-        EXPECT_EQ(names, row.names);
-        EXPECT_EQ(formMessages(log), row.log);
-        EXPECT_EQ(Host::Error::get(), row.log.empty() ? untouched : FormIncomplete);
+        EXPECT_EQ(names, found);
+        EXPECT_EQ(formMessages(log), messages);
+        EXPECT_EQ(Host::Error::get(), messages.empty() ? untouched : FormIncomplete);
     }
 }
 
@@ -110,22 +94,23 @@ TEST(Form, FindsFieldsByPath) {
                       {{10, "<< /FT /Tx /T (a) /Kids [ 13 0 R 14 0 R ] >>"},
                        {11, "<< /FT /Tx >>"},
                        {12, "<< /FT /Tx /T (0) >>"},
-                       {13, "<< /FT /Tx /T <FEFF00E4D83DDE00> /Kids [ 14 0 R 11 0 R ] >>"},
+                       {13, "<< /FT /Tx /T <FEFF00E4D83DDE00> /Kids [ 11 0 R 14 0 R ] >>"},
                        {14, "<< /FT /Tx /T (b) >>"}}));
     const auto form = document->form();
     const std::pair<const char*, const char*> rows[] = {
-        {"..", "-"},          {"01", "-"}, {"a.c", "-"}, {"a.b.0", "-"}, {".a..b.", "a.b"},
-        {"a.ä😀.b", "a.ä😀.b"}, {"1", "1"},  {"2", "-"},   {"0", "0"}};
+        {"..", "-"},       {"01", "-"},          {"a.c", "-"},    {"a.b.0", "-"},
+        {".a..b.", "a.b"}, {"a.ä😀.b", "a.ä😀.b"}, {"1", "1"},      {"2", "-"},
+        {"0", "0"},        {"a.ä😀.0", "a.ä😀.0"}, {"a.ä😀.00", "-"}};
     for (const auto& [path, fullName] : rows) {
         Host::Error::set(untouched);
         const auto field = form->fieldByPath(Host::String::create(path));
         EXPECT_EQ(field ? field->fullName()->utf8() : "-", fullName) << path;
         EXPECT_EQ(Host::Error::get(), field ? untouched : FormNotFound) << path;
     }
-    EXPECT_FALSE(form->fieldByPath(nullptr));
-    EXPECT_EQ(Host::Error::get(), NullArgument);
-    EXPECT_FALSE(form->fieldByPath(""_str));
-    EXPECT_EQ(Host::Error::get(), InvalidArgument);
+    expectFailure(form->fieldByPath(nullptr), NullArgument);
+    expectFailure(form->fieldByPath(""_str), InvalidArgument);
+    expectFailure(form->fieldByName(nullptr), NullArgument);
+    expectFailure(form->field(0)->fieldByName(""_str), InvalidArgument);
     const auto a = form->field(0);
     EXPECT_EQ(form->fieldByPath("a.b"_str), a->child(1));
     EXPECT_EQ(a->child(1)->parent(), a);
@@ -209,12 +194,7 @@ TEST(HostileTree, IsBuiltAndReleasedWithBoundedStack) {
 }
 
 TEST(HostileTree, HasAtMostFourFieldsForEachObject) {
-    const struct {
-        const char* name;
-        std::uint32_t count;
-        KidsOf kidsOf;
-        std::uint64_t messages; ///< one for each level that fails
-    } rows[] = {
+    const std::tuple<const char*, std::uint32_t, KidsOf, std::uint64_t> rows[] = {
         {"wide", 25'000, [](auto id) { return id == 6 ? Kids(100'000, 7) : Kids{}; }, 0},
         {"as many", 2, [](auto id) { return id == 6 ? Kids(27, 7) : Kids{}; }, 0},
         {"one too many", 2, [](auto id) { return id == 6 ? Kids(28, 7) : Kids{}; }, 2},
@@ -222,17 +202,17 @@ TEST(HostileTree, HasAtMostFourFieldsForEachObject) {
         {"kid of its kid", 2, [](auto id) { return Kids{13 - id}; }, 29},
         {"doubling", 41, [](auto id) { return id < 46 ? Kids(2, id + 1) : Kids{}; }, 40},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
-        const auto document = treeOf(row.count, row.kidsOf);
+    for (const auto& [name, count, kidsOf, messages] : rows) {
+        SCOPED_TRACE(name);
+        const auto document = treeOf(count, kidsOf);
         Testing::RecordingLog log;
         Host::Error::set(untouched);
         const auto form = document->form();
         ASSERT_TRUE(form);
-        const bool refused = row.messages != 0;
+        const bool refused = messages != 0;
         EXPECT_EQ(Host::Error::get(), refused ? std::uint32_t{FormIncomplete} : untouched);
         EXPECT_EQ(form->fieldCount(), refused ? 0U : 1U);
-        EXPECT_EQ(std::ranges::count(Testing::formMessages(log), '\n'), row.messages);
+        EXPECT_EQ(std::ranges::count(Testing::formMessages(log), '\n'), messages);
     }
 }
 

@@ -1,15 +1,15 @@
-#include "support/bytes.h"
-#include "support/recording_log.h"
+
+#include "support/testing.h"
 
 #include <host/files.h>
 #include <host/memory_stripe.h>
 #include <host/stripe.h>
 #include <host/stripe_adapters.h>
 
-#include <gtest/gtest.h>
 #include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -26,8 +26,8 @@ using Adapters::Stripe::ElementSize;
 using Host::FileSource;
 using Host::FileTarget;
 using Host::MemoryStripe;
-using Testing::Bytes;
-using Testing::bytesOf;
+using namespace Testing;
+using namespace std::string_literals;
 namespace fs = std::filesystem;
 
 Bytes readAll(FileSource& source, std::uint64_t block = 65536) {
@@ -169,22 +169,59 @@ TEST_F(Files, AreReplacedOnlyAtTheCommit) {
 }
 
 TEST_F(Files, AreSavedBehindLinksWithTheirPermissions) {
+    const bool root = ::geteuid() == 0;
+    EXPECT_TRUE(!root || ::chown(path("f").c_str(), 1, 2) == 0);
     fs::permissions(path("f"), fs::perms{0604});
     fs::create_symlink("f", path("inner"));
     fs::create_symlink(path("inner"), path("outer"));
     fs::create_symlink("new", path("open")); // to nothing yet
+    const std::string longest(255, 'n');
     const mode_t mask = ::umask(0027);
     for (const auto& [link, name, mode] :
-         {std::tuple("outer", "f", 0604U), {"open", "new", 0640U}}) {
+         {std::tuple("outer"s, "f"s, 0604U), {"open", "new", 0640U}, {longest, longest, 0640U}}) {
         const auto target = FileTarget::create(path(link));
         ASSERT_TRUE(target) << link;
         EXPECT_EQ(target->writeBytes(data.data(), 10), 10U);
         EXPECT_TRUE(target->commit()) << link;
         EXPECT_EQ(fs::status(path(name)).permissions(), fs::perms{mode}) << link;
         EXPECT_EQ(fs::file_size(path(name)), 10U) << link;
-        EXPECT_TRUE(fs::is_symlink(path(link))) << link;
+        EXPECT_EQ(fs::is_symlink(path(link)), link != name) << link;
     }
     ::umask(mask);
+    struct stat status {};
+    EXPECT_EQ(::stat(path("f").c_str(), &status), 0);
+    EXPECT_TRUE(!root || (status.st_uid == 1 && status.st_gid == 2)) << "the owner is kept";
+}
+
+/// Runs `body` on a thread of a user without privileges. The system call changes the thread alone.
+void asUser(const std::function<void()>& body) {
+    std::thread([&] {
+        constexpr int nobody = 65534;
+        EXPECT_TRUE(::geteuid() != 0 || ::syscall(SYS_setresuid, -1, nobody, -1) == 0);
+        body();
+    }).join();
+}
+
+TEST_F(Files, AreProtectedByTheirModes) {
+    const auto allow = [](const std::string& name, unsigned mode) {
+        fs::permissions(name, fs::perms{mode});
+    };
+    const auto refused = [&] { expectFailure(FileTarget::create(path("f")), Host::FileNotOpened); };
+    allow(folder, 0777);
+    allow(path("f"), 0444);
+    asUser(refused);
+    allow(path("f"), 0222);
+    asUser([&] { expectFailure(FileSource::open(path("f")), Host::FileNotOpened); });
+    allow(folder, 0555);
+    asUser(refused);
+    allow(folder, 0777);
+    asUser([&] { // who cannot keep the owner, but saves all the same
+        const auto target = FileTarget::create(path("f"));
+        EXPECT_TRUE(target && target->writeBytes(data.data(), 10) == 10 && target->commit());
+    });
+    EXPECT_EQ(fs::status(path("f")).permissions(), fs::perms{0222});
+    EXPECT_EQ(fs::file_size(path("f")), 10U);
+    allow(folder, 0700);
 }
 
 TEST_F(Files, StayAsTheyAreWhenAWriteFails) {
@@ -217,10 +254,8 @@ TEST_F(Files, StayAsTheyAreWhenTheirFolderVanishes) {
     fs::rename(folder, moved);
     Host::Error::set(Host::NoError);
     EXPECT_FALSE(target->written());
-    EXPECT_FALSE(target->commit());
-    EXPECT_EQ(Host::Error::get(), Host::FileNotWritten);
-    EXPECT_FALSE(FileTarget::create(path("f")));
-    EXPECT_EQ(Host::Error::get(), Host::FileNotOpened);
+    expectFailure(target->commit(), Host::FileNotWritten);
+    expectFailure(FileTarget::create(path("f")), Host::FileNotOpened);
     fs::rename(moved, folder);
     EXPECT_EQ(read(), former);
 }
@@ -246,9 +281,15 @@ TEST(MemoryStripe, ReplacesThenGrowsAndStaysWithinItsEnd) {
     EXPECT_EQ(stripe->writeBytes(bytesOf("XYZ").data(), 3), 3U);
     EXPECT_EQ(stripe->position(8), 7U);
     std::uint32_t mixed[] = {255, 256, 1};
+    const auto* data = reinterpret_cast<const std::uint8_t*>(mixed);
     EXPECT_EQ(stripe->read(mixed, 1), 0U);
     EXPECT_TRUE(stripe->window(7).empty());
     EXPECT_EQ(stripe->write(mixed, 3), 1U);
+    for (const std::uint64_t unheld : {std::uint64_t{PTRDIFF_MAX}, UINT64_MAX}) {
+        stripe->position(4);
+        expectFailure(stripe->writeBytes(data, unheld), Host::OutOfMemory);
+        EXPECT_EQ(stripe->position(), 4U);
+    }
     EXPECT_EQ(contents(*stripe), bytesOf("abcdXYZ\xFF"));
 }
 
@@ -274,10 +315,11 @@ TEST(ElementSize, PresentsBytesAsElementsAndBack) {
             EXPECT_TRUE(std::equal(exact.begin(), exact.end(), data.end() - 5)) << wanted;
         }
     }
-    EXPECT_FALSE(ElementSize::create(memory, 2));
-    EXPECT_EQ(Host::Error::get(), Host::InvalidArgument);
-    EXPECT_FALSE(ElementSize::create(nullptr, 4));
-    EXPECT_EQ(Host::Error::get(), Host::NullArgument);
+    EXPECT_EQ(memory->read(nullptr, 1) + memory->write(nullptr, 1) + elements->read(nullptr, 1) +
+                  elements->write(nullptr, 1),
+              0U);
+    expectFailure(ElementSize::create(memory, 2), Host::InvalidArgument);
+    expectFailure(ElementSize::create(nullptr, 4), Host::NullArgument);
 }
 
 } // namespace

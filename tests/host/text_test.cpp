@@ -1,27 +1,27 @@
 #include "host/text.h"
 
 #include "host/char_reader.h"
+#include "host/guard.h"
 #include "host/message.h"
-#include "support/bytes.h"
-#include "support/failing_stripe.h"
-#include "support/recording_log.h"
+#include "support/testing.h"
 
 #include <host/memory_stripe.h>
 #include <host/string.h>
 
-#include <gtest/gtest.h>
+#include <thread>
 
 namespace {
 
 using namespace std::literals;
 using Host::Cursor;
 using Host::String;
+using namespace Testing;
 
 TEST(String, ReadsUtf8) {
     const std::tuple<const char*, std::string_view, std::u32string_view> rows[] = {
         {"8-bit codes", "a\0\u00FF"sv, U"a\0\xFF"sv},
-        {"first of each length", "\x7F\xC2\x80\xE0\xA0\x80\xF0\x90\x80\x80",
-         U"\x7F\x80\x800\x10000"},
+        {"first of each length", "\x7F\xC2\x80\xE0\xA0\x80\xF0\x90\x80\x80\xF1\x80\x80\x80",
+         U"\x7F\x80\x800\x10000\x40000"},
         {"last of each length", "\xDF\xBF\xEF\xBF\xBF\xF4\x8F\xBF\xBF", U"\x7FF\xFFFF\x10FFFF"},
         {"behind the last", "\xF4\x90\x80\x80", U"\xFFFD\xFFFD\xFFFD\xFFFD"},
         {"overlong", "\xC0\x80\xE0\x9F\xBF", U"\xFFFD\xFFFD\xFFFD\xFFFD\xFFFD"},
@@ -39,11 +39,45 @@ TEST(String, ReadsUtf8) {
     EXPECT_EQ(String::create(U'\x10FFFF')->utf8(), "\xF4\x8F\xBF\xBF");
 }
 
+TEST(Error, IsOnePerThread) {
+    Host::Error::set(1);
+    std::thread([] {
+        EXPECT_EQ(Host::Error::get(), Host::NoError);
+        Host::Error::set(2);
+    }).join();
+    EXPECT_EQ(Host::Error::get(), 1U);
+    expectFailure(Host::guarded([]() -> bool { throw std::bad_alloc(); }), Host::OutOfMemory);
+}
+
+using Host::LogLevel;
+using Host::SysLogFilter;
+const LogLevel levelAtStart = SysLogFilter::level();
+
+TEST(Log, HasSixtyFourFilters) {
+    static std::array<std::string, 64> names; // which have to outlive the log
+    std::uint32_t last = 0;
+    for (std::string& name : names)
+        last = SysLogFilter::reg(name = "filter " + std::to_string(&name - names.data()));
+    EXPECT_EQ(last, SysLogFilter::none) << "some were there before";
+    EXPECT_EQ(SysLogFilter::id(names.back()), SysLogFilter::none);
+    EXPECT_EQ(SysLogFilter::id(SysLogFilter::name(63)), 63U);
+    EXPECT_EQ(SysLogFilter::reg(SysLogFilter::name(63)), 63U);
+    EXPECT_EQ(SysLogFilter::name(64), "");
+    for (const std::uint32_t id : {63U, 64U}) {
+        SysLogFilter::state(id, false);
+        EXPECT_FALSE(SysLogFilter::state(id));
+        EXPECT_TRUE(SysLogFilter::state(SysLogFilter::global)) << "no other one";
+    }
+    SysLogFilter::state(63, true);
+}
+
 TEST(Log, WritesWhatLevelAndFilterLetPass) {
-    using Host::LogLevel;
-    using Host::SysLogFilter;
-    const std::uint32_t filter = SysLogFilter::reg("Test");
-    Testing::RecordingLog log;
+    EXPECT_EQ(levelAtStart, LogLevel::Error);
+    testing::internal::CaptureStderr();
+    Host::log(SysLogFilter::global, LogLevel::Error, "to see");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "to see\n");
+    const std::uint32_t filter = SysLogFilter::id("PDF");
+    RecordingLog log;
     for (const LogLevel level : {LogLevel::Note, LogLevel::Warning, LogLevel::Error}) {
         for (const bool on : {false, true}) {
             SysLogFilter::level(level);
@@ -64,8 +98,8 @@ TEST(CharReader, EndsLinesAtAnyEnding) {
                                                         {"\n\r\n\r\r", "1 3 4 5 "},
                                                         {"\0\xFF\n"s, "\0\xFF\63 "s}};
     for (const auto& [text, lines] : rows) {
-        const auto memory = Host::MemoryStripe::create(Testing::bytesOf(text));
-        const auto plain = Host::make<Testing::FailingStripe>(memory);
+        const auto memory = Host::MemoryStripe::create(bytesOf(text));
+        const auto plain = Host::make<FailingStripe>(memory);
         for (const bool windowed : {true, false}) {
             Cursor cursor(windowed ? static_cast<Interfaces::Stripe&>(*memory) : *plain);
             Host::CharReader reader(cursor);
@@ -78,9 +112,9 @@ TEST(CharReader, EndsLinesAtAnyEnding) {
 }
 
 TEST(Cursor, ReadsNothingMoreAfterAFault) {
-    const auto memory = Host::MemoryStripe::create(Testing::bytesOf("01234"));
-    const auto plain = Host::make<Testing::FailingStripe>(memory);
-    plain->failAt(Testing::FailingStripe::Call::Read, 2, Testing::FailingStripe::Fault::NoByte);
+    const auto memory = Host::MemoryStripe::create(bytesOf("01234"));
+    const auto plain = Host::make<FailingStripe>(memory);
+    plain->failAt(FailingStripe::Call::Read, 2, FailingStripe::Fault::NoByte);
     Cursor cursor(*plain);
     for (const int expected : {int{'0'}, Cursor::end, Cursor::end})
         EXPECT_EQ(cursor.next(), expected);

@@ -1,10 +1,6 @@
 #include "reader/scanner.h"
 
-#include "support/document_builder.h"
-#include "support/failing_stripe.h"
-#include "support/recording_log.h"
-
-#include <gtest/gtest.h>
+#include "support/testing.h"
 
 namespace {
 
@@ -40,14 +36,32 @@ void check(std::initializer_list<std::string> rows, const std::string& around = 
 }
 
 TEST(Scanner, ReadsBareTokens) {
-    check({"\t\0\f 12  => 3 12.0"s, "-1.05  => 3 -1.5", ".5  => 3 0.5", "+5.  => 3 5.0",
+    check({"\t\0\f 12  => 3 12.0"s,
+           "-1.05  => 3 -1.5",
+           ".5  => 3 0.5",
+           "+5.  => 3 5.0",
            "-9223372036854775808  => 3 -9223372036854775808.0",
            "0.18446744073709551615  => 3 0.18446744073709551615",
-           "[true false null] => 8 [truefalseNull ]", "7 0 R  => 3 7.0", "true/Next => 2 true",
-           "12 => ", " \n => "});
+           "[true false null] => 8 [truefalseNull ]",
+           "7 0 R  => 3 7.0",
+           "true/Next => 2 true",
+           "12 => ",
+           " \n => ",
+           "1(a => 3 1.0",
+           "1/A => 3 1.0",
+           "1[ => 3 1.0",
+           "1<< => 3 1.0",
+           "1<> => 3 1.0",
+           "1<4 => 3 1.0",
+           "1\n => 3 1.0",
+           "1< => ",
+           "999999999999999999  => 3 "
+           "999999999999999999.0",
+           "1000000000000000000  => 3 1000000000000000000.0"});
     check({"9223372036854775808  => Invalid integer value 9223372036854775808",
            "1.-5  => Invalid real value 1.-5", "1.2.3  => Invalid real value 1.2.3",
-           "1e3  => Invalid integer value 1e3", "null  => Invalid integer value null",
+           "1e3  => Invalid integer value 1e3", "1<z  => Invalid integer value 1<z",
+           "1]  => Invalid integer value 1]", "null  => Invalid integer value null",
            "% 1\n2  => Invalid integer value %", "<z  => Invalid integer value <z"},
           " in object; offset: 0h (0)");
 }
@@ -67,13 +81,17 @@ TEST(Scanner, ReadsLiteralStrings) {
 }
 
 TEST(Scanner, ReadsHexStringsAndNames) {
-    check({"<48 65\n6C> => 4 48656C", "<7> => 4 70", "<4g(1]> => 4 41", "<> => 4 ",
+    check({"<48 65\n6C> => 4 48656C", "<7> => 4 70", "<0> => 4 00", "<4g(1]> => 4 41", "<> => 4 ",
            "<aFfA> => 4 AFFA", "<FEFF0041D83DDE00> => 4 A\U0001F600",
            "<48 => Failed to read hex string in object at 0h (0)", "/A#20B\xE9 => 1 A#20B\u00E9",
            "/A} => 1 A", "[/A/B[/C]/D(e)/F<</G/H>>] => 8 [AB[C ]DeF<< G -> H >> ]",
            "/ A => Failed to read identifer in object at 0h (0)",
            "[/] => Failed to read identifier in array at 1h (1)\n"
            "Failed to read array in object at 0h (0)"});
+    const auto source = Testing::stripeOf("[/A/B/A]");
+    Host::Cursor cursor(*source);
+    const auto names = Testing::castTo<Array>(scanValue(cursor));
+    EXPECT_EQ(names->get(0), names->get(2)) << "equal names share one object";
     const std::string longer(300, '4'); // than the first buffer
     EXPECT_EQ(read("<" + longer + ">"), "4 " + longer);
 }
@@ -99,7 +117,8 @@ TEST(Scanner, ReadsLists) {
                                        {"[1 65536 R]", "Ah (10)"},
                                        {"[4294967296 0 R]", "Fh (15)"}})
         EXPECT_EQ(read(text), std::string("Invalid object reference in array before ") + offset +
-                                  "\nFailed to read array in object at 0h (0)");
+                                  "\nFailed to read array in object at 0h (0)")
+            << text;
     check({"<</A 1]>>  => Invalid integer value 1] in value list; offset: 5h (5)\n",
            "<</A 1 > >> => Invalid integer value > in value list; offset: 7h (7)\n",
            "<</A 1/B>>x => Uneven number of values in dictionary: 3h (3); offset: 0h (0)\n",

@@ -1,13 +1,7 @@
-#include "support/document_builder.h"
-#include "support/failing_stripe.h"
-#include "support/recording_log.h"
-#include "values/kind.h"
+#include "support/testing.h"
+#include "values/sub_stripe.h"
 
 #include <host/files.h>
-#include <host/memory_stripe.h>
-#include <pdf/errors.h>
-
-#include <gtest/gtest.h>
 
 #include <filesystem>
 #include <fstream>
@@ -32,11 +26,7 @@ TEST(StreamData, ReadsByLengthAndFilter) {
     const std::string broken = flate.substr(0, flate.size() - 1);
     const std::string kind = "1292 Stream Length has unexpected type: ";
     const std::string invalid = "1292 Stream Length attribute value is invalid: ";
-    const struct {
-        std::string entries, data;
-        bool decode;
-        std::string result;
-    } rows[] = {
+    const std::tuple<std::string, std::string, bool, std::string> rows[] = {
         {"/Length 3", "abcdef", false, "abc"},
         {"/Length 3", "abcdef", true, "abc"},
         {"/Length 0", "abc", false, ""},
@@ -64,21 +54,20 @@ TEST(StreamData, ReadsByLengthAndFilter) {
         {"/Filter /FlateDecode /Length 9", flate, true,
          "1303 Failed to flush conversion of stream\n"},
     };
-    for (const auto& row : rows) {
-        const auto document = openWith(row.entries, row.data);
-        ASSERT_TRUE(document) << row.entries;
+    for (const auto& [entries, bytes, decode, result] : rows) {
+        const auto document = openWith(entries, bytes);
+        ASSERT_TRUE(document) << entries;
         const RecordingLog log;
-        const auto data = document->readStreamData(streamOf(*document, 5), row.decode);
+        const auto data = document->readStreamData(streamOf(*document, 5), decode);
         EXPECT_EQ(data ? contentsOf(data) : std::to_string(Host::Error::get()) + " " + log.text(),
-                  row.result)
-            << row.entries;
-        EXPECT_FALSE(document->changed()) << row.entries;
+                  result)
+            << entries;
+        EXPECT_FALSE(document->changed()) << entries;
         Host::Error::set(Host::NoError);
-        EXPECT_TRUE(document->cacheStreamData()) << row.entries;
-        const bool unwritable =
-            row.result.starts_with("1292") || row.entries.ends_with("DCTDecode");
-        EXPECT_EQ(Host::Error::get() == Host::NoError, !unwritable) << row.entries;
-        EXPECT_EQ(Testing::write(*document).empty(), unwritable) << row.entries;
+        EXPECT_TRUE(document->cacheStreamData()) << entries;
+        const bool unwritable = result.starts_with("1292") || entries.ends_with("DCTDecode");
+        EXPECT_EQ(Host::Error::get() == Host::NoError, !unwritable) << entries;
+        EXPECT_EQ(Testing::write(*document).empty(), unwritable) << entries;
     }
 }
 
@@ -100,7 +89,7 @@ TEST(StreamData, ReachesToTheLastByteOfTheSource) {
 
 TEST(StreamData, CachedDataOutlivesTheSource) {
     const auto source = stripeOf(DocumentBuilder::minimal()
-                                     .stream(6, "", "kept")
+                                     .stream(6, "", "k")
                                      .object(5, "<< >>\nstream\nno length")
                                      .stream(7, "", "last")
                                      .bytes());
@@ -111,8 +100,8 @@ TEST(StreamData, CachedDataOutlivesTheSource) {
     const std::vector<std::uint8_t> blank(source->size());
     source->position(0);
     EXPECT_EQ(source->writeBytes(blank.data(), blank.size()), blank.size());
-    for (const auto& [id, data] : {std::pair(4U, "0 0 9 9 re f"), {6U, "kept"}, {7U, "last"}})
-        EXPECT_EQ(contentsOf(document->readStreamData(streamOf(*document, id), false)), data);
+    for (const auto& [id, data] : {std::pair(4U, "0 0 9 9 re f"), {6U, "k"}, {7U, "last"}})
+        EXPECT_EQ(contentsOf(document->readStreamData(streamOf(*document, id), false)), data) << id;
     EXPECT_FALSE(document->changed());
 }
 
@@ -136,11 +125,9 @@ TEST(StreamData, BeyondFourGiBIsReadInPartsOnly) {
     std::uint8_t last = 1;
     EXPECT_TRUE(data->readBytes(&last, 1) == 1 && last == 0);
     const RecordingLog log;
-    EXPECT_FALSE(document->cacheStreamData());
-    EXPECT_EQ(Host::Error::get(), OutOfRange);
+    expectFailure(document->cacheStreamData(), OutOfRange);
     EXPECT_EQ(log.text(), "Stream size is too large: 100000000h (4294967296)\n");
-    EXPECT_FALSE(document->write(Host::MemoryStripe::create()));
-    EXPECT_EQ(Host::Error::get(), ObjectNotWritten);
+    expectFailure(document->write(Host::MemoryStripe::create()), ObjectNotWritten);
 }
 
 TEST(StreamData, FailsWithItsSource) {
@@ -149,23 +136,26 @@ TEST(StreamData, FailsWithItsSource) {
     const auto document = Document::create(source);
     const RecordingLog log;
     source->failAt(Call::Seek, 1);
-    EXPECT_FALSE(document->readStreamData(streamOf(*document, 4), true));
-    EXPECT_EQ(Host::Error::get(), CodingFailed);
+    expectFailure(document->readStreamData(streamOf(*document, 4), true), CodingFailed);
     source->failAt(Call::Read, 1, FailingStripe::Fault::Short);
-    EXPECT_FALSE(document->cacheStreamData());
-    EXPECT_EQ(Host::Error::get(), StepFailed);
+    expectFailure(document->cacheStreamData(), StepFailed);
     EXPECT_EQ(log.text(), "Failed to read converted stream data of stream\n"
                           "Read from base Bh (11) of requested 17h (23)\n"
                           "Failed to read from to be cached stream's data\n");
     EXPECT_TRUE(document->cacheStreamData());
     for (const std::uint64_t offset : {source->size(), UINT64_MAX}) {
-        EXPECT_FALSE(document->readStreamData(makeOrThrow<StreamObj>(nullptr, offset), false));
-        EXPECT_EQ(Host::Error::get(), OutOfRange);
+        expectFailure(document->readStreamData(makeOrThrow<StreamObj>(nullptr, offset), false),
+                      OutOfRange);
     }
-    EXPECT_FALSE(document->readStreamData(makeOrThrow<StreamObj>(nullptr, 0U), false));
-    EXPECT_EQ(Host::Error::get(), InvalidArgument);
-    EXPECT_FALSE(document->readStreamData(nullptr, true));
-    EXPECT_EQ(Host::Error::get(), NullArgument);
+    expectFailure(document->readStreamData(makeOrThrow<StreamObj>(nullptr, 0U), false),
+                  InvalidArgument);
+    expectFailure(document->readStreamData(nullptr, true), NullArgument);
+    const auto largest = makeOrThrow<SubStripe>(stripeOf(""), 0U, UINT32_MAX, Host::Mon::create());
+    dynamic_cast<StreamObj&>(*streamOf(*document, 4)).strmData(largest);
+    expectFailure(document->cacheStreamData(), StepFailed);
+    const Ref<Interfaces::Stripe> attached = stripeOf("no zlib data");
+    dynamic_cast<StreamObj&>(*streamOf(*document, 4)).strmData(attached);
+    EXPECT_EQ(document->readStreamData(streamOf(*document, 4), true), attached);
 }
 
 } // namespace

@@ -1,10 +1,6 @@
 // Different documents on different threads at once, which the thread sanitizer watches.
 
-#include "support/document_builder.h"
-
-#include <pdf/form.h>
-
-#include <gtest/gtest.h>
+#include "support/testing.h"
 
 #include <algorithm>
 #include <thread>

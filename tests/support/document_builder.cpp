@@ -8,11 +8,9 @@
 #include <libdeflate.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <map>
 #include <stdexcept>
 
 namespace Testing {
@@ -55,32 +53,54 @@ DocumentBuilder& DocumentBuilder::stream(std::uint32_t id, std::string_view entr
     return object(id, body);
 }
 
-DocumentBuilder& DocumentBuilder::trailer(std::string_view entries) {
-    trailer_ = entries;
+DocumentBuilder& DocumentBuilder::first(std::uint64_t id) {
+    first_ = id;
     return *this;
+}
+
+DocumentBuilder& DocumentBuilder::put(Part part, std::string_view text) {
+    parts_[part] = text;
+    return *this;
+}
+
+std::string DocumentBuilder::part(Part part, const std::string& usual) const {
+    const auto put = parts_.find(part);
+    return put == parts_.end() ? usual : put->second;
+}
+
+std::string padded(std::uint64_t number, std::size_t width) {
+    const std::string digits = std::to_string(number);
+    return std::string(width - std::min(width, digits.size()), '0') + digits;
 }
 
 std::string DocumentBuilder::bytes() const {
     const std::string& eol = lineEnding_;
-    std::string text = "%PDF-" + version_ + eol;
+    std::string text = part(Part::Header, "%PDF-" + version_ + eol);
     std::map<std::uint64_t, std::string> entries;
     for (const auto& [id, generation, body] : objects_) {
-        char entry[40] = "";
-        std::snprintf(entry, sizeof(entry), "%010zu %05u n", text.size(), unsigned{generation});
-        entries[id] = entry;
-        text += std::to_string(id) + " " + std::to_string(generation) + " obj" + eol;
-        text += body + eol + "endobj" + eol;
+        const auto own = [&, last = id == objects_.back().id](Part which,
+                                                              const std::string& usual) {
+            return last ? part(which, usual) : usual;
+        };
+        entries[id] = own(Part::Offset, padded(text.size(), 10)) + " " +
+                      own(Part::Generation, padded(generation, 5)) + " " + own(Part::InUse, "n");
+        text += own(Part::ObjectHeader,
+                    std::to_string(id) + " " + std::to_string(generation) + " obj" + eol);
+        text += body + eol + own(Part::ObjectEnd, "endobj" + eol);
     }
     const std::string xref = std::to_string(text.size());
     const std::uint64_t end = (entries.empty() ? 0 : entries.rbegin()->first) + 1;
-    text += "xref" + eol + "0 " + std::to_string(end) + eol;
-    for (std::uint64_t id = 0; id < end; ++id) {
+    const std::string range = std::to_string(first_) + " " + std::to_string(end - first_);
+    text += part(Part::XrefKeyword, "xref" + eol) + part(Part::XrefRange, range + eol);
+    for (std::uint64_t id = first_; id < end; ++id) {
         // Entries have 20 bytes: a space makes up for a line ending of one character.
-        text += entries.try_emplace(id, "0000000000 65535 f").first->second;
+        text += entries.try_emplace(id, part(Part::FreeEntry, "0000000000 65535 f")).first->second;
         text += (eol.size() == 1 ? " " : "") + eol;
     }
-    text += "trailer" + eol + "<< /Size " + std::to_string(end) + " " + trailer_ + " >>" + eol;
-    return text + "startxref" + eol + xref + eol + "%%EOF" + eol;
+    text += part(Part::TrailerKeyword, "trailer" + eol) + "<< /Size ";
+    text += std::to_string(end) + " " + part(Part::TrailerEntries, "/Root 1 0 R") + " >>" + eol;
+    text += part(Part::StartXref, "startxref" + eol) + part(Part::XrefOffset, xref + eol);
+    return text + part(Part::EndMarker, "%%EOF" + eol);
 }
 
 Ref<Host::MemoryStripe> stripeOf(std::string_view bytes) {

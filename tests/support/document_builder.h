@@ -5,6 +5,7 @@
 #include <pdf/document.h>
 
 #include <cstdint>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,6 +13,25 @@
 namespace Testing {
 
 namespace PDF = Libraries::Files::PDF;
+
+/// The parts of a file that a fault can be put into: lines with their ending, but for the three
+/// pieces of an entry. Those of an object, and of its entry, are the last object's.
+enum class Part {
+    Header,
+    ObjectHeader,
+    ObjectEnd,
+    XrefKeyword,
+    XrefRange,
+    FreeEntry,
+    Offset,
+    Generation,
+    InUse,
+    TrailerKeyword,
+    TrailerEntries,
+    StartXref,
+    XrefOffset,
+    EndMarker
+};
 
 /// Puts a PDF file together: computes offsets, the cross-reference table and startxref.
 ///
@@ -30,8 +50,14 @@ public:
     DocumentBuilder& object(std::uint32_t id, std::string_view body, std::uint16_t generation = 0);
     /// As `object`, for a stream whose dictionary has `entries` and the Length of `data`.
     DocumentBuilder& stream(std::uint32_t id, std::string_view entries, std::string_view data);
+    /// The number of the table's first entry: 0 until set.
+    DocumentBuilder& first(std::uint64_t id);
     /// Entries of the trailer beside Size: "/Root 1 0 R" until set.
-    DocumentBuilder& trailer(std::string_view entries);
+    DocumentBuilder& trailer(std::string_view entries) {
+        return put(Part::TrailerEntries, entries);
+    }
+    /// Puts `text` in the place of a part; all that lies behind it is where the table says.
+    DocumentBuilder& put(Part part, std::string_view text);
 
     [[nodiscard]] std::string bytes() const;
 
@@ -42,7 +68,11 @@ private:
         std::string body;
     };
 
-    std::string version_ = "1.7", lineEnding_ = "\n", trailer_ = "/Root 1 0 R";
+    [[nodiscard]] std::string part(Part part, const std::string& usual) const;
+
+    std::string version_ = "1.7", lineEnding_ = "\n";
+    std::uint64_t first_ = 0;
+    std::map<Part, std::string> parts_;
     std::vector<Object> objects_;
 };
 

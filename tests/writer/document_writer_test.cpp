@@ -1,18 +1,7 @@
-#include "state/object_obj.h"
-#include "support/bytes.h"
-#include "support/document_builder.h"
-#include "support/failing_stripe.h"
-#include "support/recording_log.h"
-#include "support/values.h"
+#include "support/testing.h"
 #include "values/sub_stripe.h"
 #include "writer/serializer.h"
 #include "writer/writer.h"
-
-#include <host/memory_stripe.h>
-#include <host/stripe_adapters.h>
-#include <pdf/errors.h>
-
-#include <gtest/gtest.h>
 
 #include <regex>
 
@@ -87,8 +76,10 @@ TEST(DocumentWriter, NamesTheVersion) {
         const auto target = Host::MemoryStripe::create();
         const RecordingLog log;
         const bool known = !names[version].empty();
-        EXPECT_EQ(write(state, *target), known ? Host::NoError : std::uint32_t{VersionNotWritten});
-        EXPECT_EQ(contentsOf(target).substr(0, 9), known ? "%PDF-" + names[version] + "\n" : "");
+        EXPECT_EQ(write(state, *target), known ? Host::NoError : std::uint32_t{VersionNotWritten})
+            << version;
+        EXPECT_EQ(contentsOf(target).substr(0, 9), known ? "%PDF-" + names[version] + "\n" : "")
+            << version;
         if (version != 9) continue;
         EXPECT_EQ(log.text(), "PDF version can not be converted to string 9h (9)\n"
                               "Failed to convert version to string: 9h (9)\n"
@@ -176,8 +167,7 @@ TEST(DocumentWriter, RefusesWhatItsDataLiesIn) {
     for (const auto& target : {source, held}) {
         dynamic_cast<StreamObj&>(*streamOf(*document, 4)).strmData(held);
         const std::string before = contentsOf(target);
-        EXPECT_FALSE(document->write(target));
-        EXPECT_EQ(Host::Error::get(), InvalidArgument);
+        expectFailure(document->write(target), InvalidArgument);
         EXPECT_TRUE(contentsOf(target) == before);
     }
     const std::string line = "A document cannot be written into what its data lies in\n";
@@ -250,6 +240,9 @@ TEST(Serializer, ReportsWhatItCannotWrite) {
              "Failed to convert stream dictionary to buffer\n"},
         {stream(misplaced), "33859 Failed to navigate stream data\n"},
         {stream(view("", 1ULL << 32)), "33924 Stream is too large\n"},
+        {stream(view("", UINT32_MAX)), "<< >>\nstream\n33859 Read from base 0h (0) of requested "
+                                       "10000h (65536)\nFailed to retrieve stream "
+                                       "data\n"},
         {stream(view("12", 3)),
          "33859 Read from base 2h (2) of requested 3h (3)\nFailed to retrieve stream data\n"},
         {array({null(), dictionary({{"K", foreign(9)}})}),

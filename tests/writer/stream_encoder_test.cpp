@@ -1,15 +1,5 @@
 #include "host/pump.h"
-#include "support/bytes.h"
-#include "support/document_builder.h"
-#include "support/failing_stripe.h"
-#include "support/recording_log.h"
-#include "support/values.h"
-
-#include <host/memory_stripe.h>
-#include <host/stripe_adapters.h>
-#include <pdf/errors.h>
-
-#include <gtest/gtest.h>
+#include "support/testing.h"
 
 #include <sstream>
 
@@ -93,8 +83,7 @@ TEST(StreamEncoder, GoesFromPlainToFlateAndBackWithoutATrace) {
     }
     for (const auto unfit : {Compression::Unknown, static_cast<Compression>(3)}) {
         const auto document = open(files[0]);
-        EXPECT_FALSE(document->setCompression(unfit));
-        EXPECT_EQ(Host::Error::get(), InvalidArgument);
+        expectFailure(document->setCompression(unfit), InvalidArgument);
         EXPECT_FALSE(document->changed());
     }
 }
@@ -118,12 +107,7 @@ TEST(StreamEncoder, UndoesEverythingWhenAStreamFails) {
     std::string corrupted = good;
     corrupted[good.size() / 2] = static_cast<char>(~corrupted[good.size() / 2]);
     const std::string truncated = good.substr(0, good.size() - 5);
-    const struct {
-        std::string entries, data;
-        bool attach;
-        std::uint32_t code;
-        std::string message;
-    } rows[] = {
+    const std::tuple<std::string, std::string, bool, std::uint32_t, std::string> rows[] = {
         {"/Length " + std::to_string(good.size()), corrupted, false, CodingFailed,
          "Failed to read converted stream data of stream "},
         {"/Length " + std::to_string(truncated.size()), truncated, false, CodingFailed,
@@ -137,26 +121,25 @@ TEST(StreamEncoder, UndoesEverythingWhenAStreamFails) {
         {"/Length 1 0 R", good, true, StreamObjectInvalid,
          "Length object 1 (0) is not a valid number for stream "},
     };
-    for (const auto& row : rows) {
+    for (const auto& [entries, data, attach, code, message] : rows) {
         for (std::uint32_t place = 5; place < 10; ++place) {
             const std::string id = std::to_string(place);
-            SCOPED_TRACE(row.message + id);
-            const std::string fault = body("/Filter /FlateDecode " + row.entries, row.data);
+            SCOPED_TRACE(message + id);
+            const std::string fault = body("/Filter /FlateDecode " + entries, data);
             const std::string file = fiveStreams(place, fault);
             const auto document = open(file);
             const RecordingLog log;
             ASSERT_TRUE(place % 2 == 0 || document->cacheStreamData());
-            if (row.attach) {
+            if (attach) {
                 auto& stream = dynamic_cast<StreamObj&>(*streamOf(*document, place));
-                stream.strmData(stripeOf(row.data));
+                stream.strmData(stripeOf(data));
                 stream.resetChanged();
             }
             const std::string before = snapshot(*document);
-            EXPECT_FALSE(document->setCompression(Compression::None));
-            EXPECT_EQ(Host::Error::get(), row.code);
-            EXPECT_TRUE(log.text().ends_with(row.message + id + "h (" + id + ")\n")) << log.text();
+            expectFailure(document->setCompression(Compression::None), code);
+            EXPECT_TRUE(log.text().ends_with(message + id + "h (" + id + ")\n")) << log.text();
             EXPECT_EQ(snapshot(*document), before);
-            EXPECT_TRUE(row.attach || write(*document) == write(*open(file)));
+            EXPECT_TRUE(attach || write(*document) == write(*open(file)));
         }
     }
 }
@@ -200,26 +183,22 @@ TEST(StreamEncoder, SaysNothingOfALengthThatNobodyNeeds) {
 TEST(StreamDataWriter, WritesAsTheFilterSays) {
     const Bytes large = noise(200'000);
     const std::string plain(large.begin(), large.end());
-    const struct {
-        const char* filter;
-        bool encode;
-        std::string result; ///< or the message
-    } rows[] = {
+    const std::tuple<const char*, bool, std::string> rows[] = {
         {"", true, plain},
         {"/Filter /FlateDecode ", false, plain},
         {"/Filter /FlateDecode ", true, deflated(plain)},
         {"/Filter /LZWDecode ", true, "Compression method not supported LZWDecode\n"},
         {"/Filter [/FlateDecode] ", true, "Compression method not supported Unknown\n"},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.filter + std::string(row.encode ? "encoded" : ""));
-        const auto document = open(DocumentBuilder::minimal().stream(5, row.filter, plain).bytes());
+    for (const auto& [filter, encode, result] : rows) {
+        SCOPED_TRACE(filter + std::string(encode ? "encoded" : ""));
+        const auto document = open(DocumentBuilder::minimal().stream(5, filter, plain).bytes());
         const auto target = Host::MemoryStripe::create();
         RecordingLog log;
-        const bool written = document->writeStreamData(streamOf(*document, 5), target, row.encode);
-        EXPECT_TRUE((written ? contentsOf(target) : log.text()) == row.result) << log.text();
+        const bool written = document->writeStreamData(streamOf(*document, 5), target, encode);
+        EXPECT_TRUE((written ? contentsOf(target) : log.text()) == result) << log.text();
         EXPECT_TRUE(written || Host::Error::get() == CodingFailed);
-        const std::size_t length = written ? row.result.size() : plain.size();
+        const std::size_t length = written ? result.size() : plain.size();
         EXPECT_EQ(textOf(streamOf(*document, 5)->dict()->find(text("Length"))),
                   std::to_string(length) + ".0");
         EXPECT_FALSE(document->changed());
@@ -259,10 +238,8 @@ TEST(StreamDataWriter, ReportsWhatFails) {
         EXPECT_EQ(log.text(), row.message);
         EXPECT_EQ(textOf(stream->dict()), "<< Filter -> FlateDecode Length -> 70000.0 >>");
     }
-    EXPECT_FALSE(document->write(nullptr));
-    EXPECT_EQ(Host::Error::get(), NullArgument);
-    EXPECT_FALSE(document->write(bytes));
-    EXPECT_EQ(Host::Error::get(), InvalidArgument);
+    expectFailure(document->write(nullptr), NullArgument);
+    expectFailure(document->write(bytes), InvalidArgument);
     // A target that is the data itself gets something, and nothing breaks.
     const auto data = stripeOf(plain);
     dynamic_cast<StreamObj&>(*stream).strmData(data);
