@@ -1,6 +1,7 @@
 #pragma once
 
 #include "packed/name_table.h"
+#include "values/dictionary.h"
 
 #include <host/byte_buffer.h>
 #include <host/ref.h>
@@ -27,6 +28,9 @@ public:
         Ref<Value> null;
         Ref<Value> truth;
         Ref<Value> falsehood;
+        /// Memory for the lists that are being unpacked; empty in between.
+        std::vector<Ref<Value>> elements;
+        std::vector<DictionaryObj::Entry> entries;
     };
     [[nodiscard]] Shared& shared() noexcept { return shared_; }
 

@@ -22,17 +22,6 @@ constexpr std::size_t longest = std::numeric_limits<std::uint32_t>::max();
 /// Dictionaries are mostly small, and mostly nearly in order.
 constexpr std::size_t smallDictionary = 24;
 
-bool areDigits(std::string_view text) noexcept {
-    return std::ranges::all_of(text, [](char code) { return code >= '0' && code <= '9'; });
-}
-
-/// Whether digits are written as the number that they are: without zeros in front.
-bool isCanonical(std::string_view digits) noexcept {
-    constexpr std::size_t surelyFits = 18;
-    return !digits.empty() && digits.size() <= surelyFits &&
-           (digits.front() != '0' || digits.size() == 1) && areDigits(digits);
-}
-
 } // namespace
 
 void Packer::clear() noexcept {
@@ -42,66 +31,66 @@ void Packer::clear() noexcept {
     spelled_ = unwritable_ = false;
 }
 
+char* Packer::room(std::size_t size) {
+    std::uint8_t* const room = size <= longest - bytes_.size() ? bytes_.room(size) : nullptr;
+    if (room == nullptr) throw std::bad_alloc();
+    return reinterpret_cast<char*>(room);
+}
+
 void Packer::put(std::string_view text) {
-    if (text.size() > longest - bytes_.size()) throw std::bad_alloc();
-    if (!bytes_.append(text.data(), text.size())) throw std::bad_alloc();
+    std::memcpy(room(text.size()), text.data(), text.size());
+    bytes_.extend(text.size());
 }
 
 template <class Number>
 void Packer::putDigits(Number number) {
-    char room[20];
-    put({room,
-         static_cast<std::size_t>(std::to_chars(room, room + sizeof(room), number).ptr - room)});
+    constexpr std::size_t most = 20;
+    char* const digits = room(most);
+    bytes_.extend(
+        static_cast<std::size_t>(std::to_chars(digits, digits + most, number).ptr - digits));
 }
 
 void Packer::enter() {
-    if (list_ == nullptr) return;
     const auto start = static_cast<std::uint32_t>(bytes_.size());
-    list_->beforeLast_ = std::exchange(list_->last_, {start});
+    list_->turn_ ^= 1U;
+    list_->last().start = start;
+    list_->last().whole = false;
     if (list_->dictionary_ && list_->count_ % 2 == 0) {
         const Entry entry{start, 0};
         if (!entries_.append(&entry, sizeof(entry))) throw std::bad_alloc();
     }
     ++list_->count_;
-    put(' ');
 }
 
-void Packer::next(std::string_view first) {
-    enter();
-    put(first);
+void Packer::next(std::string_view mark, std::string_view text) {
+    char* const first = room(1 + mark.size() + text.size());
+    char* next = first;
+    if (list_ != nullptr) {
+        enter();
+        *next++ = ' ';
+    }
+    next = std::copy(mark.begin(), mark.end(), next);
+    next = std::copy(text.begin(), text.end(), next);
+    bytes_.extend(static_cast<std::size_t>(next - first));
 }
 
-void Packer::name(std::string_view characters) {
-    enter();
-    put('/');
-    put(characters);
-}
-
-void Packer::number(std::string_view token, std::int64_t integer, std::uint64_t fraction) {
-    enter();
-    const bool negative = token.starts_with('-');
-    const std::string_view magnitude = token.substr(negative ? 1 : 0);
-    const std::size_t point = magnitude.find('.');
-    const std::string_view behind =
-        point == std::string_view::npos ? std::string_view() : magnitude.substr(point + 1);
-    const bool asWritten =
-        isCanonical(magnitude.substr(0, point)) && (!negative || integer != 0) &&
-        (point == std::string_view::npos || (fraction != 0 && isCanonical(behind)));
-    if (asWritten) {
-        put(token);
+void Packer::number(std::string_view token, std::int64_t integer, std::uint64_t fraction,
+                    bool canonical) {
+    if (canonical) {
+        next({}, token);
     } else {
         spelled_ = true;
-        put('\t');
-        put(token);
+        next("\t", token);
         put('\n');
         putDigits(integer);
         if (fraction != 0) put('.');
         if (fraction != 0) putDigits(fraction);
     }
     if (list_ == nullptr) return;
-    list_->last_.integer = integer;
-    list_->last_.whole = fraction == 0;
-    list_->last_.plain = asWritten && !negative;
+    List::Last& last = list_->last();
+    last.integer = integer;
+    last.whole = fraction == 0;
+    last.plain = canonical && integer >= 0;
 }
 
 void Packer::octal(std::uint32_t code) {
@@ -136,7 +125,7 @@ void Packer::byte(std::uint8_t byte) {
 }
 
 void Packer::begin(List& list, bool dictionary, std::string_view bracket) {
-    next(bracket);
+    next(bracket, {});
     list.outer_ = std::exchange(list_, &list);
     list.dictionary_ = dictionary;
     list.firstEntry_ = entries_.size();
@@ -222,8 +211,8 @@ void Packer::rebuild(std::span<const Entry> entries) {
 
 bool Packer::reference() {
     List& list = *list_;
-    const List::Last id = list.beforeLast_;
-    const List::Last generation = list.last_;
+    const List::Last& id = list.beforeLast();
+    const List::Last& generation = list.last();
     if (list.count_ < 2 || !id.whole || !generation.whole ||
         id.integer > std::numeric_limits<std::uint32_t>::max() ||
         generation.integer > std::numeric_limits<std::uint16_t>::max()) {
@@ -241,8 +230,9 @@ bool Packer::reference() {
     --list.count_;
     if (list.dictionary_ && list.count_ % 2 == 0)
         entries_.truncate(entries_.size() - sizeof(Entry));
-    list.last_ = {id.start};
-    list.beforeLast_ = {};
+    list.turn_ ^= 1U; // the reference begins where the id did
+    list.last().whole = false;
+    list.beforeLast().whole = false;
     return true;
 }
 

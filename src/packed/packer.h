@@ -37,13 +37,14 @@ public:
 
     // Values: alone, or the next one of the innermost list.
 
-    void keyword(std::string_view word) { next(word); }
+    void keyword(std::string_view word) { next({}, word); }
     /// Its characters, of which none may end a name.
-    void name(std::string_view characters);
-    /// The number that `token` spells.
-    void number(std::string_view token, std::int64_t integer, std::uint64_t fraction);
-    void beginText() { next("("); }
-    void beginHexadecimal() { next("<"); }
+    void name(std::string_view characters) { next("/", characters); }
+    /// The number that `token` spells; `canonical` says that it is written just so.
+    void number(std::string_view token, std::int64_t integer, std::uint64_t fraction,
+                bool canonical);
+    void beginText() { next("(", {}); }
+    void beginHexadecimal() { next("<", {}); }
     void beginArray(List& list) { begin(list, false, "["); }
     void beginDictionary(List& list) { begin(list, true, "<<"); }
 
@@ -74,9 +75,11 @@ private:
     };
 
     void begin(List& list, bool dictionary, std::string_view bracket);
-    /// Makes the next value of the innermost list begin with `first`.
-    void next(std::string_view first);
+    /// The next value, or its beginning: `mark` and `text`.
+    void next(std::string_view mark, std::string_view text);
+    /// Notes that a value of the innermost list begins.
     void enter();
+    [[nodiscard]] char* room(std::size_t size);
     [[nodiscard]] Entry* entries(const List& list) noexcept;
     [[nodiscard]] std::size_t entryCount(const List& list) const noexcept;
     void order(std::span<Entry> entries);
@@ -118,11 +121,14 @@ private:
         bool plain = false; ///< its bytes are digits alone
     };
 
+    [[nodiscard]] Last& last() noexcept { return latest_[turn_]; }
+    [[nodiscard]] Last& beforeLast() noexcept { return latest_[turn_ ^ 1U]; }
+
     List* outer_ = nullptr;
     std::uint64_t count_ = 0;
     std::size_t firstEntry_ = 0; // in bytes
-    Last last_;
-    Last beforeLast_;
+    Last latest_[2];             // by turns, so that none has to be moved
+    unsigned turn_ = 0;
     bool dictionary_ = false;
 };
 

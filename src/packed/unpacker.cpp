@@ -2,6 +2,7 @@
 
 #include "host/numbers.h"
 #include "host/windows_1252.h"
+#include "packed/short_number.h"
 #include "values/array.h"
 #include "values/dictionary.h"
 #include "values/scalars.h"
@@ -30,14 +31,24 @@ unsigned hexValue(char digit) noexcept {
 class Unpacker {
 public:
     Unpacker(std::string_view bytes, PackedStore::Shared& shared) noexcept
-        : next_(bytes.data()), end_(next_ + bytes.size()), shared_(shared) {}
+        : next_(bytes.data()),
+          end_(next_ + bytes.size()),
+          shared_(shared),
+          elements_(shared.elements),
+          entries_(shared.entries) {}
+    Unpacker(const Unpacker&) = delete;
+    Unpacker& operator=(const Unpacker&) = delete;
+    ~Unpacker() {
+        elements_.clear();
+        entries_.clear();
+    }
 
     [[nodiscard]] Ref<Value> value();
 
 private:
     [[nodiscard]] bool at(char code) const noexcept { return next_ != end_ && *next_ == code; }
     [[nodiscard]] std::string_view token() noexcept;
-    [[nodiscard]] Ref<NameObj> name();
+    [[nodiscard]] const Ref<NameObj>& name();
     [[nodiscard]] Ref<Value> keyword();
     [[nodiscard]] Ref<Value> numberOrReference();
     [[nodiscard]] Ref<Value> spelledNumber();
@@ -51,8 +62,8 @@ private:
     const char* end_;
     PackedStore::Shared& shared_;
     // Of all lists that are being read, the innermost behind the others.
-    std::vector<Ref<Value>> elements_;
-    std::vector<DictionaryObj::Entry> entries_;
+    std::vector<Ref<Value>>& elements_;
+    std::vector<DictionaryObj::Entry>& entries_;
 };
 
 Ref<Value> Unpacker::value() {
@@ -78,7 +89,7 @@ std::string_view Unpacker::token() noexcept {
     return {first, static_cast<std::size_t>(next_ - first)};
 }
 
-Ref<NameObj> Unpacker::name() {
+const Ref<NameObj>& Unpacker::name() {
     ++next_;
     return shared_.names.get(token());
 }
@@ -96,6 +107,9 @@ Ref<Value> Unpacker::keyword() {
 }
 
 Ref<Value> makeNumber(std::string_view token) {
+    if (ShortNumber number; number.parse(token)) {
+        return makeOrThrow<NumberObj>(number.integer, number.fraction);
+    }
     const std::size_t point = token.find('.');
     const auto integer = Host::StrConv::num<std::int64_t>(token.substr(0, point));
     const auto fraction = point == std::string_view::npos
@@ -105,17 +119,21 @@ Ref<Value> makeNumber(std::string_view token) {
 }
 
 Ref<Value> Unpacker::numberOrReference() {
-    const std::string_view id = token();
+    const std::string_view first = token();
     // Of a reference: a space, digits, and " R".
-    const char* digit = next_ != end_ ? next_ + 1 : end_;
+    if (end_ - next_ < 4 || !isDigit(next_[1])) return makeNumber(first);
+    const char* const second = next_ + 1;
+    const char* digit = second + 1;
     while (digit != end_ && isDigit(*digit))
         ++digit;
-    const bool reference = end_ - digit >= 2 && digit[0] == ' ' && digit[1] == 'R';
-    if (!reference) return makeNumber(id);
-    const std::string_view generation(next_ + 1, static_cast<std::size_t>(digit - next_ - 1));
+    if (end_ - digit < 2 || digit[0] != ' ' || digit[1] != 'R') return makeNumber(first);
     next_ = digit + 2;
-    return makeOrThrow<ObjectRefObj>(Host::StrConv::num<std::uint32_t>(id).value_or(0),
-                                     Host::StrConv::num<std::uint16_t>(generation).value_or(0));
+    ShortNumber id;
+    ShortNumber generation;
+    static_cast<void>(id.parse(first));
+    static_cast<void>(generation.parse({second, static_cast<std::size_t>(digit - second)}));
+    return makeOrThrow<ObjectRefObj>(static_cast<std::uint32_t>(id.integer),
+                                     static_cast<std::uint16_t>(generation.integer));
 }
 
 Ref<Value> Unpacker::spelledNumber() {
@@ -182,9 +200,8 @@ Ref<Value> Unpacker::array() {
 Ref<Value> Unpacker::dictionary() {
     const std::size_t first = entries_.size();
     for (next_ += 3; *next_ != '>'; ++next_) {
-        const Ref<NameObj> key = name();
+        entries_.push_back({name()->text(), nullptr});
         ++next_;
-        entries_.push_back({key->text(), nullptr});
         entries_.back().value = value();
     }
     next_ += 2;
@@ -192,7 +209,7 @@ Ref<Value> Unpacker::dictionary() {
     DictionaryObj::Entries entries(std::make_move_iterator(begin),
                                    std::make_move_iterator(entries_.end()));
     entries_.resize(first);
-    return makeOrThrow<DictionaryObj>(std::move(entries));
+    return makeOrThrow<DictionaryObj>(std::move(entries), DictionaryObj::inOrder);
 }
 
 } // namespace

@@ -1,11 +1,10 @@
 #include "reader/scanner.h"
 
 #include "host/numbers.h"
+#include "packed/short_number.h"
 #include "packed/unpacker.h"
 #include "reader/characters.h"
 #include "values/failure.h"
-
-#include <optional>
 
 namespace Libraries::Files::PDF {
 
@@ -139,24 +138,9 @@ bool Scanner::readName() {
     return true;
 }
 
-namespace {
-
-/// A whole number so short that it cannot overflow, without a sign: what most numbers are.
-std::optional<std::int64_t> shortInteger(std::string_view token) noexcept {
-    if (token.size() > 18) return std::nullopt;
-    std::int64_t number = 0;
-    for (char digit : token) {
-        if (!Characters::isDigit(digit)) return std::nullopt;
-        number = number * 10 + (digit - '0');
-    }
-    return number;
-}
-
-} // namespace
-
 bool Scanner::packNumber(std::string_view token, std::uint64_t offset, Place place) {
-    if (const auto number = shortInteger(token)) {
-        packer_.number(token, *number, 0);
+    if (ShortNumber number; number.parse(token)) {
+        packer_.number(token, number.integer, number.fraction, number.canonical);
         return true;
     }
     const std::size_t point = token.find('.');
@@ -165,7 +149,7 @@ bool Scanner::packNumber(std::string_view token, std::uint64_t offset, Place pla
     const auto fraction =
         real ? Host::StrConv::num<std::uint64_t>(token.substr(point + 1)) : std::uint64_t{0};
     if (integer && fraction) {
-        packer_.number(token, *integer, *fraction);
+        packer_.number(token, *integer, *fraction, false);
         return true;
     }
     return refuse(

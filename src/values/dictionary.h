@@ -24,6 +24,10 @@ public:
     DictionaryObj() noexcept = default;
     /// Of entries in any order; the last one of equal keys counts. Not modified.
     explicit DictionaryObj(Entries entries);
+    /// Of entries in ascending order of their keys, which differ. Not modified.
+    struct InOrder {};
+    static constexpr InOrder inOrder{};
+    DictionaryObj(Entries entries, InOrder) noexcept : entries_(std::move(entries)) {}
 
     [[nodiscard]] Ref<Host::TVector<Ref<Host::String>>> keys() const noexcept override;
     [[nodiscard]] Ref<Value> find(const Ref<Host::String>& key) const noexcept override;
