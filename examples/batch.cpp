@@ -12,8 +12,8 @@
 
 namespace {
 
-using Libraries::Files::PDF::Document;
 using Libraries::Files::PDF::errorText;
+namespace Tools = Libraries::Files::PDF::Tools;
 
 // page begin
 struct Task {
@@ -32,15 +32,16 @@ public:
 };
 
 /// Rewrites one file; whatever it takes is made here and belongs to this thread alone. The target
-/// is put in place when all of it was written and opens again. `NoError`, or the code of what
-/// failed.
-std::uint32_t rewrite(const Task& task) {
-    const auto source = Host::FileSource::open(task.from);
-    const auto document = source ? Document::create(source) : nullptr;
-    const auto target = document ? Host::FileTarget::create(task.to) : nullptr;
-    const auto written = target && document->write(target) ? target->written() : nullptr;
-    const bool done = written && Document::create(written) && target->commit();
-    return done ? Host::NoError : Host::Error::get(); // of this thread
+/// is put in place when all of it was written, opens again and is sound. `NoError`, or the code of
+/// what failed.
+std::uint32_t rewrite(const Task& task, const Program::Saving& saving) {
+    const auto document = Tools::open(task.from);
+    if (!document) return Host::Error::get(); // of this thread
+    document->faithfulNumbers(saving.faithful);
+    for (const auto& loss : Tools::losses(*document))
+        std::fprintf(stderr, "%s: warning: %s\n", task.name.c_str(), Tools::lossText(loss.kind));
+    const bool saved = Tools::save(*document, task.to, saving.options) == Tools::Saved::Done;
+    return saved ? Host::NoError : Host::Error::get();
 }
 
 /// What came of the tasks so far. Threads share it, hence the lock.
@@ -68,12 +69,13 @@ private:
 };
 
 /// Does all tasks on `threads` threads, this one included.
-void rewriteAll(const std::vector<Task>& tasks, std::size_t threads, Report& report) {
+void rewriteAll(const std::vector<Task>& tasks, const Program::Saving& saving, std::size_t threads,
+                Report& report) {
     std::atomic<std::size_t> next = 0;
     const auto work = [&] {
         for (std::size_t index = next++; index < tasks.size(); index = next++) {
             current = &tasks[index];
-            report.add(*current, rewrite(*current));
+            report.add(*current, rewrite(*current, saving));
         }
         current = nullptr;
     };
@@ -121,9 +123,12 @@ std::size_t takeThreads(std::vector<std::string_view>& arguments) {
 int main(int argc, char** argv) {
     std::vector<std::string_view> arguments(argv + std::min(argc, 1), argv + argc);
     const std::size_t threads = takeThreads(arguments);
+    Program::Saving saving;
+    saving.options.force = std::erase(arguments, "--force") != 0;
+    saving.faithful = std::erase(arguments, "--faithful") != 0;
     if (threads == 0 || threads > 256 || arguments.size() < 2 ||
         std::ranges::any_of(arguments, [](auto text) { return text.starts_with('-'); })) {
-        return Program::usage("batch [-j N] FOLDER FILE...");
+        return Program::usage("batch [-j N] [--force] [--faithful] FOLDER FILE...");
     }
     const std::string_view folder = arguments.front();
     arguments.erase(arguments.begin());
@@ -136,7 +141,7 @@ int main(int argc, char** argv) {
     NamingPrinter printer;
     Host::LogPrinter& former = Host::SysLogStream::printer(printer);
     Report report(tasks.size());
-    rewriteAll(tasks, std::min(threads, tasks.size()), report);
+    rewriteAll(tasks, saving, std::min(threads, tasks.size()), report);
     Host::SysLogStream::printer(former);
     const std::size_t failed = report.failed();
     std::printf("%zu files: %zu ok, %zu failed\n", tasks.size(), tasks.size() - failed, failed);

@@ -46,9 +46,10 @@ bool openAtLastPage(const Document& document) {
 } // namespace
 
 int main(int argc, char** argv) {
-    static constexpr const char* usage = "edit_values [--no-verify] IN OUT TITLE";
+    static constexpr const char* usage =
+        "edit_values [--no-verify] [--force] [--faithful] IN OUT TITLE";
     Program::Arguments arguments(argc, argv);
-    const bool verify = !arguments.take("--no-verify");
+    const Program::Saving saving = Program::takeSaving(arguments);
     if (!arguments.are(3)) return Program::usage(usage);
 
     const auto document = Program::open(arguments[0]);
@@ -57,5 +58,5 @@ int main(int argc, char** argv) {
         return Program::failure();
     }
     if (const int status = Program::finishOutput(); status != 0) return status;
-    return Program::save(*document, arguments[1], verify);
+    return Program::save(*document, arguments[1], saving);
 }

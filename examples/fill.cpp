@@ -82,10 +82,11 @@ bool fill(Form& form, std::string_view path, std::string_view value) {
 } // namespace
 
 int main(int argc, char** argv) {
-    static constexpr const char* usage = "fill [--no-verify] IN OUT PATH=VALUE...";
+    static constexpr const char* usage =
+        "fill [--no-verify] [--force] [--faithful] IN OUT PATH=VALUE...";
     Program::Arguments arguments(argc, argv);
-    const bool verify = !arguments.take("--no-verify");
-    const auto count = static_cast<std::size_t>(std::max(argc, 1)) - (verify ? 1 : 2);
+    const Program::Saving saving = Program::takeSaving(arguments);
+    const std::size_t count = arguments.size();
     if (count < 3 || !arguments.are(count)) return Program::usage(usage);
     for (std::size_t index = 2; index < count; ++index) {
         const std::size_t path = arguments[index].find('=');
@@ -103,5 +104,5 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "not set: %s\n", std::string(argument).c_str());
         return status;
     }
-    return Program::save(*document, arguments[1], verify);
+    return Program::save(*document, arguments[1], saving);
 }

@@ -6,6 +6,8 @@
 #include <host/files.h>
 #include <pdf/document.h>
 #include <pdf/errors.h>
+#include <pdf/tools/files.h>
+#include <pdf/tools/losses.h>
 
 #include <algorithm>
 #include <charconv>
@@ -21,6 +23,7 @@ namespace Program {
 
 using Host::Ref;
 using Libraries::Files::PDF::Document;
+namespace Tools = Libraries::Files::PDF::Tools;
 
 /// The arguments of a program, options apart.
 class Arguments {
@@ -36,6 +39,7 @@ public:
                std::ranges::none_of(values_, [](auto value) { return value.starts_with("--"); });
     }
 
+    [[nodiscard]] std::size_t size() const { return values_.size(); }
     std::string_view operator[](std::size_t index) const { return values_[index]; }
 
 private:
@@ -67,28 +71,54 @@ inline int failure(std::uint32_t code = Host::Error::get()) {
 
 /// Opens the document in the file at `path`; null with the error code set.
 inline Ref<Document> open(std::string_view path) {
-    const Ref<Host::FileSource> source = Host::FileSource::open(path);
-    return source ? Document::create(source) : nullptr;
+    return Tools::open(path);
 }
 
-/// Saves `document` to the file at `path` and gives the exit status.
-///
-/// With `verify`, what was written must open before it takes the place of a file that is there:
-/// not every document that can be loaded has a rewrite that can.
-inline int save(Document& document, std::string_view path, bool verify) {
-    const Ref<Host::FileTarget> target = Host::FileTarget::create(path);
-    if (!target || !document.write(target)) return failure();
-    if (verify) {
-        const Ref<Host::FileSource> written = target->written();
-        if (!written) return failure();
-        if (!Document::create(written)) {
-            const std::uint32_t code = Host::Error::get();
-            std::fprintf(stderr, "the result would not open; %s is left as it was\n",
-                         std::string(path).c_str());
-            return failure(code);
-        }
+/// How a program saves, as its options say.
+struct Saving {
+    Tools::SaveOptions options;
+    bool faithful = false;
+};
+
+/// Takes the options out that every program which writes has.
+inline Saving takeSaving(Arguments& arguments) {
+    Saving saving;
+    saving.options.look = !arguments.take("--no-verify");
+    saving.options.force = arguments.take("--force");
+    saving.faithful = arguments.take("--faithful");
+    return saving;
+}
+
+/// Says on standard error what the rewrite of a document loses, a line for each kind.
+inline void warnOfLosses(const Document& document) {
+    for (const Tools::LossFound& loss : Tools::losses(document)) {
+        std::fprintf(stderr, "warning: %s: %llu", Tools::lossText(loss.kind),
+                     static_cast<unsigned long long>(loss.count));
+        if (loss.firstObject != 0) std::fprintf(stderr, ", first in object %u", loss.firstObject);
+        std::fputc('\n', stderr);
     }
-    return target->commit() ? 0 : failure();
+}
+
+/// Saves `document` to the file at `path` and gives the exit status: 3 where the result would be no
+/// sound document.
+inline int save(Document& document, std::string_view path, const Saving& saving) {
+    document.faithfulNumbers(saving.faithful);
+    if (saving.options.look) warnOfLosses(document);
+    const std::string name(path);
+    switch (Tools::save(document, path, saving.options)) {
+    case Tools::Saved::Done:
+        return 0;
+    case Tools::Saved::Unreadable:
+        std::fprintf(stderr, "the result would not open; %s is left as it was\n", name.c_str());
+        return failure();
+    case Tools::Saved::Unsound:
+        std::fprintf(stderr, "%s is left as it was; --force writes it all the same\n",
+                     name.c_str());
+        static_cast<void>(failure());
+        return 3;
+    default:
+        return failure();
+    }
 }
 
 /// Gives standard output's pending data out; gives the exit status.

@@ -8,6 +8,7 @@
 #include <host/stripe.h>
 #include <host/weak_ref.h>
 #include <pdf/form.h>
+#include <pdf/loss.h>
 #include <pdf/values.h>
 #include <pdf/version.h>
 
@@ -126,6 +127,21 @@ public:
     /// The line ending of the file's first line, with which every written line ends: "\n", "\r" or
     /// "\r\n". Valid as long as the document. Empty as for `getObjects`.
     [[nodiscard]] virtual std::string_view lineEnding() const noexcept;
+
+    /// Whether numbers are written as they were read: 1.05 as 1.05 and -0.5 as -0.5, instead of by
+    /// their two parts. Off until it is set; integer, fraction and equality stay what they are.
+    /// What an application made is written by its parts. For an application's own class it stays
+    /// off.
+    ///@{
+    [[nodiscard]] virtual bool faithfulNumbers() const noexcept { return false; }
+    virtual void faithfulNumbers(bool faithful) noexcept;
+    ///@}
+
+    /// What was met while the document was read that a rewrite does not keep, of one kind: of those
+    /// that only the reading sees (`Fractions` to `Characters`, and `Subsections`); and `Gaps`, as
+    /// the object table is now. `Tools::losses` tells all of them. Nothing for an application's own
+    /// class.
+    [[nodiscard]] virtual LossCount metOnReading(Loss kind) const noexcept;
 
     /// The catalog (ISO 32000-1, 7.7.2): the object that the trailer's Root refers to. Null with
     /// `NoTrailer`, `RootMissing`, `RootInvalid` or `CatalogInvalid` set.

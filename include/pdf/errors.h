@@ -51,6 +51,8 @@ enum ErrorCode : std::uint32_t {
     FormIncomplete = 1306,          ///< some field could not be built; the form is there
     ButtonHasNoValue = 1307,        ///< a value or state was set on a push button
 
+    ResultUnsound = 34080, ///< what was to be saved would be no sound document any more
+
     NoTrailer = 1536,           ///< the document has no trailer dictionary
     RootMissing = 1537,         ///< the trailer has no Root reference
     RootInvalid = 1538,         ///< the root object is missing or not a dictionary

@@ -79,6 +79,10 @@ public:
     [[nodiscard]] virtual std::int64_t integer() const noexcept = 0;
     /// The digits behind the point as an integer; 0 for a whole number.
     [[nodiscard]] virtual std::uint64_t fraction() const noexcept = 0;
+    /// How the number stood in its file, where that is not what its two parts are written as: 1.05,
+    /// -0.5, +7. Null for any other, and for one that an application made. See
+    /// `Document::faithfulNumbers`.
+    [[nodiscard]] virtual Ref<Host::String> spelling() const noexcept;
 };
 
 /// A string (ISO 32000-1, 7.3.4): either text or bytes, never both.

@@ -13,6 +13,14 @@ namespace Libraries::Files::PDF {
 
 namespace {
 
+Ref<Value> cloneNumber(const Number& number) {
+    if (Ref<Host::String> spelling = number.spelling()) {
+        return makeOrThrow<SpelledNumberObj>(number.integer(), number.fraction(),
+                                             std::move(spelling));
+    }
+    return makeOrThrow<NumberObj>(number.integer(), number.fraction());
+}
+
 /// Copies a value under the interface of its kind.
 template <class Interface, class Copy>
 Ref<Value> cloneAs(const Ref<Value>& value, const char* castMessage, Copy copy) {
@@ -61,10 +69,8 @@ Ref<Value> Cloner::clone(const Ref<Value>& value, Document& source) {
             value, "Failed to convert to be cloned boolean to Boolean",
             [](const auto& boolean) { return makeOrThrow<BooleanObj>(boolean->value()); });
     case Value::Type::Number:
-        return cloneAs<Number>(
-            value, "Failed to convert to be cloned number to Number", [](const auto& number) {
-                return makeOrThrow<NumberObj>(number->integer(), number->fraction());
-            });
+        return cloneAs<Number>(value, "Failed to convert to be cloned number to Number",
+                               [](const auto& number) { return cloneNumber(*number); });
     case Value::Type::String:
         return cloneAs<String>(value, "Failed to convert to be cloned string to String",
                                [&](const auto& string) { return cloneString(*string, source); });

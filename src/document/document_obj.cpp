@@ -21,6 +21,17 @@ bool usable(const Ref<Interfaces::Stripe>& stripe) noexcept {
     return true;
 }
 
+/// The objects that the written table, which counts on without a gap, does not tell right.
+LossCount gapsOf(const DocumentState& state) noexcept {
+    LossCount gaps;
+    std::uint64_t expected = state.xrefFirstId;
+    for (const ObjectTable::Slot& slot : state.objects.slots()) {
+        if (slot.id() == ++expected) continue;
+        if (gaps.count++ == 0) gaps.firstObject = slot.id();
+    }
+    return gaps;
+}
+
 } // namespace
 
 Ref<Document> Document::create(Ref<Interfaces::Stripe> source) noexcept {
@@ -39,6 +50,17 @@ Host::StackVector<Ref<PDF::Object>> Document::getObjects() const noexcept {
 std::string_view Document::lineEnding() const noexcept {
     fail(NotSupported);
     return {};
+}
+
+void Document::faithfulNumbers(bool) noexcept {}
+
+LossCount Document::metOnReading(Loss) const noexcept {
+    return {};
+}
+
+LossCount DocumentObj::metOnReading(Loss kind) const noexcept {
+    if (kind == Loss::Gaps) return gapsOf(state_);
+    return static_cast<std::uint32_t>(kind) < lossKinds ? state_.losses[kind] : LossCount();
 }
 
 Host::StackVector<Ref<PDF::Object>> DocumentObj::getObjects() const noexcept {

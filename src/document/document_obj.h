@@ -31,6 +31,10 @@ public:
         return state_.lineEnding;
     }
 
+    [[nodiscard]] bool faithfulNumbers() const noexcept override { return state_.faithfulNumbers; }
+    void faithfulNumbers(bool faithful) noexcept override { state_.faithfulNumbers = faithful; }
+    [[nodiscard]] LossCount metOnReading(Loss kind) const noexcept override;
+
 private:
     FormLookup form_;
 };

@@ -29,6 +29,14 @@ void Packer::clear() noexcept {
     entries_.clear();
     list_ = nullptr;
     spelled_ = unwritable_ = false;
+    backslash_ = unassigned_ = false;
+    if (lossy_) losses_ = {};
+    lossy_ = false;
+}
+
+void Packer::note(Loss kind, std::uint64_t count) noexcept {
+    lossy_ = true;
+    losses_.note(kind, count);
 }
 
 char* Packer::room(std::size_t size) {
@@ -80,6 +88,8 @@ void Packer::number(std::string_view token, std::int64_t integer, std::uint64_t 
         next({}, token);
     } else {
         spelled_ = true;
+        if (fraction != 0 && token[token.find('.') + 1] == '0') note(Loss::Fractions);
+        if (fraction != 0 && integer == 0 && token.front() == '-') note(Loss::Signs);
         next("\t", token);
         put('\n');
         putDigits(integer);
@@ -104,7 +114,11 @@ void Packer::character(std::uint32_t code) {
     constexpr std::string_view escaped = "\r\b\t\n\f()\\";
     constexpr std::string_view escapes = "rbtnf()\\";
     // What the code page does not assign becomes the code 0.
-    if (Windows_1252::toUnicode(code) == 0) return put('\0');
+    if (Windows_1252::toUnicode(code) == 0) {
+        unassigned_ = unassigned_ || code != 0;
+        return put('\0');
+    }
+    backslash_ = backslash_ || code == '\\';
     if (code < 0x7F) {
         const std::size_t known = escaped.find(static_cast<char>(code));
         if (known == std::string_view::npos) return put(static_cast<char>(code));
@@ -116,6 +130,13 @@ void Packer::character(std::uint32_t code) {
         unwritable_ = true;
     }
     octal(code);
+}
+
+void Packer::endText() {
+    put(')');
+    if (backslash_) note(Loss::Backslashes);
+    if (unassigned_) note(Loss::Characters);
+    backslash_ = unassigned_ = false;
 }
 
 void Packer::byte(std::uint8_t byte) {
@@ -197,16 +218,21 @@ void Packer::order(std::span<Entry> entries) {
 void Packer::rebuild(std::span<const Entry> entries) {
     const std::uint32_t begin = std::ranges::min(entries, {}, &Entry::start).start;
     ordered_.clear();
+    std::uint64_t dropped = 0;
     for (std::size_t index = 0; index < entries.size(); ++index) {
         const bool shadowed =
             index + 1 < entries.size() && compareKeys(entries[index], entries[index + 1]) == 0;
-        if (shadowed) continue;
+        if (shadowed) {
+            ++dropped;
+            continue;
+        }
         if (!ordered_.append(bytes_.data() + entries[index].start, entries[index].length)) {
             throw std::bad_alloc();
         }
     }
     std::memcpy(bytes_.data() + begin, ordered_.data(), ordered_.size());
     bytes_.truncate(begin + ordered_.size());
+    if (dropped != 0) note(Loss::EqualKeys, dropped);
 }
 
 bool Packer::reference() {

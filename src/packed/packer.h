@@ -1,5 +1,6 @@
 #pragma once
 
+#include "packed/losses.h"
 #include "packed/packed_value.h"
 
 #include <host/byte_buffer.h>
@@ -32,6 +33,9 @@ public:
     }
     [[nodiscard]] bool spelled() const noexcept { return spelled_; }
     [[nodiscard]] bool unwritable() const noexcept { return unwritable_; }
+    /// What was met that does not come back once it was written.
+    [[nodiscard]] bool lossy() const noexcept { return lossy_; }
+    [[nodiscard]] const Losses& losses() const noexcept { return losses_; }
     /// Gives the bytes away, with the memory they are in.
     [[nodiscard]] Host::ByteBuffer takeBytes() noexcept { return std::move(bytes_); }
 
@@ -55,7 +59,9 @@ public:
     /// A character of a text, by the code that it was given by; those of the code page count as
     /// that.
     void character(std::uint32_t code);
-    void endText() { put(')'); }
+    /// A backslash that the text has no character for.
+    void lostBackslash() noexcept { backslash_ = true; }
+    void endText();
     void byte(std::uint8_t byte);
     void endHexadecimal() { put('>'); }
     void endArray(List& list);
@@ -79,6 +85,7 @@ private:
     void next(std::string_view mark, std::string_view text);
     /// Notes that a value of the innermost list begins.
     void enter();
+    void note(Loss kind, std::uint64_t count = 1) noexcept;
     [[nodiscard]] char* room(std::size_t size);
     [[nodiscard]] Entry* entries(const List& list) noexcept;
     [[nodiscard]] std::size_t entryCount(const List& list) const noexcept;
@@ -99,6 +106,10 @@ private:
     List* list_ = nullptr;
     bool spelled_ = false;
     bool unwritable_ = false;
+    bool lossy_ = false;
+    bool backslash_ = false; // in the text that is being put together
+    bool unassigned_ = false;
+    Losses losses_;
 };
 
 class Packer::List {

@@ -106,16 +106,16 @@ Ref<Value> Unpacker::keyword() {
     return known;
 }
 
-Ref<Value> makeNumber(std::string_view token) {
-    if (ShortNumber number; number.parse(token)) {
+Ref<Value> makeNumber(std::string_view token, Ref<Host::String> spelling = nullptr) {
+    if (ShortNumber number; !spelling && number.parse(token)) {
         return makeOrThrow<NumberObj>(number.integer, number.fraction);
     }
     const std::size_t point = token.find('.');
     const auto integer = Host::StrConv::num<std::int64_t>(token.substr(0, point));
-    const auto fraction = point == std::string_view::npos
-                              ? std::uint64_t{0}
-                              : Host::StrConv::num<std::uint64_t>(token.substr(point + 1));
-    return makeOrThrow<NumberObj>(integer.value_or(0), fraction.value_or(0));
+    const auto fraction = Host::StrConv::num<std::uint64_t>(
+        point == std::string_view::npos ? std::string_view() : token.substr(point + 1));
+    if (spelling) return makeOrThrow<SpelledNumberObj>(*integer, *fraction, std::move(spelling));
+    return makeOrThrow<NumberObj>(*integer, *fraction);
 }
 
 Ref<Value> Unpacker::numberOrReference() {
@@ -137,8 +137,11 @@ Ref<Value> Unpacker::numberOrReference() {
 }
 
 Ref<Value> Unpacker::spelledNumber() {
-    next_ = std::find(next_, end_, '\n') + 1;
-    return makeNumber(token());
+    const char* const first = next_ + 1;
+    const char* const end = std::find(first, end_, '\n');
+    next_ = end + 1;
+    const std::string_view spelling(first, static_cast<std::size_t>(end - first));
+    return makeNumber(token(), orThrow(Host::String::create(spelling)));
 }
 
 Ref<Value> Unpacker::text() {

@@ -35,7 +35,7 @@ bool loadObjects(DocumentState& state, Host::Cursor& cursor, Scanner& scanner,
             return fail(XrefUnreadable, "In use object reference is at offset 0: ", id);
         }
         const bool read = reader.charactersRead() <= budget &&
-                          reader.read(id, entry.generation, entry.offset, state.objects);
+                          reader.read(id, entry.generation, entry.offset, state);
         if (!read) return fail(ObjectUnreadable, "Failed to read object at ", entry.offset);
     }
     state.nextObjectId = state.xrefFirstId + static_cast<std::uint32_t>(entries.size());

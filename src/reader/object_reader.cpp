@@ -10,12 +10,15 @@ using Host::Cursor;
 using Host::StrConv::num;
 
 bool ObjectReader::read(std::uint64_t id, std::uint16_t generation, std::uint64_t offset,
-                        ObjectTable& table) {
+                        DocumentState& state) {
     const bool done = readAt(id, generation, offset);
     const std::uint64_t end = cursor_.position();
     if (end > offset) charactersRead_ += end - offset;
-    if (done) table.append(static_cast<std::uint32_t>(id), generation, keep(*table.store()));
-    return done;
+    if (!done) return false;
+    const auto number = static_cast<std::uint32_t>(id);
+    scanner_.addLosses(state.losses, number);
+    state.objects.append(number, generation, keep(*state.objects.store()));
+    return true;
 }
 
 bool ObjectReader::readAt(std::uint64_t id, std::uint16_t generation, std::uint64_t offset) {

@@ -2,7 +2,7 @@
 
 #include "host/cursor.h"
 #include "reader/scanner.h"
-#include "state/object_table.h"
+#include "state/document_state.h"
 
 #include <pdf/values.h>
 
@@ -19,11 +19,11 @@ public:
     ObjectReader(Host::Cursor& cursor, Scanner& scanner) noexcept
         : cursor_(cursor), scanner_(scanner) {}
 
-    /// Reads the object at `offset`, which must say that it is the one expected, into `table`.
+    /// Reads the object at `offset`, which must say that it is the one expected, into `state`.
     /// False, logged, with no code set, on failure. `id` may lie beyond the numbers that an object
     /// can have.
     [[nodiscard]] bool read(std::uint64_t id, std::uint16_t generation, std::uint64_t offset,
-                            ObjectTable& table);
+                            DocumentState& state);
 
     /// Characters that all calls together have gone through.
     [[nodiscard]] std::uint64_t charactersRead() const noexcept { return charactersRead_; }

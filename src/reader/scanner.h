@@ -33,6 +33,10 @@ public:
 
     /// What was read: valid until the next reading.
     [[nodiscard]] PackedValue packed() const noexcept;
+    /// Adds what was met in it that does not come back once it was written.
+    void addLosses(Losses& losses, std::uint32_t object) const noexcept {
+        if (packer_.lossy()) losses.add(packer_.losses(), object);
+    }
     /// Gives the bytes of that away, with the memory they are in.
     [[nodiscard]] Host::ByteBuffer takeBytes() noexcept { return packer_.takeBytes(); }
 

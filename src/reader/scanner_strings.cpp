@@ -62,6 +62,7 @@ LiteralReader::Step LiteralReader::take(int code) {
     if (Characters::isLineEnding(code)) return takeLineEnding(code, continued);
     if (code == '\\') {
         if (!completeOctal()) return Step::Fail;
+        if (escaped_) packer_.lostBackslash();
         escaped_ = true;
         return Step::Go;
     }

@@ -114,6 +114,7 @@ bool readTrailer(DocumentState& state, Host::Cursor& cursor, Scanner& scanner) {
     if (!readXrefOffset(state, cursor, startXref)) return fail(TrailerUnreadable);
     cursor.seek(trailer);
     if (!scanner.readDictionary()) return fail(TrailerUnreadable);
+    scanner.addLosses(state.losses, 0);
     state.trailer =
         Ref<Dictionary>(as<Dictionary>(unpack(scanner.packed(), state.objects.store()->shared())));
     return true;

@@ -1,6 +1,7 @@
 #include "host/char_reader.h"
 #include "host/numbers.h"
 #include "host/text.h"
+#include "reader/characters.h"
 #include "reader/file_structure.h"
 #include "values/failure.h"
 
@@ -28,6 +29,14 @@ std::optional<XrefEntry> parseEntry(std::string_view line) noexcept {
     return XrefEntry{*offset, static_cast<std::uint16_t>(*generation), parts[2] == "n"};
 }
 
+/// Whether more numbers follow: a further subsection, or entries that the header does not count.
+bool goesOn(Host::Cursor& cursor) noexcept {
+    int code = cursor.next();
+    while (Characters::isWhite(code))
+        code = cursor.next();
+    return Characters::isDigit(code);
+}
+
 } // namespace
 
 bool readXrefTable(DocumentState& state, Host::Cursor& cursor, std::vector<XrefEntry>& entries) {
@@ -51,7 +60,8 @@ bool readXrefTable(DocumentState& state, Host::Cursor& cursor, std::vector<XrefE
         }
         entries.push_back(*entry);
     }
-    return true;
+    if (goesOn(cursor)) state.losses.note(Loss::Subsections);
+    return !cursor.failed();
 }
 
 } // namespace Libraries::Files::PDF

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/monitor.h"
+#include "packed/losses.h"
 #include "state/object_table.h"
 
 #include <host/stripe.h>
@@ -25,6 +26,10 @@ struct DocumentState {
     std::uint64_t xrefOffset = 0;
     std::uint32_t xrefFirstId = 0;
     ObjectTable objects;
+    /// What was met on reading that does not come back once it was written.
+    Losses losses;
+    /// Whether numbers are written as they were read.
+    bool faithfulNumbers = false;
     /// The number of the next object that is appended; numbers are never given back.
     std::uint32_t nextObjectId = 0;
 

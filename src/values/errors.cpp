@@ -50,6 +50,7 @@ constexpr Text texts[] = {
     {FilterUnsupported, "a stream's filter is not supported"},
     {FormIncomplete, "some form fields could not be built"},
     {ButtonHasNoValue, "a push button has no value"},
+    {ResultUnsound, "the result would be no sound document"},
     {NoTrailer, "the document has no trailer"},
     {RootMissing, "the trailer has no root reference"},
     {RootInvalid, "the root object is missing or no dictionary"},

@@ -95,6 +95,10 @@ bool BooleanObj::equal(Ref<Value> other) const noexcept {
     return boolean != nullptr && boolean->value() == value_;
 }
 
+Ref<Host::String> Number::spelling() const noexcept {
+    return nullptr;
+}
+
 Ref<Host::String> NumberObj::asText() const noexcept {
     return Host::guarded([&] {
         Host::StringBuilder text;

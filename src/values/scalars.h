@@ -26,7 +26,7 @@ private:
     bool value_;
 };
 
-class NumberObj final : public ValueObj<Number, Value::Type::Number> {
+class NumberObj : public ValueObj<Number, Value::Type::Number> {
 public:
     NumberObj(std::int64_t integer, std::uint64_t fraction) noexcept
         : integer_(integer), fraction_(fraction) {}
@@ -37,11 +37,30 @@ public:
     [[nodiscard]] bool equal(Ref<Value> other) const noexcept override;
 
     /// For a stream's Length alone, which is kept true in place when data is re-encoded.
-    void integer(std::int64_t integer) noexcept { integer_ = integer; }
+    virtual void integer(std::int64_t integer) noexcept { integer_ = integer; }
 
 private:
     std::int64_t integer_;
     std::uint64_t fraction_;
+};
+
+/// A number that remembers how it was spelled. A class of its own: there are few of them among
+/// many.
+class SpelledNumberObj final : public NumberObj {
+public:
+    SpelledNumberObj(std::int64_t integer, std::uint64_t fraction,
+                     Ref<Host::String> spelling) noexcept
+        : NumberObj(integer, fraction), spelling_(std::move(spelling)) {}
+
+    using NumberObj::integer;
+    void integer(std::int64_t integer) noexcept override {
+        NumberObj::integer(integer);
+        spelling_ = nullptr;
+    }
+    [[nodiscard]] Ref<Host::String> spelling() const noexcept override { return spelling_; }
+
+private:
+    Ref<Host::String> spelling_;
 };
 
 class StringObj final : public ValueObj<String, Value::Type::String> {

@@ -8,6 +8,7 @@
 #include "values/scalars.h"
 #include "writer/strings.h"
 
+#include <algorithm>
 #include <limits>
 
 namespace Libraries::Files::PDF {
@@ -45,14 +46,20 @@ bool Serializer::write(const ObjectTable::Slot& slot) {
     return false;
 }
 
-/// Numbers with a spelling of their own are written without it.
+/// Of a number with a spelling of its own either that is written or what its parts say.
 bool Serializer::writePacked(const PackedValue& packed) {
     std::string_view bytes = packed.bytes;
     while (packed.spelled) {
         const std::size_t spelling = bytes.find('\t');
         if (spelling == std::string_view::npos) break;
         output_.append(bytes.substr(0, spelling));
-        bytes.remove_prefix(bytes.find('\n', spelling) + 1);
+        const std::size_t number = bytes.find('\n', spelling);
+        if (state_.faithfulNumbers) {
+            output_.append(bytes.substr(spelling + 1, number - spelling - 1));
+            bytes.remove_prefix(std::min(bytes.find(' ', number), bytes.size()));
+        } else {
+            bytes.remove_prefix(number + 1);
+        }
     }
     return output_.append(bytes);
 }
@@ -110,6 +117,9 @@ bool Serializer::writeKey(const Host::String& key) {
 }
 
 bool Serializer::writeNumber(const Number& number) {
+    if (state_.faithfulNumbers) {
+        if (const auto spelling = number.spelling()) return writeCodes(output_, *spelling);
+    }
     const std::uint64_t fraction = number.fraction();
     return output_.appendNumber(number.integer()) &&
            (fraction == 0 || (output_.append('.') && output_.appendNumber(fraction)));

@@ -46,7 +46,7 @@ Ref<NumberObj> StoredStream::length(const Dictionary& dict) const {
         return fail(StreamObjectInvalid, "Length object ", length.entry,
                     " is not a valid number for stream ", id());
     }
-    auto* number = own<NumberObj>(length.value);
+    auto* number = dynamic_cast<NumberObj*>(length.value.get());
     if (number == nullptr) {
         return fail(StreamObjectInvalid, "Failed to cast Length number to LengthObj for stream ",
                     id());

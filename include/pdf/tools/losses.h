@@ -1,0 +1,36 @@
+#pragma once
+
+/// @file
+/// What a rewrite of a document would not keep, told before it is written.
+
+#include <host/export.h>
+#include <pdf/document.h>
+#include <pdf/loss.h>
+
+#include <cstdint>
+#include <vector>
+
+namespace Libraries::Files::PDF::Tools {
+
+/// One kind of loss that a document has.
+struct LossFound {
+    Loss kind;
+    std::uint64_t count; ///< how often it was met; at least 1
+    std::uint32_t
+        firstObject; ///< number of the first object concerned; 0 for the trailer or the file
+};
+
+/// The kinds of which `document` has any, in the order of `Loss`. Numbers that are written as they
+/// were read (`Document::faithfulNumbers`) are no loss. Costs next to nothing: reading has counted.
+/// Logs nothing and leaves the thread's code alone; throws nothing, and where memory is exhausted
+/// tells less.
+[[nodiscard]] FILES_PDF_EXPORT std::vector<LossFound> losses(const Document& document) noexcept;
+
+/// Whether what is written would be no sound document any more: parts of the file were not read, or
+/// are ciphertext.
+[[nodiscard]] FILES_PDF_EXPORT bool isGrave(Loss kind) noexcept;
+
+/// A short English text for people: what is lost. Never null.
+[[nodiscard]] FILES_PDF_EXPORT const char* lossText(Loss kind) noexcept;
+
+} // namespace Libraries::Files::PDF::Tools

@@ -1,0 +1,77 @@
+#include "tools/page_count.h"
+
+#include <host/string.h>
+#include <pdf/tools/losses.h>
+
+#include <algorithm>
+#include <initializer_list>
+#include <new>
+
+namespace Libraries::Files::PDF::Tools {
+
+using namespace Host::Literals;
+
+namespace {
+
+std::uint64_t entries(const Document& document,
+                      std::initializer_list<Ref<Host::String>> keys) noexcept {
+    const Ref<Dictionary> trailer = document.trailer();
+    return static_cast<std::uint64_t>(std::ranges::count_if(
+        keys, [&](const Ref<Host::String>& key) { return trailer && trailer->find(key); }));
+}
+
+LossCount count(const Document& document, Loss kind) noexcept {
+    switch (kind) {
+    case Loss::Revisions:
+        return {entries(document, {"Prev"_str, "XRefStm"_str}), 0};
+    case Loss::Encryption:
+        return {entries(document, {"Encrypt"_str}), 0};
+    case Loss::PageTree:
+        return {countPages(document) ? 0U : 1U, 0};
+    case Loss::Fractions:
+    case Loss::Signs:
+        if (document.faithfulNumbers()) return {};
+        [[fallthrough]];
+    default:
+        return document.metOnReading(kind);
+    }
+}
+
+} // namespace
+
+std::vector<LossFound> losses(const Document& document) noexcept {
+    const std::uint32_t code = Host::Error::get();
+    std::vector<LossFound> found;
+    try {
+        for (std::uint32_t number = 0; number < lossKinds; ++number) {
+            const auto kind = static_cast<Loss>(number);
+            const LossCount met = count(document, kind);
+            if (met.count != 0) found.push_back({kind, met.count, met.firstObject});
+        }
+    } catch (const std::bad_alloc&) {
+    }
+    Host::Error::set(code);
+    return found;
+}
+
+bool isGrave(Loss kind) noexcept {
+    return kind <= Loss::PageTree;
+}
+
+const char* lossText(Loss kind) noexcept {
+    static constexpr const char* texts[lossKinds] = {
+        "earlier revisions of the file are lost",
+        "further parts of the cross-reference table, and their objects, are lost",
+        "the file is encrypted, and cannot be decrypted any more",
+        "the page tree leads nowhere",
+        "object numbers are missing, so that the table will not be true",
+        "fractions lose the zeros that they begin with",
+        "numbers between -1 and 0 lose their sign",
+        "entries with the key of a later one are lost",
+        "texts with a backslash change, or cannot be read again",
+        "texts lose bytes that stand for no character"};
+    const auto number = static_cast<std::uint32_t>(kind);
+    return number < lossKinds ? texts[number] : "unknown loss";
+}
+
+} // namespace Libraries::Files::PDF::Tools

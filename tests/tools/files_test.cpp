@@ -1,0 +1,153 @@
+#include "support/testing.h"
+
+#include <host/files.h>
+#include <pdf/tools/files.h>
+#include <pdf/tools/losses.h>
+
+#include <filesystem>
+#include <fstream>
+
+namespace {
+
+using namespace Testing;
+using namespace Libraries::Files::PDF;
+
+/// "kind count first;" for each kind of loss.
+std::string lossesOf(const Document& document) {
+    std::string all;
+    Host::Error::set(77);
+    for (const auto& [kind, count, first] : Tools::losses(document))
+        all += std::to_string(static_cast<int>(kind)) + " " + std::to_string(count) + " " +
+               std::to_string(first) + ";";
+    EXPECT_EQ(Host::Error::get(), 77U) << "the code is left alone";
+    return all;
+}
+
+/// A small document with one more object, or another trailer.
+DocumentBuilder with(std::string_view body, std::string_view trailer = "/Root 1 0 R") {
+    return DocumentBuilder::minimal().object(5, body).trailer(trailer);
+}
+
+TEST(Losses, AreCountedByKind) {
+    const DocumentBuilder minimal = DocumentBuilder::minimal();
+    std::string subsections = minimal.bytes();
+    subsections.replace(subsections.find("xref\n0 5\n"), 9, "xref\n0 4\n");
+    const struct {
+        const char* name;
+        std::string file, losses;
+    } rows[] = {
+        {"none", minimal.bytes(), ""},
+        {"numbers that stay what they are",
+         with("[1.0 +5 -1.5 007 .5 5. -0 -0.0 1.50 0.10]").bytes(), ""},
+        {"fractions", with("[1.05 /A << /B .001 >> -7.0009]").bytes(), "5 3 5;"},
+        {"signs", with("[-0.5 -.5 -0.05 -1.5]").bytes(), "5 1 5;6 3 5;"},
+        {"equal keys", with("<< /A 1 /A 2 /B 1 /A 3 >>").bytes(), "7 2 5;"},
+        {"backslashes", with("[(a\\134b) (a\\\\n) (a\\n)]").bytes(), "8 2 5;"},
+        {"characters", with("[(\x81\x8D) (\\201) (\\000) <81>]").bytes(), "9 2 5;"},
+        {"revisions", with("1", "/Root 1 0 R /Prev 9 /XRefStm 1").bytes(), "0 2 0;"},
+        {"encryption", with("1", "/Root 1 0 R /Encrypt 5 0 R").bytes(), "2 1 0;"},
+        {"subsections", subsections, "1 1 0;"},
+        {"no pages", with("1", "/Root 5 0 R").bytes(), "3 1 0;"},
+        {"gap", DocumentBuilder::minimal().object(6, "1").object(8, "1").bytes(), "4 2 6;"},
+        {"trailer", with("1", "/Root 1 0 R /A 1.05").bytes(), "5 1 0;"},
+    };
+    for (const auto& row : rows) {
+        const auto document = Testing::open(row.file);
+        ASSERT_TRUE(document) << row.name;
+        EXPECT_EQ(lossesOf(*document), row.losses) << row.name;
+        document->faithfulNumbers(true);
+        const bool numbers = row.losses.starts_with("5") || row.losses.starts_with("6");
+        EXPECT_EQ(lossesOf(*document), numbers ? "" : row.losses) << row.name;
+    }
+    EXPECT_STREQ(Tools::lossText(static_cast<Loss>(lossKinds)), "unknown loss");
+}
+
+TEST(FaithfulNumbers, AreWrittenAsTheyWereRead) {
+    const std::string numbers = "[ 1.05 -0.5 +5 007 .5 5. -0 1.0 [ -.5 ] << /K 00.10 >> 1.50 7 ]";
+    const std::string parts = "[ 1.5 0.5 5 7 0.5 5 0 1 [ 0.5 ] << /K 0.10 >> 1.50 7 ]";
+    const auto file = DocumentBuilder::minimal()
+                          .object(5, numbers)
+                          .object(6, "-0.5 ")
+                          .trailer("/N 1.05 /Root 1 0 R")
+                          .bytes();
+    for (const bool touched : {false, true}) {
+        const auto document = Testing::open(file);
+        const auto array = touched ? castTo<Array>(valueOf(*document, 5)) : nullptr;
+        for (const bool faithful : {false, true, false}) {
+            document->faithfulNumbers(faithful);
+            EXPECT_EQ(document->faithfulNumbers(), faithful);
+            const std::string written = Testing::write(*document);
+            EXPECT_NE(written.find("5 0 obj\n" + (faithful ? numbers : parts) + "\n"),
+                      std::string::npos)
+                << written;
+            EXPECT_NE(written.find(faithful ? "6 0 obj\n-0.5\n" : "6 0 obj\n0.5\n"),
+                      std::string::npos);
+            EXPECT_NE(written.find(faithful ? "/N 1.05" : "/N 1.5"), std::string::npos);
+        }
+        EXPECT_FALSE(document->changed());
+        if (!touched) continue;
+        EXPECT_EQ(textOf(array->get(0)), "1.5");
+        EXPECT_TRUE(array->get(0)->equal(number(1, 5)));
+        EXPECT_EQ(castTo<Number>(array->get(1))->spelling()->utf8(), "-0.5");
+        EXPECT_FALSE(castTo<Number>(array->get(10))->spelling());
+    }
+}
+
+TEST(FaithfulNumbers, AreKeptByCopiesButNotByALengthThatChanges) {
+    const auto foreign = Testing::open(
+        DocumentBuilder::minimal()
+            .object(3,
+                    "<< /Type /Page /Parent 2 0 R /Contents 4 0 R /Resources << /ExtGState << /G "
+                    "<< /LW 1.05 >> >> >> >>")
+            .object(4, "<< /Length 012 >>\nstream\n0 0 9 9 re f\nendstream")
+            .bytes());
+    const auto document = Testing::open(DocumentBuilder::minimal().bytes());
+    document->faithfulNumbers(true);
+    ASSERT_TRUE(document->addBackground(foreign, 0));
+    EXPECT_NE(Testing::write(*document).find("/LW 1.05"), std::string::npos);
+    foreign->faithfulNumbers(true);
+    EXPECT_NE(Testing::write(*foreign).find("/Length 012 "), std::string::npos);
+    ASSERT_TRUE(foreign->setCompression(Compression::FlateDecode));
+    EXPECT_EQ(Testing::write(*foreign).find("/Length 012 "), std::string::npos);
+}
+
+TEST(Saving, LooksBeforeItReplaces) {
+    using Tools::Saved;
+    const std::string path = testing::TempDir() + "files-saved.pdf";
+    const std::string sound = DocumentBuilder::minimal().bytes();
+    const std::string gap = DocumentBuilder::minimal().object(6, "1").bytes();
+    const std::string encrypted = with("1", "/Root 1 0 R /Encrypt 5 0 R").bytes();
+    const std::string former = "former";
+    const struct {
+        const char* name;
+        std::string file;
+        Tools::SaveOptions options;
+        Saved saved;
+        std::uint32_t code;
+    } rows[] = {
+        {"sound", sound, {}, Saved::Done, Host::NoError},
+        {"gap", gap, {}, Saved::Unreadable, ObjectUnreadable},
+        {"gap, forced", gap, {true, true}, Saved::Unreadable, ObjectUnreadable},
+        {"gap, not looked at", gap, {false, false}, Saved::Done, Host::NoError},
+        {"encrypted", encrypted, {}, Saved::Unsound, ResultUnsound},
+        {"encrypted, forced", encrypted, {true, true}, Saved::Done, Host::NoError},
+        {"encrypted, not looked at", encrypted, {false, false}, Saved::Done, Host::NoError},
+    };
+    for (const auto& row : rows) {
+        std::ofstream(path, std::ios::binary | std::ios::trunc) << former;
+        const auto document = Testing::open(row.file);
+        Host::Error::set(Host::NoError);
+        EXPECT_EQ(Tools::save(*document, path, row.options), row.saved) << row.name;
+        EXPECT_EQ(Host::Error::get(), row.code) << row.name;
+        std::ifstream file(path, std::ios::binary);
+        const std::string held{std::istreambuf_iterator<char>(file), {}};
+        EXPECT_EQ(held, row.saved == Saved::Done ? Testing::write(*document) : former) << row.name;
+    }
+    const auto document = Testing::open(sound);
+    EXPECT_EQ(Tools::save(*document, testing::TempDir() + "no folder/f.pdf"), Saved::Failed);
+    EXPECT_EQ(Host::Error::get(), Host::FileNotOpened);
+    std::filesystem::remove(path);
+    expectFailure(Tools::open(path), Host::FileNotOpened);
+}
+
+} // namespace
