@@ -9,9 +9,11 @@
 #include <host/stream.h>
 #include <pdf/errors.h>
 #include <pdf/form.h>
+#include <pdf/tools/files.h>
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <set>
 
 using namespace Libraries::Files::PDF;
@@ -116,6 +118,15 @@ const Operation operations[] = {
     {"write",
      [](Subject& subject) { return subject.document->write(subject.target); },
      {VersionNotWritten, ObjectNotWritten, TrailerNotWritten, OutOfMemory}},
+    {"save",
+     [](Subject& subject) {
+         const char* const path = "files-fault.pdf"; // in the folder that tests run in
+         const bool saved = Tools::save(*subject.document, path) == Tools::Saved::Done;
+         std::remove(path);
+         return saved;
+     },
+     {VersionNotWritten, ObjectNotWritten, TrailerNotWritten, Host::FileNotOpened,
+      Host::FileNotWritten, ResultUnsound, OutOfMemory}},
     {"write a stream",
      [](Subject& subject) {
          return subject.document->writeStreamData(subject.stream, subject.target, false) == 1;

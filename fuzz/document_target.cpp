@@ -6,6 +6,8 @@
 #include "target.h"
 #include "walk.h"
 
+#include <pdf/tools/losses.h>
+
 using namespace Libraries::Files::PDF;
 using Fuzzing::claim;
 using Fuzzing::Rewriting;
@@ -32,6 +34,23 @@ void openAgain(const std::string& bytes, Rewriting expected) {
     claim(second.bytes == bytes, "the second writing gives the bytes of the first");
 }
 
+/// Numbers as they were read: what comes back loses nothing that a writer can keep.
+void rewriteFaithfully(Document& document) {
+    document.faithfulNumbers(true);
+    const Fuzzing::Written first = Fuzzing::write(document);
+    const auto again = Document::create(Fuzzing::stripeOf(Fuzzing::bytesOf(first.bytes)));
+    claim(again != nullptr, "a faithful rewrite opens");
+    again->faithfulNumbers(true);
+    for (const Tools::LossFound& loss : Tools::losses(*again)) {
+        claim(loss.kind != Loss::Fractions && loss.kind != Loss::Signs, "numbers are no loss");
+        claim(loss.kind != Loss::EqualKeys, "keys come once");
+        claim(loss.kind != Loss::Characters, "what is no character was lost before");
+        claim(loss.kind != Loss::Gaps && loss.kind != Loss::Subsections, "the table is whole");
+    }
+    claim(Fuzzing::write(*again).bytes == first.bytes, "the second one gives the same bytes");
+    document.faithfulNumbers(false);
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -45,6 +64,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const Rewriting expected = Fuzzing::expectedOf(*document);
     claim(first.complete == (expected != Rewriting::Refused), "a writable document is written");
     if (first.complete) openAgain(first.bytes, expected);
+    if (expected == Rewriting::Kept) rewriteFaithfully(*document);
 
     claim(document->cacheStreamData(), "streams can be cached");
     const Fuzzing::Written cached = Fuzzing::write(*document);

@@ -5,6 +5,7 @@
 #   usage       arguments that are wrong
 #   errors      input that does not open, output that cannot be made
 #   verify      a document whose rewrite does not open
+#   losses      documents that do not come through a rewrite as they were
 
 # document NAME OBJECTS ENTRIES writes a file of those objects, lines of "ID VALUE", with a table
 # of those entries, lines of "ID KIND".
@@ -168,4 +169,29 @@ test_verify() {
     status 0 "$programs/rewrite" --no-verify "$work/gap.pdf" "$work/target.pdf"
     status 1 "$programs/inspect" "$work/target.pdf"
     reports 1287 507
+}
+
+test_losses() {
+    # What would be no sound document is refused, unless it is forced or nobody asks.
+    for name in incremental-update two-subsections; do
+        echo mine >"$work/target.pdf"
+        status 3 "$programs/rewrite" "$samples/modern/$name.pdf" "$work/target.pdf"
+        reports 34080 8520
+        grep -q '^warning: the page tree leads nowhere: 1$' "$work/err" || fail "$name: $(cat "$work/err")"
+        [ "$(cat "$work/target.pdf")" = mine ] || fail "$name: the target was written"
+        status 0 "$programs/rewrite" --force "$samples/modern/$name.pdf" "$work/target.pdf"
+        grep -q '^warning: ' "$work/err" || fail "$name: forced, and not a word"
+        status 0 "$programs/rewrite" --no-verify "$samples/modern/$name.pdf" "$work/target.pdf"
+        [ ! -s "$work/err" ] || fail "$name: $(cat "$work/err")"
+    done
+    # Numbers go their way, and are told, or stay as they were read.
+    status 0 "$programs/rewrite" "$samples/browser-print.pdf" "$work/parts.pdf"
+    [ "$(cat "$work/err")" = 'warning: fractions lose the zeros that they begin with: 11, first in object 41' ] ||
+        fail "$(cat "$work/err")"
+    status 0 "$programs/rewrite" --faithful "$samples/browser-print.pdf" "$work/faithful.pdf"
+    [ ! -s "$work/err" ] || fail "faithful: $(cat "$work/err")"
+    "$programs/rewrite" "$work/faithful.pdf" "$work/again.pdf" 2>"$work/err"
+    same "$work/parts.pdf" "$work/again.pdf"
+    status 0 "$programs/rewrite" --faithful "$work/faithful.pdf" "$work/again.pdf"
+    same "$work/faithful.pdf" "$work/again.pdf"
 }

@@ -74,7 +74,7 @@ test_unfit() {
 2 usage:
 2 usage: name0
 2 usage: =x
-2 usage: --force name0=x
+2 usage: --forced name0=x
 1 error.34819 name9=x
 1 error.34819 name0=x r0.2=v1
 1 error.33862 r0=
