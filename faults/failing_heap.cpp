@@ -10,7 +10,7 @@ struct libdeflate_compressor;
 
 namespace {
 
-using Testing::FailingHeap;
+using Support::FailingHeap;
 
 std::int64_t pieces = 0;
 std::uint64_t left = 0; // allocations up to the one that fails, itself included

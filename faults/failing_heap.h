@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-namespace Testing {
+namespace Support {
 
 /// Counts the allocations of the whole program, and makes chosen ones fail: for one thread.
 class FailingHeap final {
@@ -17,4 +17,4 @@ public:
     [[nodiscard]] static std::int64_t live() noexcept;
 };
 
-} // namespace Testing
+} // namespace Support

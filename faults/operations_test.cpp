@@ -21,21 +21,21 @@ using namespace Host::Literals;
 
 namespace {
 
-using Testing::FailingHeap;
-using Testing::FailingStripe;
+using Support::FailingHeap;
+using Support::FailingStripe;
 
 class Nowhere final : public Host::LogPrinter {
     void print(std::uint32_t, Host::LogLevel, std::string_view) noexcept override {}
 };
 
 std::string sampleBytes(std::string_view content) {
-    return Testing::DocumentBuilder()
+    return Support::DocumentBuilder()
         .object(1, "<< /Type /Catalog /Pages 2 0 R /AcroForm 8 0 R >>")
         .object(2, "<< /Type /Pages /Kids [ 3 0 R 4 0 R ] /Count 2 >>")
         .object(3, "<< /Type /Page /Parent 2 0 R /Contents 5 0 R /Resources << /Font << /F1 7 0 R "
                    ">> /ProcSet [ /PDF /Text ] >> >>")
         .object(4, "<< /Type /Page /Parent 2 0 R /Contents [ 5 0 R 6 0 R ] >>")
-        .stream(5, "/Filter /FlateDecode ", Testing::deflated(content))
+        .stream(5, "/Filter /FlateDecode ", Support::deflated(content))
         .stream(6, "", std::string(70000, 'q'))
         .object(7, "<< /Type /Font /BaseFont /Helvetica /W [ 1 -2.5 true null ] /Id <00FE> >>")
         .object(8, "<< /Fields [ 9 0 R ] /DA (/F1 0 Tf) >>")
@@ -43,14 +43,14 @@ std::string sampleBytes(std::string_view content) {
         .object(10, "<< /FT /Tx /T (name) /V (old) /MaxLen 9 /Parent 9 0 R >>")
         .object(11, "<< /FT /Btn /T (check) /V /Off /Parent 9 0 R >>")
         // A second stream of each kind, so that there is something to undo.
-        .stream(12, "/Filter /FlateDecode ", Testing::deflated("q Q q Q"))
+        .stream(12, "/Filter /FlateDecode ", Support::deflated("q Q q Q"))
         .stream(13, "", "n")
         .bytes();
 }
 
 /// A document under test and what an operation made of it.
 struct Subject {
-    Ref<Interfaces::Stripe> source = Testing::stripeOf(sampleBytes("0 0 99 99 re f"));
+    Ref<Interfaces::Stripe> source = Support::stripeOf(sampleBytes("0 0 99 99 re f"));
     Ref<FailingStripe> failing = Host::make<FailingStripe>(source);
     Ref<Document> document;
     Ref<Document> foreign;
@@ -61,8 +61,8 @@ struct Subject {
 
     void open() {
         document = Document::create(source);
-        foreign = Testing::open(sampleBytes("q Q"));
-        stream = Testing::streamOf(*document, 5);
+        foreign = Support::open(sampleBytes("q Q"));
+        stream = Support::streamOf(*document, 5);
     }
 };
 
@@ -141,7 +141,7 @@ const Operation operations[] = {
 std::string contentsOfPages(const Document& document) {
     std::string all;
     for (const auto& page : document.getPages())
-        all += Testing::textOf(page->valueAsDictionary()->find("Contents"_str)) + '\n';
+        all += Support::textOf(page->valueAsDictionary()->find("Contents"_str)) + '\n';
     return all;
 }
 
@@ -159,8 +159,8 @@ Expected expectedOf(const Operation& operation) {
     Subject after;
     after.open();
     EXPECT_TRUE(operation.run(after));
-    return {contentsOfPages(*before.document), Testing::write(*before.document),
-            Testing::write(*after.document), Testing::contentsOf(after.result)};
+    return {contentsOfPages(*before.document), Support::write(*before.document),
+            Support::write(*after.document), Support::contentsOf(after.result)};
 }
 
 void expectUsable(const Operation& operation, const Expected& expected, Subject& subject,
@@ -169,14 +169,14 @@ void expectUsable(const Operation& operation, const Expected& expected, Subject&
         EXPECT_EQ(operation.run, opened);
         EXPECT_FALSE(done);
     } else if (done || operation.allOrNothing) {
-        EXPECT_EQ(Testing::write(*subject.document), done ? expected.after : expected.before);
+        EXPECT_EQ(Support::write(*subject.document), done ? expected.after : expected.before);
     } else {
         EXPECT_EQ(contentsOfPages(*subject.document), expected.contents);
-        EXPECT_TRUE(Testing::open(Testing::write(*subject.document)));
+        EXPECT_TRUE(Support::open(Support::write(*subject.document)));
     }
     if (done || !operation.allOrNothing) return;
     EXPECT_TRUE(operation.run(subject)) << "once there is memory again";
-    EXPECT_EQ(Testing::write(*subject.document), expected.after);
+    EXPECT_EQ(Support::write(*subject.document), expected.after);
 }
 
 /// One run with a fault; false when the operation is over before it. `stop` says which it was.
@@ -193,7 +193,7 @@ bool survives(const Operation& operation, const Expected& expected, Subject& sub
         << "a failure has one of its codes: " << code;
     EXPECT_TRUE(done || faulty) << "without a fault it succeeds";
     if (done) {
-        EXPECT_EQ(Testing::contentsOf(subject.result), expected.result);
+        EXPECT_EQ(Support::contentsOf(subject.result), expected.result);
     }
     subject.result = subject.target = Host::MemoryStripe::create();
     expectUsable(operation, expected, subject, done);
@@ -297,7 +297,7 @@ TEST(Faults, WhatTheHostMakesSaysThatMemoryIsExhausted) {
 }
 
 TEST(Lookups, AllocateNothing) {
-    const Ref<Document> document = Testing::open(sampleBytes("q Q"));
+    const Ref<Document> document = Support::open(sampleBytes("q Q"));
     const Ref<Dictionary> catalog = document->getCatalog()->valueAsDictionary();
     const Ref<Array> kids =
         document->getPageCatalog()->valueAsDictionary()->findAsArray("Kids"_str);

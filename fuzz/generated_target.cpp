@@ -19,7 +19,7 @@ namespace {
 
 using Fuzzing::claim;
 using Libraries::Strings::Encodings::ANSI::Windows_1252;
-using Testing::DocumentBuilder;
+using Support::DocumentBuilder;
 
 /// A value and one of the ways to spell it.
 struct Spelt {
@@ -154,23 +154,23 @@ void checkValues(unsigned seed) {
     std::string bytes = builder.bytes();
     std::string former;
     for (int round = 0; round < 2; ++round) {
-        const auto document = Testing::open(bytes);
+        const auto document = Support::open(bytes);
         claim(document != nullptr, "a generated document opens, and so does its rewrite");
         for (std::uint32_t id = 1; id <= values.size(); ++id) {
-            const Ref<Value> loaded = Testing::valueOf(*document, id);
+            const Ref<Value> loaded = Support::valueOf(*document, id);
             claim(loaded && loaded->equal(values[id - 1].value), "values are as they were spelt");
         }
-        former = std::exchange(bytes, Testing::write(*document));
+        former = std::exchange(bytes, Support::write(*document));
     }
     claim(bytes == former, "the second writing gives the bytes of the first");
 }
 
 std::vector<std::string> decodedStreams(const std::string& bytes, std::size_t count) {
     std::vector<std::string> all;
-    const auto document = Testing::open(bytes);
+    const auto document = Support::open(bytes);
     for (std::uint32_t id = 1; document && id <= count; ++id) {
         all.push_back(
-            Testing::contentsOf(document->readStreamData(Testing::streamOf(*document, id), true)));
+            Support::contentsOf(document->readStreamData(Support::streamOf(*document, id), true)));
     }
     return all;
 }
@@ -184,18 +184,18 @@ void checkRecompressing(unsigned seed) {
         const bool flate = generator.below(2) == 0;
         builder.stream(static_cast<std::uint32_t>(data.size()),
                        flate ? "/Filter /FlateDecode " : "",
-                       flate ? Testing::deflated(data.back()) : data.back());
+                       flate ? Support::deflated(data.back()) : data.back());
     }
     const bool corrupt = generator.below(4) == 0;
     const auto broken = static_cast<std::uint32_t>(data.size() + 1);
     if (corrupt) builder.stream(broken, "/Filter /FlateDecode ", "no zlib data");
-    const auto document = Testing::open(builder.bytes());
-    std::string former = Testing::write(*document);
+    const auto document = Support::open(builder.bytes());
+    std::string former = Support::write(*document);
     bool changed = false;
     for (const Compression target :
          {Compression::FlateDecode, Compression::None, Compression::FlateDecode}) {
         const bool done = document->setCompression(target);
-        const std::string written = Testing::write(*document);
+        const std::string written = Support::write(*document);
         if (done) {
             claim(decodedStreams(written, data.size()) == data, "the data is kept");
         } else {

@@ -6,7 +6,7 @@ namespace {
 
 using namespace Libraries::Files::PDF;
 using namespace Host::Literals;
-using namespace Testing;
+using namespace Support;
 
 /// `count` pages from object 3 on, each with the content "PREFIX INDEX" in the object behind it and
 /// a font of that prefix.

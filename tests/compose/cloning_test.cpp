@@ -7,7 +7,7 @@
 namespace {
 
 using namespace Libraries::Files::PDF;
-using namespace Testing;
+using namespace Support;
 
 /// A document to copy into: objects 1 to 4, so that copies are numbered from 5 on.
 struct Target {

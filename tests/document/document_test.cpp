@@ -4,7 +4,7 @@
 namespace {
 
 using namespace Libraries::Files::PDF;
-using namespace Testing;
+using namespace Support;
 using Identity = std::pair<std::uint32_t, std::uint16_t>;
 
 TEST(Navigation, ExplainsWhatIsWrongWithThePageTree) {
@@ -38,7 +38,7 @@ TEST(Navigation, ExplainsWhatIsWrongWithThePageTree) {
             builder.trailer(replacement);
         else
             builder.object(part == Root ? 1 : 2, replacement);
-        const auto document = Testing::open(builder.bytes());
+        const auto document = Support::open(builder.bytes());
         ASSERT_TRUE(document) << message;
         const RecordingLog log;
         const bool found = step == Catalog ? bool(document->getCatalog())
@@ -52,12 +52,12 @@ TEST(Navigation, ExplainsWhatIsWrongWithThePageTree) {
 }
 
 TEST(Navigation, FollowsOneReferenceToADictionary) {
-    const auto document = Testing::open(DocumentBuilder::minimal()
+    const auto document = Support::open(DocumentBuilder::minimal()
                                             .object(5, "[5 0 R 1 0 R 9 0 R 6 0 R << /B 2 >> (s)]")
                                             .stream(6, "", "x")
                                             .bytes());
     ASSERT_TRUE(document);
-    const Ref<Array> values = castTo<Array>(Testing::valueOf(*document, 5));
+    const Ref<Array> values = castTo<Array>(Support::valueOf(*document, 5));
     const std::string rows[] = {
         failure(ObjectUnreadable, "Invalid object type 8h (8)\n"),
         "<< Pages -> 2 (0) Type -> Catalog >>",

@@ -6,7 +6,7 @@ namespace {
 
 using namespace Libraries::Files::PDF;
 using namespace Host::Literals;
-using namespace Testing;
+using namespace Support;
 
 constexpr std::uint32_t untouched = 4711;
 

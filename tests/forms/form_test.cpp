@@ -8,7 +8,7 @@ namespace {
 
 using namespace Libraries::Files::PDF;
 using namespace Host::Literals;
-using namespace Testing;
+using namespace Support;
 using Kids = std::vector<std::uint32_t>;
 using KidsOf = std::function<Kids(std::uint32_t id)>;
 
@@ -161,15 +161,15 @@ TEST(Form, ReadsItsOwnEntriesWheneverAsked) {
 
 /// A document of five objects and `count` fields, of which the form lists the first, number 6.
 Ref<Document> treeOf(std::uint32_t count, const KidsOf& kidsOf) {
-    const auto document = Testing::open(Testing::formFile("<< /Fields [ 6 0 R ] >>", {}));
+    const auto document = Support::open(Support::formFile("<< /Fields [ 6 0 R ] >>", {}));
     auto& objects = dynamic_cast<DocumentObj&>(*document).state().objects;
     const auto label = makeOrThrow<StringObj>("f"_str);
     for (std::uint32_t id = 6; id < 6 + count; ++id) {
         const auto kids = makeOrThrow<ArrayObj>();
         for (const std::uint32_t kid : kidsOf(id))
-            kids->add(Testing::reference(kid, 0));
+            kids->add(Support::reference(kid, 0));
         const auto field =
-            Testing::dictionary({{"FT", Testing::name("Tx")}, {"T", label}, {"Kids", kids}});
+            Support::dictionary({{"FT", Support::name("Tx")}, {"T", label}, {"Kids", kids}});
         objects.append(id, 0, field);
     }
     return document;
@@ -205,14 +205,14 @@ TEST(HostileTree, HasAtMostFourFieldsForEachObject) {
     for (const auto& [name, count, kidsOf, messages] : rows) {
         SCOPED_TRACE(name);
         const auto document = treeOf(count, kidsOf);
-        Testing::RecordingLog log;
+        Support::RecordingLog log;
         Host::Error::set(untouched);
         const auto form = document->form();
         ASSERT_TRUE(form);
         const bool refused = messages != 0;
         EXPECT_EQ(Host::Error::get(), refused ? std::uint32_t{FormIncomplete} : untouched);
         EXPECT_EQ(form->fieldCount(), refused ? 0U : 1U);
-        EXPECT_EQ(std::ranges::count(Testing::formMessages(log), '\n'), messages);
+        EXPECT_EQ(std::ranges::count(Support::formMessages(log), '\n'), messages);
     }
 }
 

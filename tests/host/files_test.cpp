@@ -26,7 +26,7 @@ using Adapters::Stripe::ElementSize;
 using Host::FileSource;
 using Host::FileTarget;
 using Host::MemoryStripe;
-using namespace Testing;
+using namespace Support;
 using namespace std::string_literals;
 namespace fs = std::filesystem;
 
@@ -74,8 +74,8 @@ protected:
     }
 
     std::string folder;
-    Bytes data = Testing::noise(900'000);
-    Bytes former = Testing::bytesOf("former");
+    Bytes data = Support::noise(900'000);
+    Bytes former = Support::bytesOf("former");
 };
 
 TEST_F(Files, AreReadInAnyOrder) {
@@ -117,7 +117,7 @@ TEST_F(Files, AreNotReadOnceTheyHaveChanged) {
             write(data);
             const auto source = FileSource::open(path("f"));
             change(path("f"));
-            const Testing::RecordingLog log;
+            const Support::RecordingLog log;
             Host::Error::set(Host::NoError);
             const Bytes all = readAll(*source, block);
             EXPECT_TRUE(all == (fails ? Bytes() : data)) << name << block;
@@ -294,7 +294,7 @@ TEST(MemoryStripe, ReplacesThenGrowsAndStaysWithinItsEnd) {
 }
 
 TEST(ElementSize, PresentsBytesAsElementsAndBack) {
-    const Bytes data = Testing::noise(3000);
+    const Bytes data = Support::noise(3000);
     const auto memory = MemoryStripe::create();
     const auto bytes = ElementSize::create(memory, 1);
     EXPECT_EQ(bytes->write(data.data(), data.size()), data.size());

@@ -15,7 +15,7 @@ namespace {
 using namespace std::literals;
 using Host::Cursor;
 using Host::String;
-using namespace Testing;
+using namespace Support;
 
 TEST(String, ReadsUtf8) {
     const std::tuple<const char*, std::string_view, std::u32string_view> rows[] = {

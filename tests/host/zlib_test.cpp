@@ -11,7 +11,7 @@ namespace {
 
 using Host::ZlibFilter;
 using Interfaces::BlockFilter;
-using Testing::Bytes;
+using Support::Bytes;
 using Sizes = std::pair<std::size_t, std::size_t>; // of the input and output blocks
 
 constexpr Sizes large{65536, 65536};
@@ -46,7 +46,7 @@ Bytes deflate(const Bytes& input, std::uint32_t level = 0, Sizes size = large) {
 }
 
 Bytes repetitive(std::size_t size) {
-    Bytes bytes = Testing::noise(size);
+    Bytes bytes = Support::noise(size);
     for (std::uint8_t& byte : bytes)
         byte = byte > 16 ? byte % 2 : byte;
     return bytes;
@@ -54,7 +54,7 @@ Bytes repetitive(std::size_t size) {
 
 TEST(Zlib, RoundTripsInBlocksOfAnySize) {
     for (const std::size_t size : {0U, 1U, 65535U, 65536U, 65537U}) {
-        for (const Bytes& data : {Testing::noise(size), repetitive(size), Bytes(size)}) {
+        for (const Bytes& data : {Support::noise(size), repetitive(size), Bytes(size)}) {
             for (const std::uint32_t level : {0U, 1U, 12U}) {
                 const Bytes packed = deflate(data, level, {size / 3 + 1, 333});
                 for (const Sizes& blocks : sizes)
@@ -84,7 +84,7 @@ TEST(Zlib, RefusesDamagedData) {
         {"last byte of the checksum", 13, {0x28}},
         {"distance beyond the start", 2, {0x4B, 0x04, 0x12, 0x00}}};
     for (const Sizes& blocks : sizes) {
-        EXPECT_EQ(inflate(stored, blocks), Testing::bytesOf("abc"));
+        EXPECT_EQ(inflate(stored, blocks), Support::bytesOf("abc"));
         EXPECT_EQ(inflate({}, blocks), Bytes());
         for (const auto& [name, offset, bytes] : rows) {
             Bytes damaged = stored;

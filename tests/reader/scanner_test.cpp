@@ -6,16 +6,16 @@ namespace {
 
 using namespace std::string_literals;
 using namespace Libraries::Files::PDF;
-using Testing::textOf;
+using Support::textOf;
 
 /// Reads an object's value: first in a window, then element by element, which must not differ.
 /// What comes out is the value's kind and text form, or the lines that were logged.
 std::string read(const std::string& text) {
     std::string results[2];
     for (const bool window : {true, false}) {
-        Ref<Interfaces::Stripe> source = Testing::stripeOf(text);
-        if (!window) source = Host::make<Testing::FailingStripe>(source);
-        const Testing::RecordingLog log;
+        Ref<Interfaces::Stripe> source = Support::stripeOf(text);
+        if (!window) source = Host::make<Support::FailingStripe>(source);
+        const Support::RecordingLog log;
         Host::Cursor cursor(*source);
         const Ref<Value> value = scanValue(cursor);
         const std::string lines = log.text();
@@ -88,9 +88,9 @@ TEST(Scanner, ReadsHexStringsAndNames) {
            "/ A => Failed to read identifer in object at 0h (0)",
            "[/] => Failed to read identifier in array at 1h (1)\n"
            "Failed to read array in object at 0h (0)"});
-    const auto source = Testing::stripeOf("[/A/B/A]");
+    const auto source = Support::stripeOf("[/A/B/A]");
     Host::Cursor cursor(*source);
-    const auto names = Testing::castTo<Array>(scanValue(cursor));
+    const auto names = Support::castTo<Array>(scanValue(cursor));
     EXPECT_EQ(names->get(0), names->get(2)) << "equal names share one object";
     const std::string longer(300, '4'); // than the first buffer
     EXPECT_EQ(read("<" + longer + ">"), "4 " + longer);

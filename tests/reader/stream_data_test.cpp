@@ -8,14 +8,14 @@
 
 namespace {
 
-using namespace Testing;
+using namespace Support;
 using namespace Libraries::Files::PDF;
 using Call = FailingStripe::Call;
 
 /// Object 5 is the last one, so that its data is followed by 10 bytes and the rest of the file.
 Ref<Document> openWith(const std::string& entries, const std::string& data) {
     const std::string body = "<< " + entries + " >>\nstream\n" + data + "\nendstream";
-    return Testing::open(
+    return Support::open(
         DocumentBuilder::minimal().object(6, "3").object(7, "<< /A 1 >>").object(5, body).bytes());
 }
 
@@ -67,7 +67,7 @@ TEST(StreamData, ReadsByLengthAndFilter) {
         EXPECT_TRUE(document->cacheStreamData()) << entries;
         const bool unwritable = result.starts_with("1292") || entries.ends_with("DCTDecode");
         EXPECT_EQ(Host::Error::get() == Host::NoError, !unwritable) << entries;
-        EXPECT_EQ(Testing::write(*document).empty(), unwritable) << entries;
+        EXPECT_EQ(Support::write(*document).empty(), unwritable) << entries;
     }
 }
 
@@ -77,9 +77,9 @@ TEST(StreamData, ReachesToTheLastByteOfTheSource) {
         return DocumentBuilder::minimal().object(4, body).bytes();
     };
     const std::string file = fileWith(100);
-    const std::uint64_t rest = file.size() - streamOf(*Testing::open(file), 4)->strmOfs();
+    const std::uint64_t rest = file.size() - streamOf(*Support::open(file), 4)->strmOfs();
     for (const std::uint64_t length : {rest - 1, rest, rest + 1}) {
-        const auto document = Testing::open(fileWith(length));
+        const auto document = Support::open(fileWith(length));
         const RecordingLog log;
         const auto data = document->readStreamData(streamOf(*document, 4), false);
         ASSERT_EQ(static_cast<bool>(data), length <= rest) << length;

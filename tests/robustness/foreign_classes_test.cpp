@@ -11,7 +11,7 @@ namespace {
 
 using namespace Libraries::Files::PDF;
 using namespace Host::Literals;
-using namespace Testing;
+using namespace Support;
 using Text = Ref<Host::String>;
 
 using Keys = Ref<Host::TVector<Text>>;

@@ -4,7 +4,7 @@
 namespace {
 
 using namespace Libraries::Files::PDF;
-using namespace Testing;
+using namespace Support;
 
 std::string repeated(std::string_view text, std::size_t times) {
     std::string all;
@@ -38,7 +38,7 @@ bool exercise(const Ref<Interfaces::Stripe>& source, const Ref<Interfaces::Strip
 }
 
 bool exercise(std::string_view bytes) {
-    return exercise(Testing::stripeOf(bytes), Host::MemoryStripe::create());
+    return exercise(Support::stripeOf(bytes), Host::MemoryStripe::create());
 }
 
 TEST(Hostile, BoundsNesting) {
@@ -93,7 +93,7 @@ TEST(Hostile, ObjectsWithinEachOtherAreReadInLinearTime) {
     const std::string offset = std::to_string(bytes.size());
     bytes += table + "trailer\n<< /Root 1 0 R >>\nstartxref\n" + offset + "\n%%EOF";
     const RecordingLog log;
-    const auto source = Host::make<FailingStripe>(Testing::stripeOf(bytes));
+    const auto source = Host::make<FailingStripe>(Support::stripeOf(bytes));
     EXPECT_FALSE(exercise(source, Host::MemoryStripe::create()));
     EXPECT_LT(source->calls(FailingStripe::Call::Read), bytes.size() * 10 + (1U << 20));
     EXPECT_TRUE(log.text().starts_with("Failed to read object at "));
@@ -101,7 +101,7 @@ TEST(Hostile, ObjectsWithinEachOtherAreReadInLinearTime) {
 
 TEST(Hostile, SurvivesEveryCutAndFlip) {
     const RecordingLog log;
-    const std::string letter = Testing::sample("letterhead.pdf");
+    const std::string letter = Support::sample("letterhead.pdf");
     ASSERT_TRUE(exercise(letter));
     std::size_t survivors = 0;
     for (std::size_t index = 0; index < letter.size(); ++index) {

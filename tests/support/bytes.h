@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-namespace Testing {
+namespace Support {
 
 using Bytes = std::vector<std::uint8_t>;
 
@@ -22,4 +22,4 @@ inline Bytes bytesOf(std::string_view text) {
     return {text.begin(), text.end()};
 }
 
-} // namespace Testing
+} // namespace Support

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <utility>
 
-namespace Testing {
+namespace Support {
 
 /// A stripe as an application makes it - no window, no byte forms - that can be made to fail. It
 /// counts its calls, so that a first, faultless run tells how many faults there are to inject.
@@ -65,4 +65,4 @@ private:
     Fault fault_ = Fault::Failed;
 };
 
-} // namespace Testing
+} // namespace Support

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-namespace Testing {
+namespace Support {
 
 /// While it exists, every message from Note up lands here instead of on standard error.
 class RecordingLog final : public Host::LogPrinter {
@@ -55,4 +55,4 @@ inline std::string formMessages(const RecordingLog& log) {
     return all;
 }
 
-} // namespace Testing
+} // namespace Support

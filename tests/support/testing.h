@@ -16,7 +16,7 @@
 
 #include <gtest/gtest.h>
 
-namespace Testing {
+namespace Support {
 
 /// Expects that an operation gave nothing and left this code, which goes.
 template <class Result>
@@ -40,4 +40,4 @@ std::string outcomeOf(Operation operation) {
     return operation() ? log.text() : failure(Host::Error::get(), log.text());
 }
 
-} // namespace Testing
+} // namespace Support

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-namespace Testing {
+namespace Support {
 
 namespace PDF = Libraries::Files::PDF;
 using AnyValue = Host::Ref<PDF::Value>;
@@ -77,4 +77,4 @@ inline AnyValue foreign(std::uint32_t type) {
     return Host::makeOrThrow<Foreign<PDF::Value>>(static_cast<PDF::Value::Type>(type));
 }
 
-} // namespace Testing
+} // namespace Support

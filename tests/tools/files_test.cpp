@@ -9,7 +9,7 @@
 
 namespace {
 
-using namespace Testing;
+using namespace Support;
 using namespace Libraries::Files::PDF;
 
 /// "kind count first;" for each kind of loss.
@@ -52,7 +52,7 @@ TEST(Losses, AreCountedByKind) {
         {"trailer", with("1", "/Root 1 0 R /A 1.05").bytes(), "5 1 0;"},
     };
     for (const auto& row : rows) {
-        const auto document = Testing::open(row.file);
+        const auto document = Support::open(row.file);
         ASSERT_TRUE(document) << row.name;
         EXPECT_EQ(lossesOf(*document), row.losses) << row.name;
         document->faithfulNumbers(true);
@@ -71,12 +71,12 @@ TEST(FaithfulNumbers, AreWrittenAsTheyWereRead) {
                           .trailer("/N 1.05 /Root 1 0 R")
                           .bytes();
     for (const bool touched : {false, true}) {
-        const auto document = Testing::open(file);
+        const auto document = Support::open(file);
         const auto array = touched ? castTo<Array>(valueOf(*document, 5)) : nullptr;
         for (const bool faithful : {false, true, false}) {
             document->faithfulNumbers(faithful);
             EXPECT_EQ(document->faithfulNumbers(), faithful);
-            const std::string written = Testing::write(*document);
+            const std::string written = Support::write(*document);
             EXPECT_NE(written.find("5 0 obj\n" + (faithful ? numbers : parts) + "\n"),
                       std::string::npos)
                 << written;
@@ -94,21 +94,21 @@ TEST(FaithfulNumbers, AreWrittenAsTheyWereRead) {
 }
 
 TEST(FaithfulNumbers, AreKeptByCopiesButNotByALengthThatChanges) {
-    const auto foreign = Testing::open(
+    const auto foreign = Support::open(
         DocumentBuilder::minimal()
             .object(3,
                     "<< /Type /Page /Parent 2 0 R /Contents 4 0 R /Resources << /ExtGState << /G "
                     "<< /LW 1.05 >> >> >> >>")
             .object(4, "<< /Length 012 >>\nstream\n0 0 9 9 re f\nendstream")
             .bytes());
-    const auto document = Testing::open(DocumentBuilder::minimal().bytes());
+    const auto document = Support::open(DocumentBuilder::minimal().bytes());
     document->faithfulNumbers(true);
     ASSERT_TRUE(document->addBackground(foreign, 0));
-    EXPECT_NE(Testing::write(*document).find("/LW 1.05"), std::string::npos);
+    EXPECT_NE(Support::write(*document).find("/LW 1.05"), std::string::npos);
     foreign->faithfulNumbers(true);
-    EXPECT_NE(Testing::write(*foreign).find("/Length 012 "), std::string::npos);
+    EXPECT_NE(Support::write(*foreign).find("/Length 012 "), std::string::npos);
     ASSERT_TRUE(foreign->setCompression(Compression::FlateDecode));
-    EXPECT_EQ(Testing::write(*foreign).find("/Length 012 "), std::string::npos);
+    EXPECT_EQ(Support::write(*foreign).find("/Length 012 "), std::string::npos);
 }
 
 TEST(Saving, LooksBeforeItReplaces) {
@@ -134,16 +134,17 @@ TEST(Saving, LooksBeforeItReplaces) {
         {"encrypted, not looked at", encrypted, {false, false}, Saved::Done, Host::NoError},
     };
     for (const auto& row : rows) {
+        const RecordingLog log;
         std::ofstream(path, std::ios::binary | std::ios::trunc) << former;
-        const auto document = Testing::open(row.file);
+        const auto document = Support::open(row.file);
         Host::Error::set(Host::NoError);
         EXPECT_EQ(Tools::save(*document, path, row.options), row.saved) << row.name;
         EXPECT_EQ(Host::Error::get(), row.code) << row.name;
         std::ifstream file(path, std::ios::binary);
         const std::string held{std::istreambuf_iterator<char>(file), {}};
-        EXPECT_EQ(held, row.saved == Saved::Done ? Testing::write(*document) : former) << row.name;
+        EXPECT_EQ(held, row.saved == Saved::Done ? Support::write(*document) : former) << row.name;
     }
-    const auto document = Testing::open(sound);
+    const auto document = Support::open(sound);
     EXPECT_EQ(Tools::save(*document, testing::TempDir() + "no folder/f.pdf"), Saved::Failed);
     EXPECT_EQ(Host::Error::get(), Host::FileNotOpened);
     std::filesystem::remove(path);

@@ -7,7 +7,7 @@
 
 namespace {
 
-using namespace Testing;
+using namespace Support;
 using namespace Libraries::Files::PDF;
 using namespace std::literals;
 using Call = FailingStripe::Call;

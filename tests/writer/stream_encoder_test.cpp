@@ -6,7 +6,7 @@
 namespace {
 
 using namespace Libraries::Files::PDF;
-using namespace Testing;
+using namespace Support;
 
 std::string noiseText(std::size_t size) {
     return contentsOf(Host::MemoryStripe::create(noise(size)));
