@@ -15,7 +15,7 @@ rewrites() {
     done
     status 1 "$programs/batch" "$@"
 
-    total=$(($(find "$samples" -name '*.pdf' | wc -l) + 2))
+    total=$(($(find "$samples" -maxdepth 1 -name '*.pdf' | wc -l) + 2))
     number=0
     while read -r place name result; do
         [ "$place" = "$total" ] && break # the summary
