@@ -30,6 +30,15 @@ public:
     /// Whether `option` was given; takes it out.
     bool take(std::string_view option) { return std::erase(values_, option) != 0; }
 
+    /// The argument behind `option`, or nothing where there is none; takes both out.
+    std::optional<std::string_view> takeValue(std::string_view option) {
+        const auto place = std::ranges::find(values_, option);
+        if (place == values_.end() || place + 1 == values_.end()) return std::nullopt;
+        const std::string_view value = place[1];
+        values_.erase(place, place + 2);
+        return value;
+    }
+
     /// Whether this many arguments are left, and no option that nobody took.
     [[nodiscard]] bool are(std::size_t count) const {
         return values_.size() == count &&
