@@ -45,13 +45,15 @@ bool openAtLastPage(const Document& document) {
 } // namespace
 
 int main(int argc, char** argv) {
-    static constexpr const char* usage = "edit_values [--no-verify] IN OUT TITLE";
+    static constexpr const char* usage =
+        "edit_values [--no-verify] [--any [--password P]] IN OUT TITLE";
     Program::Arguments arguments(argc, argv);
     const bool verify = !arguments.take("--no-verify");
+    const Program::Opening how = arguments.takeOpening();
     if (!arguments.are(3)) return Program::usage(usage);
 
-    const auto document = Program::open(arguments[0]);
-    if (!document) return Program::failure();
+    const auto document = Program::open(arguments[0], how);
+    if (!document) return Program::failed;
     if (!setTitle(*document, arguments[2]) || !openAtLastPage(*document)) {
         return Program::failure();
     }

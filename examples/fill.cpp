@@ -67,18 +67,21 @@ bool fill(Form& form, std::string_view path, std::string_view value) {
 } // namespace
 
 int main(int argc, char** argv) {
-    static constexpr const char* usage = "fill [--no-verify] IN OUT PATH=VALUE...";
+    static constexpr const char* usage =
+        "fill [--no-verify] [--any [--password P]] IN OUT PATH=VALUE...";
     Program::Arguments arguments(argc, argv);
     const bool verify = !arguments.take("--no-verify");
-    const auto count = static_cast<std::size_t>(std::max(argc, 1)) - (verify ? 1 : 2);
+    const Program::Opening how = arguments.takeOpening();
+    const std::size_t count = arguments.size();
     if (count < 3 || !arguments.are(count)) return Program::usage(usage);
     for (std::size_t index = 2; index < count; ++index) {
         const std::size_t path = arguments[index].find('=');
         if (path == 0 || path == std::string_view::npos) return Program::usage(usage);
     }
 
-    const auto document = Program::open(arguments[0]);
-    const auto form = document ? document->form() : nullptr;
+    const auto document = Program::open(arguments[0], how);
+    if (!document) return Program::failed;
+    const auto form = document->form();
     if (!form) return Program::failure();
     for (std::size_t index = 2; index < count; ++index) {
         const std::string_view argument = arguments[index];

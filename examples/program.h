@@ -6,6 +6,9 @@
 #include <host/files.h>
 #include <pdf/document.h>
 #include <pdf/errors.h>
+#if defined(FILES_PDF_HAS_IMPORT)
+#include <pdf/import.h>
+#endif
 
 #include <algorithm>
 #include <charconv>
@@ -21,6 +24,12 @@ namespace Program {
 
 using Host::Ref;
 using Libraries::Files::PDF::Document;
+
+/// How a program opens what it is given: as the library does, or through the import.
+struct Opening {
+    bool any = false;
+    std::string_view password = {};
+};
 
 /// The arguments of a program, options apart.
 class Arguments {
@@ -39,12 +48,19 @@ public:
         return value;
     }
 
+    /// What `--any [--password P]` says; takes it out.
+    Opening takeOpening() {
+        if (!take("--any")) return {};
+        return {true, takeValue("--password").value_or("")};
+    }
+
     /// Whether this many arguments are left, and no option that nobody took.
     [[nodiscard]] bool are(std::size_t count) const {
         return values_.size() == count &&
                std::ranges::none_of(values_, [](auto value) { return value.starts_with("--"); });
     }
 
+    [[nodiscard]] std::size_t size() const { return values_.size(); }
     std::string_view operator[](std::size_t index) const { return values_[index]; }
 
 private:
@@ -61,6 +77,9 @@ std::optional<Number> number(std::string_view text) {
     return result;
 }
 
+/// The exit status of a failure.
+inline constexpr int failed = 1;
+
 /// Reports wrong usage; gives the exit status.
 inline int usage(const char* line) {
     std::fprintf(stderr, "usage: %s\n", line);
@@ -71,13 +90,47 @@ inline int usage(const char* line) {
 inline int failure(std::uint32_t code = Host::Error::get()) {
     std::fprintf(stderr, "error %u (0x%X): %s\n", code, code,
                  Libraries::Files::PDF::errorText(code));
-    return 1;
+    return failed;
 }
 
-/// Opens the document in the file at `path`; null with the error code set.
-inline Ref<Document> open(std::string_view path) {
-    const Ref<Host::FileSource> source = Host::FileSource::open(path);
-    return source ? Document::create(source) : nullptr;
+/// Whether `code` says that the library refuses a file, which the import may make one that it
+/// opens.
+inline bool isRefused(std::uint32_t code) {
+    using namespace Libraries::Files::PDF;
+    return code >= HeaderUnreadable && code <= ObjectUnreadable;
+}
+
+/// Says what to do about files that the library refuses.
+inline void hint() {
+#if defined(FILES_PDF_HAS_IMPORT)
+    std::fputs(
+        "hint: \"normalise IN OUT\" makes almost any PDF one that opens; --any does it here\n",
+        stderr);
+#endif
+}
+
+/// The source that `path` and `how` name; null with the error code set.
+inline Ref<Interfaces::Stripe> source(std::string_view path, const Opening& how) {
+    Ref<Interfaces::Stripe> file = Host::FileSource::open(path);
+    if (!file || !how.any) return file;
+#if defined(FILES_PDF_HAS_IMPORT)
+    return Libraries::Files::PDF::Import::normalise(file, {.password = how.password});
+#else
+    std::fputs("--any takes the import, which this program was built without\n", stderr);
+    Host::Error::set(Host::NotSupported);
+    return nullptr;
+#endif
+}
+
+/// Opens the document in the file at `path`; null where that failed, which has been reported then.
+inline Ref<Document> open(std::string_view path, const Opening& how) {
+    const Ref<Interfaces::Stripe> stripe = source(path, how);
+    Ref<Document> document = stripe ? Document::create(stripe) : nullptr;
+    if (document) return document;
+    const std::uint32_t code = Host::Error::get();
+    failure(code);
+    if (isRefused(code) && !how.any) hint();
+    return nullptr;
 }
 
 /// Saves `document` to the file at `path` and gives the exit status.

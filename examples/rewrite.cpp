@@ -5,9 +5,12 @@
 int main(int argc, char** argv) {
     Program::Arguments arguments(argc, argv);
     const bool verify = !arguments.take("--no-verify");
-    if (!arguments.are(2)) return Program::usage("rewrite [--no-verify] IN OUT");
+    const Program::Opening how = arguments.takeOpening();
+    if (!arguments.are(2)) {
+        return Program::usage("rewrite [--no-verify] [--any [--password P]] IN OUT");
+    }
 
-    const auto document = Program::open(arguments[0]);
-    if (!document) return Program::failure();
+    const auto document = Program::open(arguments[0], how);
+    if (!document) return Program::failed;
     return Program::save(*document, arguments[1], verify);
 }
