@@ -1,5 +1,6 @@
 #!/bin/sh
-# Compares the symbols that the shared library exports with the list that is kept.
+# Compares the symbols that a shared library exports with the list that is kept: exported-symbols.txt,
+# exported-symbols-import.txt for libfiles-pdf-import.
 #
 # usage: check_exports.sh LIBRARY [--update]
 # --update writes the list anew.
@@ -8,7 +9,8 @@ LC_ALL=C
 export LC_ALL
 
 library=$1
-list=$(cd "$(dirname "$0")" && pwd)/exported-symbols.txt
+part=$(basename "$library" | sed 's/^libfiles-pdf//; s/[.]so.*//')
+list=$(cd "$(dirname "$0")" && pwd)/exported-symbols$part.txt
 found=$(mktemp)
 trap 'rm -f "$found"' EXIT
 trap 'exit 1' HUP INT TERM

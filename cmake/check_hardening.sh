@@ -2,7 +2,7 @@
 # Checks that the built shared library, and each object in it, carries what hardening.cmake asks for.
 #
 # usage: check_hardening.sh LIBRARY OBJECTS COMPILE_COMMANDS
-# OBJECTS is the folder of the library's objects.
+# OBJECTS is the folder of the library's objects, named after their target.
 set -eu
 LC_ALL=C
 export LC_ALL
@@ -34,7 +34,8 @@ grep -q ' __stack_chk_fail' "$work/undefined" || fault "no function guards its s
 
 # Nothing in the library calls what has a checked variant with a size the compiler knows, so the commands
 # have to tell. Without optimisation the definition does nothing.
-grep '"command": .*files-pdf-objects' "$commands" >"$work/commands" ||
+target=$(basename "$objects" .dir)
+grep '"command": .*/'"$target"'[.]dir/' "$commands" >"$work/commands" ||
     fault "$commands has no command for the library"
 while read -r line; do
     case $line in

@@ -3,6 +3,7 @@
 #
 #   host <- values <- packed <- state <- reader, writer, compose, forms <- document
 #   public headers <- tools
+#   public host <- import, which alone knows libqpdf
 #
 # usage: check_layering.sh [ROOT]
 # Prints file:line of each offender and fails; a tree without a single include fails too.
@@ -10,13 +11,13 @@ set -eu
 
 cd "${1:-$(dirname "$0")/..}"
 roots=
-for root in include src; do
+for root in include src import; do
     if [ -d "$root" ]; then
         roots="$roots $root"
     fi
 done
 if [ -z "$roots" ]; then
-    echo "layering: neither include/ nor src/ in $(pwd)" >&2
+    echo "layering: none of include/, src/ and import/ in $(pwd)" >&2
     exit 2
 fi
 
@@ -37,6 +38,8 @@ BEGIN {
     # Tools are built on what everybody has.
     sees["public-tools"] = sees["public-pdf"] "public-tools "
     sees["tools"] = sees["public-tools"] "codes tools "
+    sees["public-import"] = " public-host public-import "
+    sees["import"] = " public-host public-import codes import "
     # The public error codes are named in one place, which the runtime shares.
     sees["public-pdf"] = sees["public-pdf"] "codes "
     system_header = "^(unistd|fcntl|dlfcn|poll|windows|io|libdeflate|igzip_lib|isa-l)[.]h$" \
@@ -47,6 +50,8 @@ function layer(path) {
     if (path ~ /^include\/host\//) return "public-host"
     if (path == "include/pdf/errors.h") return "codes"
     if (path ~ /^include\/pdf\/tools\//) return "public-tools"
+    if (path == "include/pdf/import.h") return "public-import"
+    if (path ~ /^import\//) return "import"
     if (path ~ /^include\/pdf\//) return "public-pdf"
     if (path ~ /^src\/(host|values|packed|state|document|reader|writer|compose|forms|tools)\//) {
         split(path, part, "/")
@@ -93,6 +98,8 @@ function check(name, quoted,    from, goal, to) {
     if (goal == "") {
         if (from !~ /^(public-)?host$/ && name ~ system_header)
             offend("<" name "> belongs to host alone")
+        if (from != "import" && name ~ /^qpdf\//)
+            offend("<" name "> belongs to import alone")
         return
     }
     to = layer(goal)

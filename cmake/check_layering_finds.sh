@@ -44,6 +44,16 @@ put src/reader/loader.h bad '"../forms/form.h"'
 put src/writer/serializer.h bad '<unistd.h>'
 put src/compose/clone.h bad '"forms/form.h"'
 put src/forms/form.h bad '  "compose/clone.h" // why'
+put include/pdf/import.h ok '<host/ref.h>'
+put include/pdf/import.h bad '<pdf/values.h>'
+put import/source.h ok '<qpdf/QPDF.hh>'
+put import/source.cpp ok '"source.h"'
+put import/source.cpp ok '<pdf/errors.h>'
+put import/source.cpp bad '<pdf/values.h>'
+put import/source.cpp bad '"host/inflate.h"'
+put import/source.cpp bad '<unistd.h>'
+put src/reader/loader.h bad '<pdf/import.h>'
+put src/reader/loader.h bad '<qpdf/QPDF.hh>'
 
 if sh "$check" . >report; then
     echo "the offenders passed" >&2

@@ -1,5 +1,6 @@
 # What "cmake --install" brings. The components are what packages are split by: "runtime" is what a program
-# needs, "development" what building one needs, "documentation" the pages and the example programs.
+# needs, "development" what building one needs, "documentation" the pages and the example programs;
+# "import_runtime" and "import_development" are the same for the import.
 include(CMakePackageConfigHelpers)
 
 set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/files-pdf")
@@ -18,7 +19,16 @@ if(FILES_PDF_STATIC)
 endif()
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/include/pdf" "${PROJECT_SOURCE_DIR}/include/host"
     DESTINATION "${header_dir}" COMPONENT development
-    FILES_MATCHING PATTERN "*.h")
+    FILES_MATCHING PATTERN "*.h" PATTERN "import.h" EXCLUDE)
+if(TARGET files-pdf-import)
+    install(TARGETS files-pdf-import EXPORT files-pdf-import-targets
+        LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+            COMPONENT import_runtime NAMELINK_COMPONENT import_development)
+    install(EXPORT files-pdf-import-targets NAMESPACE Files::
+        DESTINATION "${package_dir}" COMPONENT import_development)
+    install(FILES "${PROJECT_SOURCE_DIR}/include/pdf/import.h"
+        DESTINATION "${header_dir}/pdf" COMPONENT import_development)
+endif()
 
 configure_package_config_file(
     "${PROJECT_SOURCE_DIR}/cmake/files-pdf-config.cmake.in"
@@ -63,6 +73,12 @@ if(FILES_PDF_STATIC)
 endif()
 configure_file("${PROJECT_SOURCE_DIR}/cmake/files-pdf.pc.in" "${PROJECT_BINARY_DIR}/files-pdf.pc" @ONLY)
 install(FILES "${PROJECT_BINARY_DIR}/files-pdf.pc" DESTINATION "${pc_dir}" COMPONENT development)
+if(TARGET files-pdf-import)
+    configure_file("${PROJECT_SOURCE_DIR}/cmake/files-pdf-import.pc.in"
+        "${PROJECT_BINARY_DIR}/files-pdf-import.pc" @ONLY)
+    install(FILES "${PROJECT_BINARY_DIR}/files-pdf-import.pc"
+        DESTINATION "${pc_dir}" COMPONENT import_development)
+endif()
 
 # The pages lie to each other as they do in the sources, so that their links lead somewhere.
 install(FILES

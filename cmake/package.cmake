@@ -49,6 +49,27 @@ set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_SECTION doc)
 set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_ARCHITECTURE all)
 set(CPACK_DEBIAN_DOCUMENTATION_DESCRIPTION "${about} the documentation and the sources of the example programs.")
 
+if(TARGET files-pdf-import)
+    list(APPEND CPACK_COMPONENTS_ALL import_runtime import_development)
+    set(about_import "Files PDF is a C++20 library. Its import makes documents of any structure, encrypted or damaged
+ones too, such that it opens them. It is made with libqpdf.
+.
+This package holds")
+
+    set(CPACK_DEBIAN_IMPORT_RUNTIME_PACKAGE_NAME "libfiles-pdf-import${soversion}")
+    set(CPACK_DEBIAN_IMPORT_RUNTIME_PACKAGE_SECTION libs)
+    set(CPACK_DEBIAN_IMPORT_RUNTIME_PACKAGE_SHLIBDEPS ON)
+    # The library that it stands on is in no package yet.
+    set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${PROJECT_BINARY_DIR}/src")
+    set(CPACK_COMPONENT_IMPORT_RUNTIME_DEPENDS runtime)
+    set(CPACK_DEBIAN_IMPORT_RUNTIME_DESCRIPTION "${about_import} the shared library.")
+
+    set(CPACK_DEBIAN_IMPORT_DEVELOPMENT_PACKAGE_NAME libfiles-pdf-import-dev)
+    set(CPACK_DEBIAN_IMPORT_DEVELOPMENT_PACKAGE_SECTION libdevel)
+    set(CPACK_COMPONENT_IMPORT_DEVELOPMENT_DEPENDS development import_runtime)
+    set(CPACK_DEBIAN_IMPORT_DEVELOPMENT_DESCRIPTION "${about_import} what building programs needs.")
+endif()
+
 # Each package tells its licence and its changes in the folder of its name.
 set(CPACK_FILES_PDF_SOURCES "${PROJECT_SOURCE_DIR}")
 set(CPACK_PRE_BUILD_SCRIPTS "${PROJECT_SOURCE_DIR}/cmake/package/add_copyright.cmake")

@@ -12,12 +12,14 @@
 
 namespace {
 
+using Libraries::Files::PDF::Document;
 using Libraries::Files::PDF::errorText;
 namespace Tools = Libraries::Files::PDF::Tools;
 
 // page begin
 struct Task {
     std::string name, from, to;
+    Program::Opening how;
 };
 
 thread_local const Task* current = nullptr; // what this thread is at
@@ -35,7 +37,8 @@ public:
 /// is put in place when all of it was written, opens again and is sound. `NoError`, or the code of
 /// what failed.
 std::uint32_t rewrite(const Task& task, const Program::Saving& saving) {
-    const auto document = Tools::open(task.from);
+    const auto source = Program::source(task.from, task.how); // a file, or what --any makes of it
+    const auto document = source ? Document::create(source) : nullptr;
     if (!document) return Host::Error::get(); // of this thread
     document->faithfulNumbers(saving.faithful);
     for (const auto& loss : Tools::losses(*document))
@@ -57,15 +60,19 @@ public:
         } else {
             std::printf("error %u (0x%X): %s\n", code, code, errorText(code));
             ++failed_;
+            refused_ = refused_ || Program::isRefused(code);
         }
         std::fflush(stdout);
     }
 
-    [[nodiscard]] std::size_t failed() const { return failed_; } // when the threads are done
+    // When the threads are done:
+    [[nodiscard]] std::size_t failed() const { return failed_; }
+    [[nodiscard]] bool refused() const { return refused_; } // whether a file did not open
 
 private:
     std::mutex mutex_;
     std::size_t total_, done_ = 0, failed_ = 0;
+    bool refused_ = false;
 };
 
 /// Does all tasks on `threads` threads, this one included.
@@ -93,49 +100,40 @@ void rewriteAll(const std::vector<Task>& tasks, const Program::Saving& saving, s
 }
 // page end
 
-// The tasks; none where two files would become one.
-std::vector<Task> tasksOf(const std::vector<std::string_view>& files, std::string_view folder) {
+// The tasks for the files behind the folder; none where two would become one.
+std::vector<Task> tasksOf(const Program::Arguments& arguments, const Program::Opening& how) {
     std::vector<Task> tasks;
     std::set<std::string> names;
-    for (const std::string_view file : files) {
+    const std::filesystem::path folder = arguments[0];
+    for (std::size_t index = 1; index < arguments.size(); ++index) {
+        const std::string_view file = arguments[index];
         const std::string name = std::filesystem::path(file).filename().string();
         if (!names.insert(name).second) {
             std::fprintf(stderr, "batch: two files are named %s\n", name.c_str());
             return {};
         }
-        tasks.push_back({name, std::string(file), (std::filesystem::path(folder) / name).string()});
+        tasks.push_back({name, std::string(file), (folder / name).string(), how});
     }
     return tasks;
-}
-
-// The number behind -j, which is taken out; 1 where it is not given, 0 where it is no number.
-std::size_t takeThreads(std::vector<std::string_view>& arguments) {
-    const auto option = std::ranges::find(arguments, "-j");
-    if (option == arguments.end()) return 1;
-    if (option + 1 == arguments.end()) return 0;
-    const auto threads = Program::number<std::size_t>(option[1]);
-    arguments.erase(option, option + 2);
-    return threads.value_or(0);
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-    std::vector<std::string_view> arguments(argv + std::min(argc, 1), argv + argc);
-    const std::size_t threads = takeThreads(arguments);
-    Program::Saving saving;
-    saving.options.force = std::erase(arguments, "--force") != 0;
-    saving.faithful = std::erase(arguments, "--faithful") != 0;
-    if (threads == 0 || threads > 256 || arguments.size() < 2 ||
-        std::ranges::any_of(arguments, [](auto text) { return text.starts_with('-'); })) {
-        return Program::usage("batch [-j N] [--force] [--faithful] FOLDER FILE...");
+    Program::Arguments arguments(argc, argv);
+    const Program::Saving saving = Program::takeSaving(arguments);
+    const Program::Opening how = arguments.takeOpening();
+    const auto wanted = arguments.takeValue("-j").value_or("1");
+    const std::size_t threads = Program::number<std::size_t>(wanted).value_or(0);
+    if (threads == 0 || threads > 256 || arguments.take("-j") || arguments.size() < 2 ||
+        !arguments.are(arguments.size()) || arguments[0].starts_with('-') || !saving.options.look) {
+        return Program::usage(
+            "batch [-j N] [--force] [--faithful] [--any [--password P]] FOLDER FILE...");
     }
-    const std::string_view folder = arguments.front();
-    arguments.erase(arguments.begin());
-    const std::vector<Task> tasks = tasksOf(arguments, folder);
+    const std::vector<Task> tasks = tasksOf(arguments, how);
     if (tasks.empty()) return 2;
     std::error_code error;
-    std::filesystem::create_directories(folder, error);
+    std::filesystem::create_directories(arguments[0], error);
     if (error) return Program::failure(Host::FileNotOpened);
 
     NamingPrinter printer;
@@ -146,5 +144,6 @@ int main(int argc, char** argv) {
     const std::size_t failed = report.failed();
     std::printf("%zu files: %zu ok, %zu failed\n", tasks.size(), tasks.size() - failed, failed);
     const int status = Program::finishOutput();
-    return status != 0 || failed == 0 ? status : 1;
+    if (report.refused() && !how.any) Program::hint();
+    return status != 0 || failed == 0 ? status : Program::failed;
 }

@@ -47,13 +47,14 @@ bool openAtLastPage(const Document& document) {
 
 int main(int argc, char** argv) {
     static constexpr const char* usage =
-        "edit_values [--no-verify] [--force] [--faithful] IN OUT TITLE";
+        "edit_values [--no-verify] [--force] [--faithful] [--any [--password P]] IN OUT TITLE";
     Program::Arguments arguments(argc, argv);
     const Program::Saving saving = Program::takeSaving(arguments);
+    const Program::Opening how = arguments.takeOpening();
     if (!arguments.are(3)) return Program::usage(usage);
 
-    const auto document = Program::open(arguments[0]);
-    if (!document) return Program::failure();
+    const auto document = Program::open(arguments[0], how);
+    if (!document) return Program::failed;
     if (!setTitle(*document, arguments[2]) || !openAtLastPage(*document)) {
         return Program::failure();
     }

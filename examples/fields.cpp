@@ -79,11 +79,12 @@ void print(const Form& form) {
 } // namespace
 
 int main(int argc, char** argv) {
-    const Program::Arguments arguments(argc, argv);
-    if (!arguments.are(1)) return Program::usage("fields FILE");
+    Program::Arguments arguments(argc, argv);
+    const Program::Opening how = arguments.takeOpening();
+    if (!arguments.are(1)) return Program::usage("fields [--any [--password P]] FILE");
 
-    const auto document = Program::open(arguments[0]);
-    if (!document) return Program::failure();
+    const auto document = Program::open(arguments[0], how);
+    if (!document) return Program::failed;
 
     // A form of which a part could not be built is there, but says so.
     Host::Error::set(Host::NoError);

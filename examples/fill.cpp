@@ -83,9 +83,10 @@ bool fill(Form& form, std::string_view path, std::string_view value) {
 
 int main(int argc, char** argv) {
     static constexpr const char* usage =
-        "fill [--no-verify] [--force] [--faithful] IN OUT PATH=VALUE...";
+        "fill [--no-verify] [--force] [--faithful] [--any [--password P]] IN OUT PATH=VALUE...";
     Program::Arguments arguments(argc, argv);
     const Program::Saving saving = Program::takeSaving(arguments);
+    const Program::Opening how = arguments.takeOpening();
     const std::size_t count = arguments.size();
     if (count < 3 || !arguments.are(count)) return Program::usage(usage);
     for (std::size_t index = 2; index < count; ++index) {
@@ -93,8 +94,9 @@ int main(int argc, char** argv) {
         if (path == 0 || path == std::string_view::npos) return Program::usage(usage);
     }
 
-    const auto document = Program::open(arguments[0]);
-    const auto form = document ? document->form() : nullptr;
+    const auto document = Program::open(arguments[0], how);
+    if (!document) return Program::failed;
+    const auto form = document->form();
     if (!form) return Program::failure();
     for (std::size_t index = 2; index < count; ++index) {
         const std::string_view argument = arguments[index];

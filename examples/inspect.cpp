@@ -37,11 +37,12 @@ void print(const Document& document, const std::vector<Host::Ref<Object>>& pages
 } // namespace
 
 int main(int argc, char** argv) {
-    const Program::Arguments arguments(argc, argv);
-    if (!arguments.are(1)) return Program::usage("inspect FILE");
+    Program::Arguments arguments(argc, argv);
+    const Program::Opening how = arguments.takeOpening();
+    if (!arguments.are(1)) return Program::usage("inspect [--any [--password P]] FILE");
 
-    const auto document = Program::open(arguments[0]);
-    if (!document) return Program::failure();
+    const auto document = Program::open(arguments[0], how);
+    if (!document) return Program::failed;
 
     // An empty list of pages is a failure only when it says so.
     Host::Error::set(Host::NoError);

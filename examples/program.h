@@ -8,6 +8,9 @@
 #include <pdf/errors.h>
 #include <pdf/tools/files.h>
 #include <pdf/tools/losses.h>
+#if defined(FILES_PDF_HAS_IMPORT)
+#include <pdf/import.h>
+#endif
 
 #include <algorithm>
 #include <charconv>
@@ -25,6 +28,12 @@ using Host::Ref;
 using Libraries::Files::PDF::Document;
 namespace Tools = Libraries::Files::PDF::Tools;
 
+/// How a program opens what it is given: as the library does, or through the import.
+struct Opening {
+    bool any = false;
+    std::string_view password = {};
+};
+
 /// The arguments of a program, options apart.
 class Arguments {
 public:
@@ -32,6 +41,21 @@ public:
 
     /// Whether `option` was given; takes it out.
     bool take(std::string_view option) { return std::erase(values_, option) != 0; }
+
+    /// The argument behind `option`, or nothing where there is none; takes both out.
+    std::optional<std::string_view> takeValue(std::string_view option) {
+        const auto place = std::ranges::find(values_, option);
+        if (place == values_.end() || place + 1 == values_.end()) return std::nullopt;
+        const std::string_view value = place[1];
+        values_.erase(place, place + 2);
+        return value;
+    }
+
+    /// What `--any [--password P]` says; takes it out.
+    Opening takeOpening() {
+        if (!take("--any")) return {};
+        return {true, takeValue("--password").value_or("")};
+    }
 
     /// Whether this many arguments are left, and no option that nobody took.
     [[nodiscard]] bool are(std::size_t count) const {
@@ -56,6 +80,9 @@ std::optional<Number> number(std::string_view text) {
     return result;
 }
 
+/// The exit status of a failure.
+inline constexpr int failed = 1;
+
 /// Reports wrong usage; gives the exit status.
 inline int usage(const char* line) {
     std::fprintf(stderr, "usage: %s\n", line);
@@ -66,12 +93,47 @@ inline int usage(const char* line) {
 inline int failure(std::uint32_t code = Host::Error::get()) {
     std::fprintf(stderr, "error %u (0x%X): %s\n", code, code,
                  Libraries::Files::PDF::errorText(code));
-    return 1;
+    return failed;
 }
 
-/// Opens the document in the file at `path`; null with the error code set.
-inline Ref<Document> open(std::string_view path) {
-    return Tools::open(path);
+/// Whether `code` says that the library refuses a file, which the import may make one that it
+/// opens.
+inline bool isRefused(std::uint32_t code) {
+    using namespace Libraries::Files::PDF;
+    return code >= HeaderUnreadable && code <= ObjectUnreadable;
+}
+
+/// Says what to do about files that the library refuses.
+inline void hint() {
+#if defined(FILES_PDF_HAS_IMPORT)
+    std::fputs(
+        "hint: \"normalise IN OUT\" makes almost any PDF one that opens; --any does it here\n",
+        stderr);
+#endif
+}
+
+/// The source that `path` and `how` name; null with the error code set.
+inline Ref<Interfaces::Stripe> source(std::string_view path, const Opening& how) {
+    Ref<Interfaces::Stripe> file = Host::FileSource::open(path);
+    if (!file || !how.any) return file;
+#if defined(FILES_PDF_HAS_IMPORT)
+    return Libraries::Files::PDF::Import::normalise(file, {.password = how.password});
+#else
+    std::fputs("--any takes the import, which this program was built without\n", stderr);
+    Host::Error::set(Host::NotSupported);
+    return nullptr;
+#endif
+}
+
+/// Opens the document in the file at `path`; null where that failed, which has been reported then.
+inline Ref<Document> open(std::string_view path, const Opening& how) {
+    const Ref<Interfaces::Stripe> stripe = source(path, how);
+    Ref<Document> document = stripe ? Document::create(stripe) : nullptr;
+    if (document) return document;
+    const std::uint32_t code = Host::Error::get();
+    failure(code);
+    if (isRefused(code) && !how.any) hint();
+    return nullptr;
 }
 
 /// How a program saves, as its options say.

@@ -34,16 +34,17 @@ int copyToOutput(Interfaces::Stripe& data) {
 } // namespace
 
 int main(int argc, char** argv) {
-    static constexpr const char* usage = "streams FILE ID GEN [--decode]";
+    static constexpr const char* usage = "streams [--any [--password P]] FILE ID GEN [--decode]";
     Program::Arguments arguments(argc, argv);
     const bool decode = arguments.take("--decode");
+    const Program::Opening how = arguments.takeOpening();
     if (!arguments.are(3)) return Program::usage(usage);
     const auto id = Program::number<std::uint32_t>(arguments[1]);
     const auto generation = Program::number<std::uint16_t>(arguments[2]);
     if (!id || !generation) return Program::usage(usage);
 
-    const auto document = Program::open(arguments[0]);
-    if (!document) return Program::failure();
+    const auto document = Program::open(arguments[0], how);
+    if (!document) return Program::failed;
     const auto object = find(*document, *id, *generation);
     const auto stream = object ? object->valueAsStream() : nullptr;
     const auto data = stream ? document->readStreamData(stream, decode) : nullptr;

@@ -2,16 +2,24 @@
 # Installs the Debian packages, builds and runs programs against them, removes them, and checks that nothing
 # of theirs is left. Whoever is not root has them unpacked into a folder instead. Exit status 77: not checked.
 #
-# usage: check_debian.sh PACKAGES CXX
+# usage: check_debian.sh PACKAGES CXX IMPORT
+# IMPORT is yes where there are packages of the import.
 set -eu
 LC_ALL=C
 export LC_ALL
 
-packages=$(cd "$1" && pwd) cxx=$2
+packages=$(cd "$1" && pwd) cxx=$2 import=$3
 here=$(cd "$(dirname "$0")" && pwd)
 root=$(cd "$here/../.." && pwd)
 source=$root/examples/inspect.cpp
 sample=$root/examples/samples/plain-2pages.pdf
+modern=$root/examples/samples/modern/object-streams-office.pdf
+import_source=
+import_names=
+if [ "$import" = yes ]; then
+    import_source=$root/examples/normalise.cpp
+    import_names='libfiles-pdf-import-dev libfiles-pdf-import0.1 '
+fi
 work=$packages/check
 
 fail() {
@@ -34,13 +42,24 @@ runs() {
 # Builds programs as a user of the packages would, with no word about where they are but what is in "$@".
 use_packages() {
     cmake -S "$here/consumer" -B "$work/consumer" -G Ninja -DCMAKE_BUILD_TYPE=Release \
-        -DCMAKE_CXX_COMPILER="$cxx" -DSTATIC=ON -DPROGRAM="$source" "$@"
+        -DCMAKE_CXX_COMPILER="$cxx" -DSTATIC=ON -DPROGRAM="$source" -DIMPORT="$import_source" "$@"
     cmake --build "$work/consumer"
     runs "$work/consumer/shared"
     runs "$work/consumer/static"
     # shellcheck disable=SC2046 # the flags are words
     "$cxx" -std=c++20 "$source" -o "$work/by-pkg-config" $(pkg-config --cflags --libs files-pdf)
     runs "$work/by-pkg-config"
+    [ -z "$import_source" ] || use_import
+}
+
+use_import() {
+    # shellcheck disable=SC2046 # the flags are words
+    "$cxx" -std=c++20 "$import_source" -o "$work/import-by-pkg-config" \
+        $(pkg-config --cflags --libs files-pdf-import)
+    for program in "$work/consumer/import" "$work/import-by-pkg-config"; do
+        "$program" "$modern" "$work/imported.pdf"
+        "$work/by-pkg-config" "$work/imported.pdf" | grep -qx 'pages 2' || fail "$program made nothing that opens"
+    done
 }
 
 check_control() {
@@ -48,7 +67,8 @@ check_control() {
         dpkg-deb --field "$package" Package
     done | tr '\n' ' ' >"$work/names"
     names=$(cat "$work/names")
-    [ "$names" = "libfiles-pdf-dev libfiles-pdf-doc libfiles-pdf0.1 " ] || fail "the packages are: $names"
+    [ "$names" = "libfiles-pdf-dev libfiles-pdf-doc ${import_names}libfiles-pdf0.1 " ] ||
+        fail "the packages are: $names"
     version=$(dpkg-deb --field "$packages"/libfiles-pdf0.1_*.deb Version)
     for wanted in libc6 libdeflate0 libisal2 'libstdc++6'; do
         dpkg-deb --field "$packages"/libfiles-pdf0.1_*.deb Depends | grep -qF "$wanted (" ||
@@ -58,6 +78,7 @@ check_control() {
         dpkg-deb --field "$packages"/libfiles-pdf-dev_*.deb Depends | grep -qF "$wanted" ||
             fail "the development package does not depend on $wanted"
     done
+    [ -z "$import_names" ] || check_import_control
     for package in "$packages"/*.deb; do
         if dpkg-deb --contents "$package" | grep -Ev '^(drwxr-xr-x|-rw-r--r--|lrwxrwxrwx) root/root'; then
             fail "the above in $package is not for everybody"
@@ -68,6 +89,22 @@ check_control() {
     done | sort -u >"$work/paths"
     grep -q '^/usr/lib/[^/]*-linux-gnu[^/]*/libfiles-pdf.so.0.1$' "$work/paths" ||
         fail "the library is in no folder of the architecture"
+}
+
+# The import needs libqpdf, the library does not.
+check_import_control() {
+    for wanted in "libfiles-pdf0.1 (= $version)" libqpdf; do
+        dpkg-deb --field "$packages"/libfiles-pdf-import0.1_*.deb Depends | grep -qF "$wanted" ||
+            fail "the import's package does not depend on $wanted"
+    done
+    for wanted in "libfiles-pdf-import0.1 (= $version)" "libfiles-pdf-dev (= $version)"; do
+        dpkg-deb --field "$packages"/libfiles-pdf-import-dev_*.deb Depends | grep -qF "$wanted" ||
+            fail "the import's development package does not depend on $wanted"
+    done
+    for package in "$packages"/libfiles-pdf0.1_*.deb "$packages"/libfiles-pdf-dev_*.deb; do
+        ! dpkg-deb --field "$package" Depends | grep -q qpdf || fail "$package depends on libqpdf"
+        ! dpkg-deb --contents "$package" | grep -q import || fail "$package holds parts of the import"
+    done
 }
 
 # What of the packages' paths is there, and what dpkg and the loader know of them.

@@ -2,10 +2,11 @@
 # Installs the build, moves the installation, and uses what is in it the way applications would: by
 # CMake's find_package, by pkg-config, and by building the installed examples.
 #
-# usage: check_install.sh CMAKE BUILD CXX LIBDIR DOCDIR STATIC CONFIG
+# usage: check_install.sh CMAKE BUILD CXX LIBDIR DOCDIR STATIC CONFIG IMPORT
+# IMPORT is yes where the import was built.
 set -eu
 
-cmake=$1 build=$2 cxx=$3 libdir=$4 docdir=$5 config=$7
+cmake=$1 build=$2 cxx=$3 libdir=$4 docdir=$5 config=$7 import=$8
 case $6 in
 ON | TRUE | 1 | YES) static=ON ;;
 *) static=OFF ;;
@@ -14,6 +15,7 @@ here=$(cd "$(dirname "$0")" && pwd)
 root=$(cd "$here/../.." && pwd)
 source=$root/examples/inspect.cpp
 sample=$root/examples/samples/plain-2pages.pdf
+modern=$root/examples/samples/modern/object-streams-office.pdf
 work=$build/package-check
 prefix=$work/moved
 
@@ -27,6 +29,13 @@ runs() {
     echo "running $1"
     "$1" "$sample" >"$work/facts"
     grep -qx 'pages 2' "$work/facts" || fail "$1 does not know the sample's pages"
+}
+
+# imports PROGRAM: it makes a document of two pages one that opens.
+imports() {
+    echo "running $1"
+    "$1" "$modern" "$work/imported.pdf"
+    "$work/consumer/shared" "$work/imported.pdf" | grep -qx 'pages 2' || fail "$1 made nothing that opens"
 }
 
 # loads PROGRAM yes|no: whether it loads the shared library.
@@ -54,7 +63,8 @@ check_tree() {
 
 check_find_package() {
     "$cmake" -S "$here/consumer" -B "$work/consumer" -G Ninja -DCMAKE_BUILD_TYPE="$config" \
-        -DCMAKE_CXX_COMPILER="$cxx" -DCMAKE_PREFIX_PATH="$prefix" -DSTATIC=$static -DPROGRAM="$source"
+        -DCMAKE_CXX_COMPILER="$cxx" -DCMAKE_PREFIX_PATH="$prefix" -DSTATIC=$static -DPROGRAM="$source" \
+        -DIMPORT="$import_source"
     "$cmake" --build "$work/consumer"
     runs "$work/consumer/shared"
     loads "$work/consumer/shared" yes
@@ -62,6 +72,7 @@ check_find_package() {
         runs "$work/consumer/static"
         loads "$work/consumer/static" no
     fi
+    [ -z "$import_source" ] || imports "$work/consumer/import"
     # The shared library is found where nothing of the codecs is.
     PKG_CONFIG_PATH='' PKG_CONFIG_LIBDIR=$work "$cmake" -S "$here/consumer" -B "$work/without-codecs" -G Ninja \
         -DCMAKE_CXX_COMPILER="$cxx" -DCMAKE_PREFIX_PATH="$prefix" -DPROGRAM="$source"
@@ -75,6 +86,12 @@ check_pkg_config() {
         $(pkg-config --cflags --libs files-pdf) -Wl,-rpath,"$prefix/$libdir"
     runs "$work/by-pkg-config"
     loads "$work/by-pkg-config" yes
+    if [ -n "$import_source" ]; then
+        # shellcheck disable=SC2046 # the flags are words
+        "$cxx" -std=c++20 "$import_source" -o "$work/import-by-pkg-config" \
+            $(pkg-config --cflags --libs files-pdf-import) -Wl,-rpath,"$prefix/$libdir"
+        imports "$work/import-by-pkg-config"
+    fi
     [ $static = ON ] || return 0
 
     # Where only the static library is. The C compiler links no C++ runtime of its own accord.
@@ -98,12 +115,15 @@ check_examples() {
     "$cmake" --build "$work/examples"
     runs "$work/examples/inspect"
     for program in "$root"/examples/*.cpp; do
+        [ "$program" != "$root/examples/normalise.cpp" ] || [ -n "$import_source" ] || continue
         [ -x "$work/examples/$(basename "$program" .cpp)" ] || fail "$program was not built"
     done
     sh "$root/examples/tests/run.sh" documents recompress "$work/examples" "$root/examples/samples" \
         "$work/example-run" plain-2pages.pdf
 }
 
+import_source=
+[ "$import" != yes ] || import_source=$root/examples/normalise.cpp
 rm -rf "$work"
 mkdir -p "$work"
 "$cmake" --install "$build" --config "$config" --prefix "$work/first" >"$work/install.log"

@@ -12,7 +12,7 @@ set(sample "${PROJECT_SOURCE_DIR}/examples/samples/plain-2pages.pdf")
 add_test(NAME package.install
     COMMAND "${FILES_PDF_SH}" "${package_checks}/check_install.sh"
         "${CMAKE_COMMAND}" "${PROJECT_BINARY_DIR}" "${CMAKE_CXX_COMPILER}" "${CMAKE_INSTALL_LIBDIR}"
-        "${CMAKE_INSTALL_DOCDIR}" "${FILES_PDF_STATIC}" "$<CONFIG>")
+        "${CMAKE_INSTALL_DOCDIR}" "${FILES_PDF_STATIC}" "$<CONFIG>" $<IF:$<TARGET_EXISTS:files-pdf-import>,yes,no>)
 
 add_test(NAME package.add-subdirectory
     COMMAND "${CMAKE_CTEST_COMMAND}" --build-and-test
@@ -29,12 +29,14 @@ set_tests_properties(package.install package.add-subdirectory PROPERTIES
 # The packages are built beside the other tests; the machine gets them while nothing else runs.
 if(FILES_PDF_dpkg-shlibdeps)
     add_test(NAME package.debian-build
-        COMMAND "${PROJECT_SOURCE_DIR}/scripts/package" "${PROJECT_BINARY_DIR}/packages")
+        COMMAND "${PROJECT_SOURCE_DIR}/scripts/package" "${PROJECT_BINARY_DIR}/packages"
+            "-DFILES_PDF_IMPORT=${FILES_PDF_IMPORT}")
     set_tests_properties(package.debian-build PROPERTIES
         TIMEOUT 900 PROCESSORS 2 ENVIRONMENT "CMAKE_BUILD_PARALLEL_LEVEL=2" FIXTURES_SETUP packages)
     add_test(NAME package.debian
         COMMAND "${FILES_PDF_SH}" "${package_checks}/check_debian.sh"
-            "${PROJECT_BINARY_DIR}/packages" "${CMAKE_CXX_COMPILER}")
+            "${PROJECT_BINARY_DIR}/packages" "${CMAKE_CXX_COMPILER}"
+            $<IF:$<TARGET_EXISTS:files-pdf-import>,yes,no>)
     set_tests_properties(package.debian PROPERTIES
         TIMEOUT 900 RUN_SERIAL ON FIXTURES_REQUIRED packages SKIP_RETURN_CODE 77)
 endif()
@@ -49,8 +51,20 @@ if(FILES_PDF_HARDENING)
         COMMAND "${FILES_PDF_SH}" "${PROJECT_SOURCE_DIR}/cmake/check_hardening.sh" "$<TARGET_FILE:files-pdf>"
             "${PROJECT_BINARY_DIR}/src/CMakeFiles/files-pdf-objects.dir"
             "${PROJECT_BINARY_DIR}/compile_commands.json")
+    if(TARGET files-pdf-import)
+        add_test(NAME hardening.import
+            COMMAND "${FILES_PDF_SH}" "${PROJECT_SOURCE_DIR}/cmake/check_hardening.sh"
+                "$<TARGET_FILE:files-pdf-import>"
+                "${PROJECT_BINARY_DIR}/import/CMakeFiles/files-pdf-import-objects.dir"
+                "${PROJECT_BINARY_DIR}/compile_commands.json")
+    endif()
 endif()
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_BUILD_TYPE STREQUAL "Release" AND CMAKE_SIZEOF_VOID_P EQUAL 8)
     add_test(NAME exported-symbols
         COMMAND "${FILES_PDF_SH}" "${PROJECT_SOURCE_DIR}/cmake/check_exports.sh" "$<TARGET_FILE:files-pdf>")
+    if(TARGET files-pdf-import)
+        add_test(NAME exported-symbols.import
+            COMMAND "${FILES_PDF_SH}" "${PROJECT_SOURCE_DIR}/cmake/check_exports.sh"
+                "$<TARGET_FILE:files-pdf-import>")
+    endif()
 endif()

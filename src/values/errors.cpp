@@ -61,6 +61,13 @@ constexpr Text texts[] = {
     {ForeignPageEmpty, "the foreign document has no pages, or a page no contents"},
     {ForeignPageInvalid, "a foreign page is unusable"},
     {ForeignStreamUnread, "a foreign content stream cannot be read"},
+    {NotPdf, "the source is no PDF document"},
+    {PasswordNeeded, "the document is encrypted, and the password is missing or wrong"},
+    {EncryptionUnknown, "the document is encrypted in a way that is not supported"},
+    {BeyondRepair, "the document is damaged beyond repair"},
+    {LimitExceeded, "the document's structure is larger than allowed"},
+    {SourceNotRead, "the source could not be read"},
+    {TargetNotWritten, "the target could not be written"},
 };
 
 } // namespace

@@ -1,0 +1,228 @@
+#include "expansion.h"
+
+#include "pipelines.h"
+#include "report.h"
+
+#include <pdf/errors.h>
+
+#include <algorithm>
+#include <functional>
+#include <set>
+
+namespace Libraries::Files::PDF::Import {
+
+namespace {
+
+using Position = std::uint64_t;
+
+/// Shows `visit` the source piece by piece, each with where it begins; what `overlap` bytes hold
+/// stands whole in one of them. Ends where `visit` gives false.
+void eachPiece(Source& source, std::size_t overlap,
+               const std::function<bool(std::string_view, Position)>& visit) {
+    std::string piece(std::size_t{64} << 10, '\0');
+    for (Position start = 0; start < source.size(); start += piece.size() - overlap) {
+        source.seek(static_cast<qpdf_offset_t>(start), SEEK_SET);
+        const std::size_t count = source.read(piece.data(), piece.size());
+        if (!visit(std::string_view(piece.data(), count), start)) return;
+    }
+}
+
+bool isWhite(char code) noexcept {
+    return code == ' ' || (code >= '\t' && code <= '\r') || code == '\0';
+}
+
+int hexValue(char code) noexcept {
+    if (code >= '0' && code <= '9') return code - '0';
+    const int letter = code | 0x20;
+    return letter >= 'a' && letter <= 'f' ? letter - 'a' + 10 : -1;
+}
+
+/// Takes one character of a name from the front of `text`, however it is spelled.
+char takeCharacter(std::string_view& text) noexcept {
+    char code = text.front();
+    std::size_t length = 1;
+    if (code == '#' && text.size() > 2 && hexValue(text[1]) >= 0 && hexValue(text[2]) >= 0) {
+        code = static_cast<char>(hexValue(text[1]) * 16 + hexValue(text[2]));
+        length = 3;
+    }
+    text.remove_prefix(length);
+    return code;
+}
+
+bool takeName(std::string_view& text, std::string_view name) noexcept {
+    return std::ranges::all_of(
+        name, [&](char code) { return !text.empty() && takeCharacter(text) == code; });
+}
+
+/// Whether the name that `text` is the inside of may make a dictionary one of a cross-reference
+/// stream: XRef, or Type with something else than a name behind it.
+bool mayMakeXref(std::string_view text) noexcept {
+    std::string_view behind = text;
+    if (takeName(behind, "XRef")) return true;
+    if (!takeName(text, "Type")) return false;
+    while (!text.empty() && isWhite(text.front()))
+        text.remove_prefix(1);
+    return text.empty() || hexValue(text.front()) >= 0 || text.front() == '%';
+}
+
+constexpr std::size_t longestMention = 64;
+
+bool refersTo(QPDFObjectHandle value) {
+    if (value.isIndirect()) return true;
+    if (value.isArray()) return std::ranges::any_of(value.getArrayAsVector(), refersTo);
+    if (!value.isDictionary()) return false;
+    return std::ranges::any_of(value.getDictAsMap(),
+                               [](const auto& entry) { return refersTo(entry.second); });
+}
+
+/// The offsets of the objects in an object stream, as its first numbers give them.
+std::vector<Position> offsetsIn(const std::shared_ptr<InputSource>& data, std::uint64_t first) {
+    QPDFTokenizer tokenizer;
+    tokenizer.allowEOF();
+    std::vector<Position> offsets;
+    for (bool isOffset = false;; isOffset = !isOffset) {
+        const auto token = tokenizer.readToken(data, "object stream", true);
+        if (!token.isInteger() || static_cast<Position>(data->tell()) > first) return offsets;
+        const long long number = std::strtoll(token.getValue().c_str(), nullptr, 10);
+        if (isOffset && number >= 0) offsets.push_back(first + static_cast<Position>(number));
+    }
+}
+
+} // namespace
+
+std::string Expansion::slice(Position start, Position end) {
+    std::string text(std::min(end, source_->size()) - start, '\0');
+    source_->seek(static_cast<qpdf_offset_t>(start), SEEK_SET);
+    text.resize(source_->read(text.data(), text.size()));
+    return text;
+}
+
+/// Decodes a stream and takes off what it gives.
+void Expansion::take(QPDFObjectHandle& stream, Pipeline* next) {
+    Meter meter(left_, next);
+    stream.pipeStreamData(&meter, nullptr, 0, qpdf_dl_specialized, true);
+    source_->check();
+    if (meter.exceeded()) fail(LimitExceeded, "the document's structure is larger than allowed");
+    left_ -= meter.passed();
+}
+
+void Expansion::measureXrefStreams() {
+    if (!mentionsXref()) return;
+    constexpr std::string_view keyword = "obj";
+    eachPiece(*source_, keyword.size() - 1, [&](std::string_view piece, Position start) {
+        for (std::size_t at = piece.find(keyword); at != std::string_view::npos;
+             at = piece.find(keyword, at + 1)) {
+            const bool isEnd = at >= 3 && piece.substr(at - 3, 3) == "end";
+            if (!isEnd) measureXrefStream(start + at + keyword.size());
+        }
+        return true;
+    });
+}
+
+bool Expansion::mentionsXref() {
+    bool found = false;
+    eachPiece(*source_, longestMention, [&](std::string_view piece, Position) {
+        for (std::size_t at = piece.find('/'); at != std::string_view::npos && !found;
+             at = piece.find('/', at + 1)) {
+            found = mayMakeXref(piece.substr(at + 1, longestMention - 1));
+        }
+        return !found;
+    });
+    return found;
+}
+
+void Expansion::measureXrefStream(Position start) {
+    const Scanned value = scan(source_, start);
+    if (!value.dictionary || !value.mayBeXref) return;
+    // Its Length tells how much of the file is the stream, unless it is wrong.
+    constexpr Position keywords = 64;
+    const Position size = source_->size();
+    const bool known = value.length >= 0 && static_cast<Position>(value.length) < size;
+    const Position end = value.end + static_cast<Position>(value.length) + keywords;
+    if (known && end < size && measureAlone(start, end)) return;
+    static_cast<void>(measureAlone(start, size));
+}
+
+/// Measures the object whose value begins at `start` as the only one of a document that ends at
+/// `end`. False where libqpdf found it damaged, as it is where `end` cuts it off.
+bool Expansion::measureAlone(Position start, Position end) {
+    std::string text = "%PDF-1.7\n1 0 obj\n";
+    text += slice(start, end);
+    const std::size_t table = text.append("\nendstream\nendobj\n").size();
+    text += "xref\n0 2\n0000000000 65535 f \n0000000009 00000 n \n"
+            "trailer\n<< /Size 2 /Root 1 0 R >>\nstartxref\n" +
+            std::to_string(table) + "\n%%EOF\n";
+    QPDF alone;
+    alone.setSuppressWarnings(true);
+    try {
+        alone.processMemoryFile("cross-reference stream", text.data(), text.size());
+    } catch (const QPDFExc&) {
+        return true; // what is no object alone is none in the document
+    }
+    QPDFObjectHandle object = alone.getObject(1, 0);
+    if (!object.isStream()) return !alone.anyWarnings();
+    QPDFObjectHandle dict = object.getDict();
+    if (refersTo(dict.getKey("/Filter")) || refersTo(dict.getKey("/DecodeParms"))) {
+        fail(BeyondRepair, "the filter of a cross-reference stream is a reference");
+    }
+    const bool whole = !alone.anyWarnings();
+    take(object, nullptr);
+    return whole;
+}
+
+void Expansion::measureObjectStreams(QPDF& document) {
+    const Entries entries = document.getXRefTable();
+    std::set<int> streams;
+    for (const auto& entry : entries) {
+        if (entry.second.getType() == 2) streams.insert(entry.second.getObjStreamNumber());
+    }
+    for (const int id : streams) {
+        const auto entry = entries.find(QPDFObjGen(id, 0));
+        if (entry == entries.end()) continue;
+        checkReferences(entries, entry->second);
+        measureObjectStream(document.getObject(id, 0));
+    }
+}
+
+/// What an object stream needs to be read does not lie in an object stream (7.5.7): libqpdf would
+/// have to read that one first, without having it measured.
+void Expansion::checkReferences(const Entries& entries, const QPDFXRefEntry& stream) {
+    const auto refuse = [] { fail(BeyondRepair, "an object stream lies in another"); };
+    if (stream.getType() != 1) refuse();
+    const auto offset = static_cast<Position>(stream.getOffset());
+    const std::string header = slice(std::min(offset, source_->size()), offset + 64);
+    const std::size_t keyword = header.find("obj");
+    if (keyword == std::string::npos) return;
+    for (const long long id : scan(source_, offset + keyword + 3).references) {
+        const auto entry = id > 0 && id <= INT32_MAX
+                               ? entries.find(QPDFObjGen(static_cast<int>(id), 0))
+                               : entries.end();
+        if (entry != entries.end() && entry->second.getType() == 2) refuse();
+    }
+}
+
+void Expansion::measureObjectStream(QPDFObjectHandle stream) {
+    if (!stream.isStream()) return;
+    Host::ByteBuffer bytes;
+    Collector collector(bytes);
+    take(stream, &collector);
+    collector.check();
+
+    QPDFObjectHandle first = stream.getDict().getKey("/First");
+    if (!first.isInteger() || first.getIntValue() < 0) return;
+    Buffer buffer(bytes.data(), bytes.size());
+    const std::shared_ptr<InputSource> data =
+        std::make_shared<BufferInputSource>("object stream", &buffer);
+    const auto begin = static_cast<Position>(first.getIntValue());
+    // The objects stand side by side. Where each began inside the one before, reading them all
+    // would take the square of the size.
+    Position budget = 4 * bytes.size();
+    for (const Position offset : offsetsIn(data, begin)) {
+        if (offset >= bytes.size()) continue;
+        const Position read = scan(data, offset).end - offset;
+        if (read > budget) fail(BeyondRepair, "objects in an object stream lie inside each other");
+        budget -= read;
+    }
+}
+
+} // namespace Libraries::Files::PDF::Import

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "libqpdf.h"
+#include "scan.h"
+#include "source.h"
+
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace Libraries::Files::PDF::Import {
+
+/// What a document's own structure takes once it is decoded, found out before libqpdf keeps all of
+/// it in memory: a few bytes of a cross-reference or object stream (ISO 32000-1, 7.5.7 and 7.5.8)
+/// may stand for gigabytes. Whatever goes beyond the limit, or could make libqpdf read the same
+/// thing again and again, throws `Failed`.
+class Expansion {
+public:
+    Expansion(std::shared_ptr<Source> source, std::uint64_t limit)
+        : source_(std::move(source)), left_(limit) {}
+
+    /// To be called before libqpdf opens the source. Looks at every dictionary in the file that may
+    /// be one of a cross-reference stream: which of them libqpdf reads is up to the document.
+    void measureXrefStreams();
+
+    /// To be called before an object of the opened document is asked for.
+    void measureObjectStreams(QPDF& document);
+
+private:
+    using Entries = std::map<QPDFObjGen, QPDFXRefEntry>;
+
+    [[nodiscard]] std::string slice(std::uint64_t start, std::uint64_t end);
+    [[nodiscard]] bool mentionsXref();
+    void measureXrefStream(std::uint64_t start);
+    [[nodiscard]] bool measureAlone(std::uint64_t start, std::uint64_t end);
+    void checkReferences(const Entries& entries, const QPDFXRefEntry& stream);
+    void measureObjectStream(QPDFObjectHandle stream);
+    void take(QPDFObjectHandle& stream, Pipeline* next);
+
+    std::shared_ptr<Source> source_;
+    std::uint64_t left_;
+};
+
+} // namespace Libraries::Files::PDF::Import

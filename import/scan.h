@@ -1,0 +1,24 @@
+#pragma once
+
+#include "libqpdf.h"
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+namespace Libraries::Files::PDF::Import {
+
+/// What the tokens of a value tell before libqpdf makes objects of it.
+struct Scanned {
+    std::uint64_t end = 0;             ///< where the source was behind it
+    bool dictionary = false;           ///< whether it is a dictionary, and complete
+    bool mayBeXref = false;            ///< whether its Type may be XRef
+    long long length = -1;             ///< its Length, where that is a number
+    std::vector<long long> references; ///< object numbers, of all that it refers to
+};
+
+/// Walks the value at `start` by libqpdf's own tokens, and takes closing brackets as libqpdf does:
+/// those that close nothing do not count.
+[[nodiscard]] Scanned scan(const std::shared_ptr<InputSource>& source, std::uint64_t start);
+
+} // namespace Libraries::Files::PDF::Import

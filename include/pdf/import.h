@@ -1,0 +1,64 @@
+#pragma once
+
+/// @file
+/// Any PDF document as one that `Document::create` opens: the library files-pdf-import, which
+/// stands on libqpdf. Nothing else of Files PDF needs it.
+
+#include <host/export.h>
+#include <host/ref.h>
+#include <host/stripe.h>
+
+#include <cstdint>
+#include <string_view>
+
+/// Turns documents of any structure into documents of the structure that `Document::create` reads.
+namespace Libraries::Files::PDF::Import {
+
+using Host::Ref;
+
+/// How to import a document. The defaults suit a document from anywhere.
+struct Options {
+    /// The user's or the owner's password, in UTF-8. Not looked at where the document is not
+    /// encrypted, or opens with the empty password.
+    std::string_view password = {};
+
+    /// Whether streams become ones that can be decoded: whatever else than FlateDecode alone
+    /// libqpdf decodes without loss (ASCII85Decode, ASCIIHexDecode, LZWDecode, RunLengthDecode,
+    /// chains of them, predictors) is decoded and deflated. What ends in an image format
+    /// (DCTDecode and its like), and plain data, stays as it is stored.
+    bool plainFilters = false;
+
+    /// The most bytes that the cross-reference and object streams of the document may hold
+    /// together once they are decoded. 0 stands for 8 MiB and 16 times the size of the source.
+    std::uint64_t objectLimit = 0;
+
+    /// The most bytes that `plainFilters` decodes one stream to; a stream that holds more stays as
+    /// it is stored. All streams together may hold 64 times the size of the source more than that.
+    std::uint64_t streamLimit = std::uint64_t{256} << 20;
+};
+
+/// Writes the document in `source`, as it is in its last revision, to `target`: from the start of
+/// `target` on, which should be empty. `Document::create` opens what was written.
+///
+/// What is written is one header, every object that the trailer leads to, one cross-reference
+/// table of one subsection (ISO 32000-1, 7.5.4) and one trailer. The objects are numbered from 1 in
+/// the order in which they are met, generation 0. A reference to nothing becomes null. Nothing is
+/// encrypted, whatever the document permitted: obey its owner. Importing what was imported gives
+/// the same bytes. What had to be repaired is logged as warnings, in the words of libqpdf, through
+/// the filter "Lib.File.PDF.Import".
+///
+/// Both stripes have elements of 32 bits, one for each byte, and are used during the call only, by
+/// this thread alone. Memory: what libqpdf takes, which holds all objects, and the data of one
+/// stream. Different calls are independent of each other.
+///
+/// False with `NullArgument`, `InvalidArgument` (elements not of 32 bits), `OutOfMemory` or one of
+/// `NotPdf` to `TargetNotWritten` set; the target then holds a truncated file.
+[[nodiscard]] FILES_PDF_EXPORT bool normalise(Ref<Interfaces::Stripe> source,
+                                              Ref<Interfaces::Stripe> target,
+                                              const Options& options = {}) noexcept;
+
+/// The same into memory. Null on failure.
+[[nodiscard]] FILES_PDF_EXPORT Ref<Interfaces::Stripe>
+normalise(Ref<Interfaces::Stripe> source, const Options& options = {}) noexcept;
+
+} // namespace Libraries::Files::PDF::Import
