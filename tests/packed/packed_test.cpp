@@ -72,13 +72,6 @@ TEST(Packing, FindsEntriesPastWhateverStandsInFront) {
     EXPECT_EQ(findPackedEntry("<< >>", "K"), "");
 }
 
-/// What came of writing, and what was written.
-std::string rewritten(Document& document) {
-    const auto target = Host::MemoryStripe::create();
-    const std::string outcome = outcomeOf([&] { return document.write(target); });
-    return outcome + contentsOf(target);
-}
-
 // Strings that fill a chunk to its last byte, are a byte too long for that, or get their own.
 TEST(Packing, KeepsObjectsOfAnySizeBeyondTheirDocument) {
     DocumentBuilder file;
@@ -89,60 +82,17 @@ TEST(Packing, KeepsObjectsOfAnySizeBeyondTheirDocument) {
         file.object(static_cast<std::uint32_t>(texts.size()), "(" + texts.back() + ")");
     }
     Ref<Document> document = open(file.bytes());
-    const std::string untouched = rewritten(*document);
+    const std::string untouched = write(*document);
     const auto objects = document->getObjects();
     for (std::size_t index = 0; index < texts.size(); index += 2)
         EXPECT_EQ(textOf(objects.at(index)->value()), texts[index]);
-    EXPECT_TRUE(rewritten(*document) == untouched && !document->changed());
+    EXPECT_TRUE(write(*document) == untouched && !document->changed());
     document = nullptr;
     for (std::size_t index = 0; index < texts.size(); ++index) {
         EXPECT_NE(untouched.find("\n(" + texts[index] + ")\n"), std::string::npos) << index;
         EXPECT_EQ(objects.at(index)->valueType(), Value::Type::String);
         EXPECT_EQ(textOf(objects.at(index)->value()), texts[index]) << index;
     }
-}
-
-TEST(Packing, SaysOfStreamsWhatTheirValuesSay) {
-    const std::string failed = failure(ObjectNotWritten);
-    const std::string character = failed + "Failed to convert character: 100h (256)\n"
-                                           "Failed to convert string to PDF compatible string\n";
-    const std::string invalid = failed + "Stream Length attribute value is invalid: ";
-    // The Length, what object 6 is, and the dictionary that is written or how the failure begins.
-    const std::tuple<std::string, std::string, std::string> rows[] = {
-        {"4", "0 ", "<< /Length 4 >>"},
-        {"6 0 R", "4 ", "<< /Length 6 0 R >>"},
-        {"+4/A[1.05 .5]", "0 ", "<< /A [ 1.5 0.5 ] /Length 4 >>"},
-        {"7 0 R/Length 006 00 R", "004.0 ", "<< /Length 6 0 R >>"},
-        {"-4", "0 ", invalid + "-4.0\n"},
-        {"6 0 R", "4.5 ", invalid + "4.5\n"},
-        {"400", "4 ", failed + "Stream end "}, // within the file's size
-        {"6 0 R", "9000 ", failed + "Stream end "},
-        {"6 1 R", "4 ", failed + "Failed to resolve Length object reference\n"},
-        {"6 0 R", "<</A 4>>", failed + "Stream Length has unexpected type: 6h (6)\n"},
-        {"4/A(\\400)", "0 ", character + "Failed to convert value of dictionary key to buffer: A"},
-        {"4", "(\\400)", character + "Failed to convert value to buffer\n"},
-    };
-    for (const auto& [length, object, expected] : rows) {
-        const std::string body = "<< /Length " + length + " >>\nstream\nabcd\nendstream";
-        const std::string bytes =
-            DocumentBuilder::minimal().object(5, body).object(6, object).bytes();
-        const std::string untouched = rewritten(*open(bytes));
-        EXPECT_EQ(untouched.starts_with(expected),
-                  untouched.find(expected + "\nstream\nabcd\nendstream\n") == std::string::npos)
-            << length << untouched;
-        for (const auto& touched : std::vector<std::vector<std::uint32_t>>{{5}, {6}, {5, 6}}) {
-            const auto document = open(bytes);
-            for (const std::uint32_t id : touched)
-                EXPECT_TRUE(valueOf(*document, id));
-            EXPECT_EQ(rewritten(*document), untouched) << length << object;
-        }
-    }
-    const auto document = open(DocumentBuilder::minimal()
-                                   .object(5, "<< /Length 6 0 R >>\nstream\nabcd\nendstream")
-                                   .object(6, "4 ")
-                                   .bytes());
-    dynamic_cast<NumberObj&>(*valueOf(*document, 6)).integer(2); // what counts from now on
-    EXPECT_NE(rewritten(*document).find("stream\nab\nendstream"), std::string::npos);
 }
 
 } // namespace
