@@ -182,6 +182,19 @@ void listPages(benchmark::State& state, Kind kind) {
             [&] { return document && document->getPages().size() == in.sample.pages; });
 }
 
+// An object keeps its value, so that each pass takes a document of its own.
+void touchEverything(benchmark::State& state, Kind kind) {
+    const Input& in = input(kind, state.range(0));
+    const auto source = in.memory();
+    measureOn(
+        state, in, 0, [&] { return Document::create(source); },
+        [](const Ref<Document>& document) {
+            return document && std::ranges::all_of(document->getObjects(), [](const auto& object) {
+                       return object->value() != nullptr;
+                   });
+        });
+}
+
 // A stream gives decoded data once, so that each pass takes a document of its own.
 void decodeStreams(benchmark::State& state, Kind kind) {
     const Input& in = input(kind, state.range(0));
@@ -235,6 +248,7 @@ void registerAll(const char* name, Kind kind, std::int64_t objects) {
     };
     add("openFromMemory", openFromMemory);
     add("openFromFile", openFromFile);
+    add("touchEverything", touchEverything);
     add("listPages", listPages);
     if (kind == Kind::Text) add("decodeStreams", decodeStreams);
     add("writeToMemory", writeToMemory);
@@ -244,7 +258,7 @@ void registerAll(const char* name, Kind kind, std::int64_t objects) {
 }
 
 [[maybe_unused]] const bool registered = [] {
-    for (const std::int64_t objects : {2'000, 20'000, 200'000}) {
+    for (const std::int64_t objects : {2'000, 20'000, 200'000, 1'000'000}) {
         registerAll("form", Kind::Form, objects);
         registerAll("text", Kind::Text, objects);
     }

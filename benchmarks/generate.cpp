@@ -1,6 +1,8 @@
 #include "generate.h"
 
 #include <host/stream.h>
+#include <host/string.h>
+#include <pdf/form.h>
 
 #include <algorithm>
 #include <array>
@@ -189,6 +191,20 @@ Sample generateFieldTree(std::size_t fields) {
                       (kids.empty() ? "" : "/Kids[" + kids + "]") + ">>");
     }
     return writer.finish(0);
+}
+
+bool fillTenFields(Libraries::Files::PDF::Document& document) {
+    using namespace Libraries::Files::PDF;
+    const auto form = document.form();
+    const auto value = String::create(Host::String::create("another value"));
+    bool done = form && value;
+    for (std::size_t field = 0; done && field < kidsOfEach; ++field) {
+        const std::string path = "f" + std::to_string(field) + ".f0";
+        const auto found = form->fieldByPath(Host::String::create(path));
+        auto* const text = dynamic_cast<Fields::Text*>(found.get());
+        done = text != nullptr && text->setValue(value);
+    }
+    return done;
 }
 
 Sample generate(Kind kind, std::size_t objects) {

@@ -3,6 +3,8 @@
 /// @file
 /// Documents of any size to measure with, the same at every run.
 
+#include <pdf/document.h>
+
 #include <cstddef>
 #include <string>
 
@@ -34,5 +36,8 @@ Sample generate(Kind kind, std::size_t objects);
 /// A document whose form is a balanced tree of `fields` text fields: ten at the top, ten kids for
 /// each, row by row. The kids of every field, and the fields at the top, are named f0 to f9.
 Sample generateFieldTree(std::size_t fields);
+
+/// Sets ten fields of such a tree, of at least 110 fields, found by their paths. Whether it went.
+bool fillTenFields(Libraries::Files::PDF::Document& document);
 
 } // namespace Benchmarks

@@ -1,9 +1,11 @@
-// Prints how much memory the rewrite of a file to a file takes at its peak.
+// Prints how much memory the steps of a document's life take at their peak, from a file: of
+// documents of many objects, and of files that are made to take much.
 //
-// Each step runs in a process of its own, so that the peak is that of the rewrite alone: the
-// largest resident size behind it, less that before it. Pages of a mapped source count too.
+// Each step opens the file and runs in a process of its own, so that the peak is that of the step
+// alone: the largest resident size behind it, less that before it.
 
 #include "generate.h"
+#include "hostile.h"
 
 #include <host/files.h>
 #include <pdf/document.h>
@@ -12,12 +14,14 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <charconv>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <span>
 #include <string>
 
 namespace {
@@ -44,42 +48,79 @@ bool apart(Step step) {
     return child > 0 && ::waitpid(child, &status, 0) == child && status == 0;
 }
 
-bool generateFile(const std::string& path, Kind kind, std::size_t objects) {
-    std::ofstream file(path, std::ios::binary);
-    file << Benchmarks::generate(kind, objects).bytes;
-    file.close();
-    return static_cast<bool>(file);
+using Host::Ref;
+using Libraries::Files::PDF::Document;
+
+bool touchEverything(Document& document) {
+    const auto objects = document.getObjects();
+    return !objects.empty() && std::ranges::all_of(objects, [](const auto& object) {
+        return object->value() != nullptr;
+    });
 }
 
-bool rewrite(const std::string& path) {
-    const auto source = Host::FileSource::open(path);
-    const auto document = source ? Libraries::Files::PDF::Document::create(source) : nullptr;
+bool rewrite(Document& document, const std::string& path) {
     const auto target = Host::FileTarget::create(path + ".saved");
-    return document && target && document->write(target) && target->commit();
+    return target && document.write(target) && target->commit();
 }
 
-bool measureRewrite(const char* name, const std::string& path, std::size_t objects) {
+// What is done to a document that was just opened from `path`.
+struct Step {
+    const char* name;
+    bool (*run)(Document& document, const std::string& path);
+};
+
+constexpr Step open{"open", [](Document&, const std::string&) { return true; }};
+constexpr Step touch{"touch everything", [](Document& document, const std::string&) {
+                         return touchEverything(document);
+                     }};
+constexpr Step steps[] = {
+    open,
+    {"rewrite", rewrite},
+    touch,
+    {"list pages",
+     [](Document& document, const std::string&) { return !document.getPages().empty(); }},
+};
+constexpr Step hostileSteps[] = {open, touch};
+constexpr Step fillTen{"fill ten fields", [](Document& document, const std::string&) {
+                           return Benchmarks::fillTenFields(document);
+                       }};
+
+// Whether the step is done with a document that can be opened.
+bool measure(const Step& step, const char* kind, const std::string& path, std::size_t objects) {
     const double before = peakBytes();
-    if (!rewrite(path)) return false;
+    const auto source = Host::FileSource::open(path);
+    const auto document = source ? Document::create(source) : nullptr;
+    const bool done = document && step.run(*document, path);
     const double used = peakBytes() - before;
     const auto size = static_cast<double>(std::filesystem::file_size(path));
-    std::printf("%s: %zu objects, file %.1f MB, peak above baseline %.1f MB: %.0f bytes for each "
-                "object, %.2f for each byte of the file\n",
-                name, objects, size / 1e6, used / 1e6, used / static_cast<double>(objects),
-                used / size);
-    return true;
+    std::printf("%-16s  %-19s  file %6.1f MB  peak %7.1f MB  %5.2f for each byte of it", step.name,
+                kind, size / 1e6, used / 1e6, used / size);
+    if (objects != 0) {
+        std::printf("  %4.0f bytes for each of %zu objects", used / static_cast<double>(objects),
+                    objects);
+    }
+    std::puts(done ? "" : document ? "  failed" : "  not opened");
+    return done;
 }
 
-bool measure(const char* name, Kind kind, std::size_t objects) {
+// The steps, on a file that `generate` makes. Whether all were done.
+template <class Generate>
+bool measureAll(std::span<const Step> of, const char* kind, std::size_t objects,
+                Generate generate) {
     const std::string path = (std::filesystem::temp_directory_path() /
                               ("files-pdf-peak-" + std::to_string(::getpid()) + ".pdf"))
                                  .string();
-    const bool done = apart([&] { return generateFile(path, kind, objects); }) &&
-                      apart([&] { return measureRewrite(name, path, objects); });
+    bool done = apart([&] {
+        std::ofstream file(path, std::ios::binary);
+        file << generate();
+        file.close();
+        return static_cast<bool>(file);
+    });
+    for (const Step& step : of)
+        done = apart([&] { return measure(step, kind, path, objects); }) && done;
     std::error_code ignored;
     std::filesystem::remove(path, ignored);
     std::filesystem::remove(path + ".saved", ignored);
-    if (!done) std::fprintf(stderr, "%s: %zu objects: not measured\n", name, objects);
     return done;
 }
 
@@ -90,12 +131,22 @@ int main(int argc, char** argv) {
     if (argc > 1) {
         const char* end = argv[1] + std::strlen(argv[1]);
         const auto [stop, error] = std::from_chars(argv[1], end, objects);
-        if (argc > 2 || error != std::errc{} || stop != end || objects < 4) {
-            std::fprintf(stderr, "usage: files-pdf-peak-memory [OBJECTS, at least 4]\n");
+        if (argc > 2 || error != std::errc{} || stop != end || objects < 200) {
+            std::fprintf(stderr, "usage: files-pdf-peak-memory [OBJECTS, at least 200]\n");
             return 2;
         }
     }
-    const bool form = measure("form", Kind::Form, objects);
-    const bool text = measure("text", Kind::Text, objects);
-    return form && text ? 0 : 1;
+    const bool form = measureAll(steps, "form", objects,
+                                 [&] { return Benchmarks::generate(Kind::Form, objects).bytes; });
+    const bool text = measureAll(steps, "text", objects,
+                                 [&] { return Benchmarks::generate(Kind::Text, objects).bytes; });
+    const bool fields = measureAll({&fillTen, 1}, "fields", objects, [&] {
+        return Benchmarks::generateFieldTree(objects - 2).bytes;
+    });
+    // One that is refused has to be measured as well.
+    for (const Benchmarks::HostileKind& kind : Benchmarks::hostileKinds()) {
+        for (const std::size_t size : {std::size_t{100'000}, std::size_t{20'000'000}})
+            measureAll(hostileSteps, kind.name, 0, [&] { return kind.generate(size); });
+    }
+    return form && text && fields ? 0 : 1;
 }

@@ -296,6 +296,22 @@ TEST(Faults, WhatTheHostMakesSaysThatMemoryIsExhausted) {
     }
 }
 
+// Neither handles nor values: a hundred views of stream data, and buffers that grow by doubling.
+TEST(Rewriting, MakesNothingForSingleObjects) {
+    Support::DocumentBuilder file = Support::DocumentBuilder::minimal();
+    for (std::uint32_t id = 5; id < 3'000; ++id)
+        file.object(id, id % 2 == 0 ? "<< /K [ (text) 7 0 R 1.50 ] /B (\\n) >>" : "[ 1.05 <00> ]");
+    for (std::uint32_t id = 3'000; id < 3'100; ++id)
+        file.stream(id, "/K 1 ", "data");
+    const Ref<Interfaces::Stripe> source = Support::stripeOf(file.bytes());
+    const Ref<Interfaces::Stripe> target = Host::MemoryStripe::create();
+    FailingHeap::failAt(300, FailingHeap::Fault::FromThenOn);
+    const Ref<Document> document = Document::create(source);
+    const bool written = document && document->write(target) && !document->changed();
+    EXPECT_FALSE(FailingHeap::stop());
+    EXPECT_TRUE(written);
+}
+
 TEST(Lookups, AllocateNothing) {
     const Ref<Document> document = Support::open(sampleBytes("q Q"));
     const Ref<Dictionary> catalog = document->getCatalog()->valueAsDictionary();

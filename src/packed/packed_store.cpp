@@ -25,12 +25,14 @@ std::string_view PackedStore::keep(std::string_view bytes) {
     Host::ByteBuffer& chunk = chunks_[filling_];
     static_cast<void>(chunk.append(bytes.data(), bytes.size())); // there is room, and it stays
     left_ -= bytes.size();
+    size_ += bytes.size();
     return tail(chunk, bytes.size());
 }
 
 std::string_view PackedStore::adopt(Host::ByteBuffer bytes) {
     bytes.shrink();
     chunks_.push_back(std::move(bytes));
+    size_ += chunks_.back().size();
     return tail(chunks_.back(), chunks_.back().size());
 }
 

@@ -7,6 +7,7 @@
 #include <host/ref.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 #include <vector>
 
@@ -21,6 +22,8 @@ public:
     /// Whether so many bytes get a chunk of their own, for which `adopt` needs no copy.
     [[nodiscard]] static bool isLarge(std::size_t size) noexcept { return size > chunkSize / 4; }
     [[nodiscard]] std::string_view adopt(Host::ByteBuffer bytes);
+    /// Bytes kept in all.
+    [[nodiscard]] std::uint64_t size() const noexcept { return size_; }
 
     /// What the values that are unpacked share.
     struct Shared {
@@ -40,6 +43,7 @@ private:
     std::vector<Host::ByteBuffer> chunks_;
     std::size_t left_ = 0; // room in the last chunk that is filled bit by bit
     std::size_t filling_ = 0;
+    std::uint64_t size_ = 0;
     Shared shared_;
 };
 

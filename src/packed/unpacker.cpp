@@ -46,7 +46,6 @@ public:
     [[nodiscard]] Ref<Value> value();
 
 private:
-    [[nodiscard]] bool at(char code) const noexcept { return next_ != end_ && *next_ == code; }
     [[nodiscard]] std::string_view token() noexcept;
     [[nodiscard]] const Ref<NameObj>& name();
     [[nodiscard]] Ref<Value> keyword();

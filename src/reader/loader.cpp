@@ -16,14 +16,24 @@ namespace {
 /// How many times the source's size may be read as objects in all. A well-formed file is read once;
 /// one whose objects lie inside each other could otherwise take quadratic time and memory.
 constexpr std::uint64_t longestReading = 8;
-constexpr std::uint64_t shortestReading = std::uint64_t{1} << 20;
+/// How many times the source's size may be kept of objects before another one is read. No byte that
+/// is read once becomes more than four, as in "\377".
+constexpr std::uint64_t mostKept = 4;
+/// A source so small that none of this matters.
+constexpr std::uint64_t smallSource = std::uint64_t{1} << 20;
+
+/// `times` the source's size, or at least what a small one may take; all there is where that cannot
+/// be told.
+std::uint64_t budgetOf(std::uint64_t size, std::uint64_t times) noexcept {
+    const bool countable = size < std::numeric_limits<std::uint64_t>::max() / times / 2;
+    return countable ? size * times + smallSource : std::numeric_limits<std::uint64_t>::max();
+}
 
 bool loadObjects(DocumentState& state, Host::Cursor& cursor, Scanner& scanner,
                  const std::vector<XrefEntry>& entries) {
     ObjectReader reader(cursor, scanner);
-    const std::uint64_t size = cursor.size();
-    const bool countable = size < std::numeric_limits<std::uint64_t>::max() / longestReading / 2;
-    const std::uint64_t budget = countable ? size * longestReading + shortestReading : UINT64_MAX;
+    const std::uint64_t budget = budgetOf(cursor.size(), longestReading);
+    const std::uint64_t kept = budgetOf(cursor.size(), mostKept);
     const auto inUse = std::ranges::count_if(entries, &XrefEntry::inUse);
     state.objects.reserve(static_cast<std::size_t>(inUse));
 
@@ -35,6 +45,7 @@ bool loadObjects(DocumentState& state, Host::Cursor& cursor, Scanner& scanner,
             return fail(XrefUnreadable, "In use object reference is at offset 0: ", id);
         }
         const bool read = reader.charactersRead() <= budget &&
+                          state.objects.store()->size() <= kept &&
                           reader.read(id, entry.generation, entry.offset, state);
         if (!read) return fail(ObjectUnreadable, "Failed to read object at ", entry.offset);
     }

@@ -15,8 +15,12 @@ using Call = FailingStripe::Call;
 /// Object 5 is the last one, so that its data is followed by 10 bytes and the rest of the file.
 Ref<Document> openWith(const std::string& entries, const std::string& data) {
     const std::string body = "<< " + entries + " >>\nstream\n" + data + "\nendstream";
-    return Support::open(
-        DocumentBuilder::minimal().object(6, "3").object(7, "<< /A 1 >>").object(5, body).bytes());
+    return Support::open(DocumentBuilder::minimal()
+                             .object(6, "3")
+                             .object(7, "<< /A 1 >>")
+                             .object(8, "03.0 ")
+                             .object(5, body)
+                             .bytes());
 }
 
 TEST(StreamData, ReadsByLengthAndFilter) {
@@ -31,6 +35,9 @@ TEST(StreamData, ReadsByLengthAndFilter) {
         {"/Length 3", "abcdef", true, "abc"},
         {"/Length 0", "abc", false, ""},
         {"/Length 6 0 R", "abcdef", false, "abc"},
+        {"/A [+1.05 .5] /Length +3", "abcdef", false, "abc"},
+        {"/Length 9 0 R /Length 008 00 R", "abcdef", false, "abc"},
+        {"/Length 6 1 R", "abc", false, "1292 Failed to resolve Length object reference\n"},
         {"", "abc", false, "1292 Stream has no Length entry\n"},
         {"/Length 9 0 R", "abc", false, "1292 Failed to resolve Length object reference\n"},
         {"/Length 7 0 R", "abc", false, kind + "6h (6)\n"},
@@ -39,8 +46,10 @@ TEST(StreamData, ReadsByLengthAndFilter) {
         {"/Length 1.5", "abc", false, invalid + "1.5\n"},
         {"/Length -1", "abc", false, invalid + "-1.0\n"},
         {"/Length 9223372036854775807", "abc", false,
-         "1292 Stream end 8000000000000172h (9223372036854776178) is out of range of underlying "
-         "file: 267h (615)\n"},
+         "1292 Stream end 8000000000000187h (9223372036854776199) is out of range of underlying "
+         "file: 290h (656)\n"},
+        {"/Length 400", "abc", false,
+         "1292 Stream end 308h (776) is out of range of underlying file: 280h (640)\n"},
         {"/Length -9223372036854775808", "abc", false, invalid + "-9223372036854775808.0\n"},
         {"/Length [5 0 R]", "abc", false, kind + "8h (8)\n"},
         {packed, flate, true, "drawing"},
@@ -68,7 +77,16 @@ TEST(StreamData, ReadsByLengthAndFilter) {
         const bool unwritable = result.starts_with("1292") || entries.ends_with("DCTDecode");
         EXPECT_EQ(Host::Error::get() == Host::NoError, !unwritable) << entries;
         EXPECT_EQ(Support::write(*document).empty(), unwritable) << entries;
+        // Whether anybody looked at the stream makes no difference.
+        const auto written = [&](const Ref<Document>& of) {
+            const auto target = Host::MemoryStripe::create();
+            return outcomeOf([&] { return of->write(target); }) + contentsOf(target);
+        };
+        EXPECT_EQ(written(openWith(entries, bytes)), written(document)) << entries;
     }
+    const auto document = openWith("/Length 6 0 R", "abc");
+    dynamic_cast<NumberObj&>(*Support::valueOf(*document, 6)).integer(2); // and that counts
+    EXPECT_NE(Support::write(*document).find("stream\nab\nendstream"), std::string::npos);
 }
 
 TEST(StreamData, ReachesToTheLastByteOfTheSource) {

@@ -325,7 +325,7 @@ TEST(ForeignClasses, FormsRefuseThem) {
         {"DR", 6, "Dictionary", [](const Form& f) { return bool(f.defaultResources()); }},
         {"CO", 8, "Array", [](const Form& f) { return bool(f.calculationOrder()); }}};
     for (const auto& [key, type, kind, get] : entries) {
-        (void)acroForm->set(text(key), foreign(type));
+        ASSERT_TRUE(acroForm->set(text(key), foreign(type)));
         const RecordingLog log;
         EXPECT_FALSE(get(*form)) << key;
         EXPECT_EQ(log.text(), std::string("Failed to cast value to ") + kind + ": " + key + "\n");

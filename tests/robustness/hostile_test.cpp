@@ -80,23 +80,35 @@ TEST(Hostile, TrustsNoClaim) {
     }
 }
 
-// Every object is the beginning of the next outer one's string, up to the end of the file.
-TEST(Hostile, ObjectsWithinEachOtherAreReadInLinearTime) {
-    constexpr std::uint32_t count = 4'000;
+/// Every object is the beginning of the next outer one's string, and ends behind `core`.
+std::string withinEachOther(std::uint32_t count, const std::string& core) {
     std::string bytes = "%PDF-1.7\n";
     std::string table = "xref\n0 " + std::to_string(count + 1) + "\n0000000000 65535 f \n";
     for (std::uint32_t id = 1; id <= count; ++id) {
         table += std::to_string(bytes.size()) + " 0 n\n";
         bytes += std::to_string(id) + " 0 obj (";
     }
-    bytes += repeated(")", count) + " ";
+    bytes += core + repeated(")", count) + " ";
     const std::string offset = std::to_string(bytes.size());
-    bytes += table + "trailer\n<< /Root 1 0 R >>\nstartxref\n" + offset + "\n%%EOF";
+    return bytes + table + "trailer\n<< /Root 1 0 R >>\nstartxref\n" + offset + "\n%%EOF";
+}
+
+TEST(Hostile, ObjectsWithinEachOtherAreReadInLinearTime) {
+    const std::string bytes = withinEachOther(4'000, "");
     const RecordingLog log;
     const auto source = Host::make<FailingStripe>(Support::stripeOf(bytes));
     EXPECT_FALSE(exercise(source, Host::MemoryStripe::create()));
     EXPECT_LT(source->calls(FailingStripe::Call::Read), bytes.size() * 10 + (1U << 20));
     EXPECT_TRUE(log.text().starts_with("Failed to read object at "));
+}
+
+TEST(Hostile, ObjectsWithinEachOtherTakeNoMoreThanOthersMay) {
+    constexpr std::size_t size = 600'000;
+    EXPECT_TRUE(exercise(withinEachOther(1, repeated("\xFF", size)))) << "four bytes for each";
+    EXPECT_TRUE(exercise(withinEachOther(4, repeated("x", size))));
+    EXPECT_TRUE(exercise(withinEachOther(2, repeated("\xFF", size)))) << "looked at in between";
+    const RecordingLog log;
+    expectFailure(Support::open(withinEachOther(3, repeated("\xFF", size))), ObjectUnreadable);
 }
 
 TEST(Hostile, SurvivesEveryCutAndFlip) {

@@ -1,0 +1,113 @@
+#include "hostile.h"
+
+#include <string_view>
+#include <vector>
+
+namespace Benchmarks {
+namespace {
+
+/// A file whose objects begin at these offsets of `body`, numbered from 1. Its table is as short as
+/// is accepted.
+std::string fileOf(const std::string& body, const std::vector<std::size_t>& offsets) {
+    std::string file = body + "\nxref\n0 " + std::to_string(offsets.size() + 1) + "\n0 65535 f\n";
+    for (const std::size_t offset : offsets)
+        file += std::to_string(offset) + " 0 n\n";
+    return file + "trailer<</Root 1 0 R>>\nstartxref\n" + std::to_string(body.size() + 1) +
+           "\n%%EOF\n";
+}
+
+constexpr std::string_view header = "%PDF-1.4\n";
+
+/// One object: `unit` again and again, between `open` and `close`.
+std::string repeated(std::string_view open, std::string_view unit, std::string_view close,
+                     std::size_t size) {
+    std::string body(header);
+    body.append("1 0 obj ").append(open);
+    while (body.size() < size)
+        body += unit;
+    return fileOf(body.append(close).append(" endobj"), {header.size()});
+}
+
+/// Short keys that differ, none in its place; the dictionary stands in `texts` strings, which are
+/// objects as well.
+std::string unsortedKeys(std::size_t size, std::size_t texts) {
+    std::string body(header);
+    std::vector<std::size_t> offsets;
+    for (std::size_t object = 0; object <= texts; ++object) {
+        offsets.push_back(body.size());
+        body += std::to_string(offsets.size()) + " 0 obj " + (object < texts ? "(" : "<<");
+    }
+    for (std::size_t key = 0; body.size() < size; ++key) {
+        body += '/';
+        for (std::size_t rest = key, digit = 0; digit < 5; ++digit, rest /= 26)
+            body += static_cast<char>('A' + rest % 26);
+        body += "/B";
+    }
+    return fileOf(body + ">>endobj" + std::string(texts, ')') + " endobj", offsets);
+}
+
+/// Dictionaries as deep as they may be, each of which has to be put in order.
+std::string nestedKeys(std::size_t size) {
+    std::string body = std::string(header) + "1 0 obj ";
+    for (int level = 0; level < 512; ++level)
+        body += "<</B/C/A";
+    body += "(" + std::string(size, 'x') + ")";
+    for (int level = 0; level < 512; ++level)
+        body += ">>";
+    return fileOf(body + "endobj", {header.size()});
+}
+
+std::string smallObjects(std::size_t size) {
+    std::string body(header);
+    std::vector<std::size_t> offsets;
+    while (body.size() + offsets.size() * 12 < size) {
+        offsets.push_back(body.size());
+        body += std::to_string(offsets.size()) + " 0 obj 1 ";
+    }
+    return fileOf(body, offsets);
+}
+
+/// Each object begins in the value of the one before, where it does not count, and reaches to the
+/// same end.
+std::string overlapping(std::size_t size, std::size_t count, std::string_view open,
+                        std::string_view unit, std::string_view close) {
+    std::string body(header);
+    std::vector<std::size_t> offsets;
+    while (offsets.size() < count) {
+        offsets.push_back(body.size());
+        body.append(std::to_string(offsets.size())).append(" 0 obj ").append(open);
+    }
+    body += '\n';
+    while (body.size() < size)
+        body += unit;
+    return fileOf(body.append(close).append(" endobj"), offsets);
+}
+
+constexpr HostileKind kinds[] = {
+    {"empty strings", [](std::size_t size) { return repeated("[", "()", "]", size); }},
+    {"empty arrays", [](std::size_t size) { return repeated("[", "[]", "]", size); }},
+    {"empty dictionaries", [](std::size_t size) { return repeated("[", "<<>>", "]", size); }},
+    {"names", [](std::size_t size) { return repeated("[", "/A", "]", size); }},
+    {"references", [](std::size_t size) { return repeated("[", "1 0 R ", "]", size); }},
+    {"numbers", [](std::size_t size) { return repeated("[", ". ", "]", size); }},
+    {"octal escapes", [](std::size_t size) { return repeated("(", "\xFF", ")", size); }},
+    {"equal keys", [](std::size_t size) { return repeated("<<", "/A/B", ">>", size); }},
+    {"unsorted keys", [](std::size_t size) { return unsortedKeys(size, 0); }},
+    {"keys in texts", [](std::size_t size) { return unsortedKeys(size, 2); }},
+    {"nested keys", nestedKeys},
+    {"small objects", smallObjects},
+    {"two overlapping", [](std::size_t size) { return overlapping(size, 2, "[%", "()", "]"); }},
+    {"nine overlapping", [](std::size_t size) { return overlapping(size, 9, "[%", "()", "]"); }},
+    {"overlapping keys",
+     [](std::size_t size) { return overlapping(size, 3, "<<%", "/A/B", ">>endobj"); }},
+    {"overlapping texts",
+     [](std::size_t size) { return overlapping(size, 9, "[%", "(\xFF\xFF\xFF\xFF)", "]"); }},
+};
+
+} // namespace
+
+std::span<const HostileKind> hostileKinds() {
+    return kinds;
+}
+
+} // namespace Benchmarks

@@ -1,0 +1,20 @@
+#pragma once
+
+/// @file
+/// Files made to take much memory for their size.
+
+#include <cstddef>
+#include <span>
+#include <string>
+
+namespace Benchmarks {
+
+/// A file that opens, of about so many bytes.
+struct HostileKind {
+    const char* name;
+    std::string (*generate)(std::size_t size);
+};
+
+[[nodiscard]] std::span<const HostileKind> hostileKinds();
+
+} // namespace Benchmarks
