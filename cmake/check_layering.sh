@@ -3,6 +3,8 @@
 #
 #   host <- values <- packed <- state <- reader, writer, compose, forms <- document
 #
+# Tools stand on the public headers alone, and nothing includes what is theirs.
+#
 # usage: check_layering.sh [ROOT]
 # Prints file:line of each offender and fails; a tree without a single include fails too.
 set -eu
@@ -33,6 +35,8 @@ BEGIN {
     for (i in stages)
         sees[stages[i]] = sees["state"] stages[i] " "
     sees["document"] = sees["state"] "reader writer compose forms document "
+    sees["public-tools"] = " public-host public-pdf codes public-tools "
+    sees["tools"] = sees["public-tools"] "tools "
     # The public error codes are named in one place, which the runtime shares.
     sees["public-pdf"] = sees["public-pdf"] "codes "
     system_header = "^(unistd|fcntl|dlfcn|poll|windows|io|libdeflate|igzip_lib|isa-l)[.]h$" \
@@ -42,8 +46,9 @@ BEGIN {
 function layer(path) {
     if (path ~ /^include\/host\//) return "public-host"
     if (path == "include/pdf/errors.h") return "codes"
+    if (path ~ /^include\/pdf\/tools\//) return "public-tools"
     if (path ~ /^include\/pdf\//) return "public-pdf"
-    if (path ~ /^src\/(host|values|packed|state|document|reader|writer|compose|forms)\//) {
+    if (path ~ /^src\/(host|values|packed|state|document|reader|writer|compose|forms|tools)\//) {
         split(path, part, "/")
         return part[2]
     }
@@ -66,7 +71,7 @@ function target(file, name, quoted,    folder) {
     if (quoted && exists(folder name)) return folder name
     if (exists("include/" name)) return "include/" name
     if (name ~ /^pdf\//) return "include/" name
-    if (name ~ /^(host|values|packed|state|document|reader|writer|compose|forms)\//) return "src/" name
+    if (name ~ /^(host|values|packed|state|document|reader|writer|compose|forms|tools)\//) return "src/" name
     if (quoted) return "?"
     return ""
 }
