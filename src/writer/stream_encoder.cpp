@@ -12,7 +12,6 @@
 #include <host/stream.h>
 #include <host/string.h>
 
-#include <ranges>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -248,7 +247,8 @@ void StreamEncoder::complete() {
 /// memory: an entry that was removed finds its place still there.
 void StreamEncoder::undo() noexcept {
     const std::uint32_t code = Host::Error::get();
-    for (Former& former : std::views::reverse(formers_)) {
+    for (auto place = formers_.rbegin(); place != formers_.rend(); ++place) {
+        Former& former = *place;
         former.stream->strmData(std::move(former.data));
         former.length->integer(former.lengthInteger);
         static_cast<void>(former.dict->set("Filter"_str, std::move(former.filter)));
