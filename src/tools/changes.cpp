@@ -2,7 +2,7 @@
 
 #include "tools/failure.h"
 
-#include <ranges>
+#include <utility>
 
 namespace Libraries::Files::PDF::Tools {
 
@@ -30,10 +30,10 @@ void Changes::keep() noexcept {
 /// that was added is the last one of its document.
 void Changes::undo() noexcept {
     const std::uint32_t code = Host::Error::get();
-    for (Entry& entry : std::views::reverse(entries_))
-        static_cast<void>(entry.dictionary->set(entry.key, std::move(entry.former)));
-    for (const Ref<Object>& object : std::views::reverse(added_))
-        static_cast<void>(document_.removeObject(object));
+    for (auto entry = entries_.rbegin(); entry != entries_.rend(); ++entry)
+        static_cast<void>(entry->dictionary->set(entry->key, std::move(entry->former)));
+    for (auto object = added_.rbegin(); object != added_.rend(); ++object)
+        static_cast<void>(document_.removeObject(*object));
     Host::Error::set(code);
 }
 
