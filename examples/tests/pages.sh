@@ -47,7 +47,13 @@ test_edit_values() {
     last=$("$programs/inspect" "$sample" | sed -n 's/^page [0-9]* \([0-9]* [0-9]*\)$/\1/p' | tail -n 1)
     LC_ALL=C grep -aqF "/OpenAction [ $last R /Fit ]" "$work/second.pdf" || fail "opens elsewhere"
     if LC_ALL=C grep -aq /PageMode "$work/second.pdf"; then fail "PageMode is still there"; fi
-    keeps_code edit_values
+    sed 's,^/Info ,/Note ,' "$sample" >"$work/no-info.pdf"
+    "$programs/edit_values" "$work/no-info.pdf" "$work/third.pdf" 'Made' >"$work/said"
+    LC_ALL=C grep -aqF '/Title (Made)' "$work/third.pdf" || fail "no Info was made"
+    [ ! -s "$work/said" ] || fail "there was no title: $(cat "$work/said")"
+    refuses "$programs/edit_values" <<ROWS
+1 error.34049 $work/missing.pdf $work/target.pdf title
+ROWS
 }
 
 test_custom_stripe() {
