@@ -54,6 +54,14 @@ put import/source.cpp bad '"host/inflate.h"'
 put import/source.cpp bad '<unistd.h>'
 put src/reader/loader.h bad '<pdf/import.h>'
 put src/reader/loader.h bad '<qpdf/QPDF.hh>'
+put include/pdf/tools/pages.h ok '<pdf/values.h>'
+put src/tools/changes.h ok '<pdf/tools/pages.h>'
+put src/tools/pages.cpp ok '"tools/changes.h"'
+put src/tools/pages.cpp bad '"values/scalars.h"'
+put src/tools/pages.cpp bad '"host/inflate.h"'
+put src/compose/clone.h bad '"tools/changes.h"'
+put src/document/document_obj.h bad '<pdf/tools/pages.h>'
+put include/pdf/values.h bad '<pdf/tools/pages.h>'
 
 if sh "$check" . >report; then
     echo "the offenders passed" >&2

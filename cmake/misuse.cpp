@@ -33,8 +33,8 @@ void use(const Ref<Document>& document, const Ref<Dictionary>& dict, const Ref<V
     const StreamObj copy(static_cast<const StreamObj&>(*value));
 #elif MISUSE == 7  // copying what may be large
     const Host::ByteBuffer bytes = buffer;
-#elif MISUSE == 8  // a key that would have to be made
-    (void)dict->find("Root");
+#elif MISUSE == 8  // a number that would lose what is behind its point
+    (void)Number::create(0.25);
 #elif MISUSE == 9  // text whose encoding nobody said
     (void)dict->find("\u00C4"_str);
 #elif MISUSE == 10 // what is no value

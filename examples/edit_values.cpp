@@ -2,44 +2,43 @@
 
 #include "program.h"
 
+#include <pdf/tools/pages.h>
+
 namespace {
 
 using namespace Libraries::Files::PDF;
-using namespace Host::Literals;
-using Host::Ref;
 
 // page begin
 /// Gives the document a title, in any script, and prints the former one.
-bool setTitle(const Document& document, std::string_view utf8) {
-    const auto entry = document.trailer()->find("Info"_str);
-    const auto info = entry ? document.valueAsDict(entry) : nullptr;
-    if (!info) return false; // none, or a reference that leads nowhere: the code says which
-    const auto former = info->findAsString("Title"_str, true);
+bool setTitle(Document& document, std::string_view utf8) {
+    auto info = Tools::as<Dictionary>(Tools::resolve(document, document.trailer()->find("Info")));
+    if (!info) { // there is none: make it, as an object that the trailer refers to
+        info = Dictionary::create();
+        const auto ref = Tools::addObject(document, info);
+        if (!ref || !document.trailer()->set("Info", ref)) return false;
+    }
+    const auto former = info->findAsString("Title", true);
     const auto text = former ? former->asText() : nullptr; // UTF-16 bytes become text as well
     if (text) std::printf("was: %s\n", text->utf8().c_str());
-    const auto title = String::create(Host::String::create(utf8));
-    return title && info->set("Title"_str, title); // setting null would take the entry away
+    const auto title = String::create(utf8);
+    return title && info->set("Title", title); // setting null would take the entry away
 }
 
 /// Has viewers open the document at its last page, fit into the window (ISO 32000-1, 12.3.2.2).
 bool openAtLastPage(const Document& document) {
-    const auto catalog = document.getCatalog();
-    const auto root = document.getPageCatalog();
-    if (!catalog || !root) return false;
-    const auto kids = root->valueAsDictionary()->findAsArray("Kids"_str);
-    if (!kids) return false;
-    if (kids->size() == 0) { // a failure of ours is reported as those of the library are
+    const auto pages = Tools::allPages(document);
+    const auto catalog = pages ? document.getCatalog() : nullptr;
+    if (!catalog) return false;
+    if (pages->empty()) { // a failure of ours is reported as those of the library are
         Host::Error::set(PageTreeInvalid);
         return false;
     }
-
-    // The reference is that of the page tree, now in two places: values are shared, never copied.
-    const auto page = kids->getAsObjectRef(kids->size() - 1);
-    const auto fit = Name::create("Fit"_str);
+    const auto page = Tools::referenceTo(pages->back().object);
+    const auto fit = Name::create("Fit");
     const auto view = page && fit ? Array::create({page, fit}) : nullptr;
     const auto entries = catalog->valueAsDictionary();
-    return view && entries->set("OpenAction"_str, view) &&
-           entries->set("PageMode"_str, nullptr); // away with it
+    return view && entries->set("OpenAction", view) &&
+           entries->set("PageMode", nullptr); // away with it
 }
 // page end
 

@@ -2,6 +2,8 @@
 
 #include "program.h"
 
+#include <pdf/tools/pages.h>
+
 namespace {
 
 using namespace Libraries::Files::PDF;
@@ -34,6 +36,15 @@ void print(const Document& document, const std::vector<Host::Ref<Object>>& pages
     }
 }
 
+/// Says where the pages that were printed are not what a reader sees.
+void printNesting(const Document& document) {
+    const auto pages = Tools::allPages(document);
+    const auto nested = [](const Tools::Page& page) { return page.depth > 1; };
+    if (pages && std::any_of(pages.begin(), pages.end(), nested)) {
+        std::printf("nested %zu\n", pages->size());
+    }
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -50,5 +61,6 @@ int main(int argc, char** argv) {
     if (pages.empty() && Host::Error::get() != Host::NoError) return Program::failure();
 
     print(*document, pages);
+    printNesting(*document);
     return Program::finishOutput();
 }

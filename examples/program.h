@@ -126,7 +126,7 @@ inline Ref<Interfaces::Stripe> source(std::string_view path, const Opening& how)
 }
 
 /// Opens the document in the file at `path`; null where that failed, which has been reported then.
-inline Ref<Document> open(std::string_view path, const Opening& how) {
+inline Ref<Document> open(std::string_view path, const Opening& how = {}) {
     const Ref<Interfaces::Stripe> stripe = source(path, how);
     Ref<Document> document = stripe ? Document::create(stripe) : nullptr;
     if (document) return document;
@@ -163,7 +163,7 @@ inline void warnOfLosses(const Document& document) {
 
 /// Saves `document` to the file at `path` and gives the exit status: 3 where the result would be no
 /// sound document.
-inline int save(Document& document, std::string_view path, const Saving& saving) {
+inline int save(Document& document, std::string_view path, const Saving& saving = {}) {
     document.faithfulNumbers(saving.faithful);
     if (saving.options.look) warnOfLosses(document);
     const std::string name(path);

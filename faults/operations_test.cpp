@@ -10,6 +10,7 @@
 #include <pdf/errors.h>
 #include <pdf/form.h>
 #include <pdf/tools/files.h>
+#include <pdf/tools/pages.h>
 
 #include <gtest/gtest.h>
 
@@ -28,9 +29,10 @@ class Nowhere final : public Host::LogPrinter {
     void print(std::uint32_t, Host::LogLevel, std::string_view) noexcept override {}
 };
 
-std::string sampleBytes(std::string_view content) {
-    return Support::DocumentBuilder()
-        .object(1, "<< /Type /Catalog /Pages 2 0 R /AcroForm 8 0 R >>")
+/// The pages stand in the root of their tree or, `nested`, one of them twice below a node.
+std::string sampleBytes(std::string_view content, bool nested = false) {
+    Support::DocumentBuilder builder;
+    builder.object(1, "<< /Type /Catalog /Pages 2 0 R /AcroForm 8 0 R >>")
         .object(2, "<< /Type /Pages /Kids [ 3 0 R 4 0 R ] /Count 2 >>")
         .object(3, "<< /Type /Page /Parent 2 0 R /Contents 5 0 R /Resources << /Font << /F1 7 0 R "
                    ">> /ProcSet [ /PDF /Text ] >> >>")
@@ -44,13 +46,24 @@ std::string sampleBytes(std::string_view content) {
         .object(11, "<< /FT /Btn /T (check) /V /Off /Parent 9 0 R >>")
         // A second stream of each kind, so that there is something to undo.
         .stream(12, "/Filter /FlateDecode ", Support::deflated("q Q q Q"))
-        .stream(13, "", "n")
-        .bytes();
+        .stream(13, "", "n");
+    if (nested) {
+        builder.object(2, "<< /Type /Pages /Rotate 90 /Kids [ 3 0 R 14 0 R 4 0 R ] >>")
+            .object(14, "<< /MediaBox [ 0 0 15 0 R 9 ] /Resources << /A 1 >> /Kids 16 0 R >>")
+            .object(15, "99")
+            .object(16, "[ 4 0 R 17 0 R ]")
+            .object(17, "<< /Contents 18 0 R /CropBox [ 1 1 8 8 ] >>")
+            .object(18, "[ 5 0 R 6 0 R ]");
+    }
+    return builder.bytes();
 }
 
 /// A document under test and what an operation made of it.
 struct Subject {
-    Ref<Interfaces::Stripe> source = Support::stripeOf(sampleBytes("0 0 99 99 re f"));
+    explicit Subject(bool nested)
+        : source(Support::stripeOf(sampleBytes("0 0 99 99 re f", nested))) {}
+
+    Ref<Interfaces::Stripe> source;
     Ref<FailingStripe> failing = Host::make<FailingStripe>(source);
     Ref<Document> document;
     Ref<Document> foreign;
@@ -87,6 +100,7 @@ struct Operation {
     /// A failure leaves what is written as it was. Else it leaves the pages' contents: resources
     /// that were merged stay, and stand in the way of a second attempt.
     bool allOrNothing = true;
+    bool nested = false; ///< the document's page tree is
 };
 
 const Operation operations[] = {
@@ -136,7 +150,81 @@ const Operation operations[] = {
      [](Subject& subject) {
          return subject.document->writeStreamData(subject.stream, subject.target, true) == 1;
      },
-     {CodingFailed, StreamObjectInvalid, OutOfMemory}}};
+     {CodingFailed, StreamObjectInvalid, OutOfMemory}},
+    {"parse and set a value",
+     [](Subject& subject) {
+         SyntaxError error;
+         const auto value = Tools::parseValue("<< /A [ 1 0 R (a\\001) <FF> -.5 ] >>", &error);
+         const auto same = Dictionary::create({{"A", Name::create("N")}, {"B", value}});
+         const auto catalog = same ? subject.document->getCatalog() : nullptr;
+         const auto entries = catalog ? catalog->valueAsDictionary() : nullptr;
+         return entries && entries->set("\xC3\xA9", same);
+     },
+     {OutOfMemory, RootInvalid}},
+    {"add an object",
+     [](Subject& subject) {
+         const auto ref = Tools::addObject(*subject.document, String::create("caf\xC3\xA9"));
+         return ref != nullptr;
+     },
+     {OutOfMemory, NullArgument}},
+    {"remove an object",
+     [](Subject& subject) {
+         const auto ref = ObjectRef::create(8);
+         return ref && Tools::removeObject(*subject.document, ref);
+     },
+     {OutOfMemory}},
+    {"make a stream",
+     [](Subject& subject) {
+         return Tools::makeStream(*subject.document, "q Q", true) &&
+                Tools::makeStream(*subject.document, "q Q", false);
+     },
+     {OutOfMemory},
+     false},
+    {"set a stream's data",
+     [](Subject& subject) {
+         return Tools::setStreamData(*subject.document, subject.stream, "0 0 1 1 re f");
+     },
+     {OutOfMemory}},
+    {"decoded bytes",
+     [](Subject& subject) {
+         subject.result = Tools::decodedBytes(*subject.document, subject.stream);
+         return subject.result != nullptr;
+     },
+     {OutOfMemory, CodingFailed}},
+    {"all pages",
+     [](Subject& subject) {
+         const auto pages = Tools::allPages(*subject.document);
+         return pages && pages->size() == 4;
+     },
+     {OutOfMemory, RootInvalid, CatalogInvalid, PageTreeInvalid},
+     true,
+     true},
+    {"flatten",
+     [](Subject& subject) { return Tools::flattenPages(*subject.document); },
+     {OutOfMemory, RootInvalid, CatalogInvalid, PageTreeInvalid},
+     true,
+     true},
+    {"add a page",
+     [](Subject& subject) {
+         const Ref<Array> box = Tools::as<Array>(Tools::parseValue("[ 0 0 9 9 ]"));
+         return box && Tools::addPage(*subject.document, "q Q", box);
+     },
+     {OutOfMemory, RootInvalid, CatalogInvalid, PageTreeInvalid},
+     true,
+     true},
+    {"insert a page",
+     [](Subject& subject) {
+         const Ref<Value> page = Tools::parseValue("<< /MediaBox [ 0 0 9 9 ] >>");
+         return page && Tools::insertPage(*subject.document, 1, page);
+     },
+     {OutOfMemory, RootInvalid, CatalogInvalid, PageTreeInvalid},
+     true,
+     true},
+    {"remove a page",
+     [](Subject& subject) { return Tools::removePage(*subject.document, 1) != nullptr; },
+     {OutOfMemory, RootInvalid, CatalogInvalid, PageTreeInvalid},
+     true,
+     true}};
 
 std::string contentsOfPages(const Document& document) {
     std::string all;
@@ -154,9 +242,9 @@ struct Expected {
 };
 
 Expected expectedOf(const Operation& operation) {
-    Subject before;
+    Subject before(operation.nested);
     before.open();
-    Subject after;
+    Subject after(operation.nested);
     after.open();
     EXPECT_TRUE(operation.run(after));
     return {contentsOfPages(*before.document), Support::write(*before.document),
@@ -204,7 +292,7 @@ bool survivesWithoutMemory(const Operation& operation, const Expected& expected,
                            std::uint64_t number, FailingHeap::Fault fault) {
     const std::int64_t live = FailingHeap::live();
     const bool faulty = [&] {
-        Subject subject;
+        Subject subject(operation.nested);
         return survives(
             operation, expected, subject, [&] { FailingHeap::failAt(number, fault); },
             FailingHeap::stop);
@@ -221,7 +309,7 @@ struct StripeFault {
 
 bool survivesWithoutStripe(const Operation& operation, const Expected& expected,
                            std::uint64_t number, const StripeFault& fault) {
-    Subject subject;
+    Subject subject(operation.nested);
     FailingStripe& stripe = fault.ofSource ? *subject.failing : *subject.failingTarget;
     if (fault.ofSource) subject.source = subject.failing;
     return survives(
@@ -321,6 +409,7 @@ TEST(Lookups, AllocateNothing) {
     const Ref<Object> page = document->getObject(kids->getAsObjectRef(1));
     FailingHeap::failAt(1, FailingHeap::Fault::FromThenOn);
     const bool found = catalog->findAsName("Type"_str) && !catalog->find("Absent"_str) &&
+                       catalog->findAsName("Type") && !catalog->find("Absent") &&
                        document->getObject(catalog->findAsObjectRef("Pages"_str)) &&
                        document->getObject(kids->getAsObjectRef(1)) == page;
     EXPECT_FALSE(FailingHeap::stop());

@@ -2,6 +2,7 @@
 #   rewrite     SAMPLE through inspect and rewrite
 #   recompress  SAMPLE with all streams plain, then compressed again
 #   streams     stream data of known samples
+#   nested      pages below nodes, as inspect and pages show them
 #   usage       arguments that are wrong
 #   errors      input that does not open, output that cannot be made
 #   verify      a document whose rewrite does not open
@@ -93,6 +94,35 @@ ROWS
     }
 }
 
+# Pages below a node: inspect shows the kids of the root, and says so; pages shows what a reader sees.
+test_nested() {
+    document nested.pdf '1 <</Type/Catalog/Pages 2 0 R>>
+2 <</Type/Pages/Count 2/Rotate 90/Kids[3 0 R]>>
+3 <</Type/Pages/MediaBox[0 0 595.25 5 0 R]/Kids[4 0 R 4 0 R]>>
+4 <</Type/Page>>
+5 842' '0 f
+1 n
+2 n
+3 n
+4 n
+5 n'
+    status 0 "$programs/pages" "$work/nested.pdf"
+    printf 'page 0 4 0 0,0,595.25,842 90\npage 1 4 0 0,0,595.25,842 90\n' >"$work/wanted"
+    same "$work/wanted" "$work/out"
+    status 0 "$programs/inspect" "$work/nested.pdf"
+    printf 'page 0 3 0\nnested 2\n' >"$work/wanted"
+    tail -n 2 "$work/out" >"$work/got"
+    same "$work/wanted" "$work/got"
+    status 0 "$programs/pages" "$samples/plain-2pages.pdf"
+    [ "$(wc -l <"$work/out")" -eq 2 ] || fail "not two pages: $(cat "$work/out")"
+    status 0 "$programs/inspect" "$samples/plain-2pages.pdf"
+    if grep -q nested "$work/out"; then fail "no tree is nested there"; fi
+    printf '%s' "$(cat "$work/nested.pdf")" | sed 's,/Kids\[4 0 R 4 0 R\],/Kids[4 0 R 2 0 R],' \
+        >"$work/cycle.pdf"
+    status 1 "$programs/pages" "$work/cycle.pdf"
+    reports 1542 606
+}
+
 test_usage() {
     while read -r program arguments; do
         # shellcheck disable=SC2086 # the arguments are words
@@ -103,6 +133,8 @@ test_usage() {
 inspect
 inspect FILE FILE
 inspect --verbose
+pages
+pages FILE FILE
 rewrite FILE
 rewrite FILE OUT --verify
 rewrite --no-verify FILE

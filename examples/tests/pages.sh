@@ -2,6 +2,7 @@
 #   quick_start    whose Info entry is a reference, gets a title
 #   first_program  is described, and written as rewrite does it
 #   edit_values    gets a title twice, and opens at its last page
+#   flatten_pages  has its page hold what it inherits, and then stays as it is
 #   custom_stripe  is opened and written in storage, as rewrite does it with files
 sample=$samples/$sample
 
@@ -47,7 +48,24 @@ test_edit_values() {
     last=$("$programs/inspect" "$sample" | sed -n 's/^page [0-9]* \([0-9]* [0-9]*\)$/\1/p' | tail -n 1)
     LC_ALL=C grep -aqF "/OpenAction [ $last R /Fit ]" "$work/second.pdf" || fail "opens elsewhere"
     if LC_ALL=C grep -aq /PageMode "$work/second.pdf"; then fail "PageMode is still there"; fi
-    keeps_code edit_values
+    sed 's,^/Info ,/Note ,' "$sample" >"$work/no-info.pdf"
+    "$programs/edit_values" "$work/no-info.pdf" "$work/third.pdf" 'Made' >"$work/said"
+    LC_ALL=C grep -aqF '/Title (Made)' "$work/third.pdf" || fail "no Info was made"
+    [ ! -s "$work/said" ] || fail "there was no title: $(cat "$work/said")"
+    refuses "$programs/edit_values" <<ROWS
+1 error.34049 $work/missing.pdf $work/target.pdf title
+ROWS
+}
+
+test_flatten_pages() {
+    status 0 "$programs/flatten_pages" "$sample" "$work/flat.pdf"
+    "$programs/pages" "$sample" >"$work/wanted"
+    "$programs/pages" "$work/flat.pdf" >"$work/got"
+    same "$work/wanted" "$work/got"
+    grep -qx "$(wc -l <"$work/got") pages" "$work/out" || fail "$(cat "$work/out")"
+    if LC_ALL=C grep -aq '/Kids.*/MediaBox' "$work/flat.pdf"; then fail "the root has a box"; fi
+    "$programs/flatten_pages" "$work/flat.pdf" "$work/again.pdf" >/dev/null
+    same "$work/flat.pdf" "$work/again.pdf"
 }
 
 test_custom_stripe() {

@@ -4,6 +4,7 @@
 /// What helps to make stripes: a base for those that hold bytes, and views of other sizes of
 /// element.
 
+#include <host/byte_buffer.h>
 #include <host/export.h>
 #include <host/ref.h>
 #include <host/stripe.h>
@@ -78,6 +79,44 @@ private:
 
     Host::Ref<Interfaces::Stripe> base_;
     std::uint64_t elementSize_;
+};
+
+/// Reads another stripe in blocks of 64 KiB, which it offers as windows: for a stripe of an
+/// application's own that has none, so that a document does not ask it for each byte.
+///
+/// It is for sources: nothing can be written through it. What the base holds must not change while
+/// it is in use, and nobody else may use the base.
+class FILES_PDF_EXPORT Buffered final : public Base {
+public:
+    /// Over a stripe of 1-byte or 32-bit elements. Null with `NullArgument`, `InvalidArgument`
+    /// (another size of element) or `OutOfMemory` set.
+    [[nodiscard]] static Host::Ref<Buffered> create(Host::Ref<Interfaces::Stripe> base) noexcept;
+
+    [[nodiscard]] std::uint64_t size() const noexcept override { return base_->size(); }
+    [[nodiscard]] std::uint64_t position() const noexcept override { return position_; }
+    /// Positions behind the end are refused: the end is what is reached.
+    std::uint64_t position(std::uint64_t position) noexcept override;
+    [[nodiscard]] std::uint64_t readBytes(std::uint8_t* buffer,
+                                          std::uint64_t count) noexcept override;
+    /// Gives 0 with `NotSupported` set.
+    [[nodiscard]] std::uint64_t writeBytes(const std::uint8_t* bytes,
+                                           std::uint64_t count) noexcept override;
+    [[nodiscard]] std::span<const std::uint8_t>
+    window(std::uint64_t position) const noexcept override;
+
+    /// Checks nothing; `create` does. The buffer has room for a block.
+    Buffered(Host::Ref<Interfaces::Stripe> base, Host::ByteBuffer buffer) noexcept
+        : base_(std::move(base)), buffer_(std::move(buffer)) {}
+
+private:
+    ~Buffered() override = default;
+
+    void fill() noexcept;
+
+    Host::Ref<Interfaces::Stripe> base_;
+    Host::ByteBuffer buffer_;
+    std::uint64_t start_ = 0; // of what is in the buffer
+    std::uint64_t position_ = 0;
 };
 
 } // namespace Adapters::Stripe

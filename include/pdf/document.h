@@ -124,6 +124,22 @@ public:
     /// of an application's own class, unless that class has some.
     [[nodiscard]] virtual Host::StackVector<Ref<PDF::Object>> getObjects() const noexcept;
 
+    /// Adds an object that holds `value`, shared, under the next number. Numbers at the end of the
+    /// file's table that no object has become objects with an empty dictionary: a rewrite does not
+    /// keep a gap.
+    ///
+    /// Null with `NullArgument`, `InvalidArgument` (null and references are no value of an object),
+    /// `OutOfRange` (no number is left) or `NotSupported` (as for `getObjects`) set.
+    [[nodiscard]] virtual Ref<PDF::Object> addObject(Ref<Value> value) noexcept;
+
+    /// Removes an object of this document: the one with the highest number goes with its number,
+    /// which the next new object gets; any other one makes room for an object with an empty
+    /// dictionary. What refers to it does so on: take those references away. Handles of the object
+    /// keep its value. Takes no memory.
+    ///
+    /// False with `NullArgument`, `ObjectNotFound` or `NotSupported` (as for `getObjects`) set.
+    [[nodiscard]] virtual bool removeObject(const Ref<PDF::Object>& object) noexcept;
+
     /// The line ending of the file's first line, with which every written line ends: "\n", "\r" or
     /// "\r\n". Valid as long as the document. Empty as for `getObjects`.
     [[nodiscard]] virtual std::string_view lineEnding() const noexcept;

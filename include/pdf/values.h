@@ -17,12 +17,22 @@
 #include <host/string.h>
 #include <host/stripe.h>
 
+#include <concepts>
 #include <cstdint>
+#include <initializer_list>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace Libraries::Files::PDF {
 
 using Host::Ref;
+
+/// Where a text is no value, and why.
+struct SyntaxError {
+    std::uint64_t offset = 0; ///< in bytes from the text's start
+    const char* cause = "";   ///< in short, for people; never null
+};
 
 /// Any value (ISO 32000-1, 7.3).
 class FILES_PDF_EXPORT Value : public Host::RefCount {
@@ -41,6 +51,16 @@ public:
         Null = 9        ///< a PDF::Null, which is a value; "no value" is a null handle
     };
 
+    /// The one value that `syntax` is, in the syntax of a file (ISO 32000-1, 7.3), references among
+    /// it ("<< /Kids [ 7 0 R ] /Count 1 >>"), white space and comments around it. It is read by the
+    /// rules by which files are read, so that "1.05" is 1.5 and a string knows no escape for a
+    /// backslash. A stream is no value here.
+    ///
+    /// Null with `InvalidArgument` set where it is none, or more than one; the log says why, and so
+    /// does `error` where it is given.
+    [[nodiscard]] static Ref<Value> parse(std::string_view syntax,
+                                          SyntaxError* error = nullptr) noexcept;
+
     /// Tells which class `Host::cast` reaches; never `Invalid`.
     [[nodiscard]] virtual Type type() const noexcept = 0;
 
@@ -57,11 +77,18 @@ public:
 };
 
 /// The null value (ISO 32000-1, 7.3.9). Text form: Null.
-class FILES_PDF_EXPORT Null : public Value {};
+class FILES_PDF_EXPORT Null : public Value {
+public:
+    /// The null value.
+    [[nodiscard]] static Ref<Null> create() noexcept;
+};
 
 /// A truth value (ISO 32000-1, 7.3.2).
 class FILES_PDF_EXPORT Boolean : public Value {
 public:
+    /// A truth value of its own.
+    [[nodiscard]] static Ref<Boolean> create(bool value) noexcept;
+
     /// Text form: true or false.
     [[nodiscard]] virtual bool value() const noexcept = 0;
 };
@@ -75,6 +102,13 @@ public:
 /// its Length is or refers to: the number changes wherever else it stands, and reports no change.
 class FILES_PDF_EXPORT Number : public Value {
 public:
+    /// A number of its own: that of no stream's Length until it is put there.
+    [[nodiscard]] static Ref<Number> create(std::int64_t integer,
+                                            std::uint64_t fraction = 0) noexcept;
+    /// Would lose what is behind the point: `Value::parse` reads "0.25".
+    template <std::floating_point Real>
+    static Ref<Number> create(Real, std::uint64_t = 0) = delete;
+
     /// The part before the point.
     [[nodiscard]] virtual std::int64_t integer() const noexcept = 0;
     /// The digits behind the point as an integer; 0 for a whole number.
@@ -95,6 +129,8 @@ public:
     /// A string of `text`. ASCII stays text; any other becomes UTF-16BE bytes behind a byte-order
     /// mark (ISO 32000-1, 7.9.2.2). Null with `NullArgument` set for null.
     [[nodiscard]] static Ref<String> create(Ref<Host::String> text) noexcept;
+    /// The same of UTF-8.
+    [[nodiscard]] static Ref<String> create(std::string_view utf8) noexcept;
     /// A string of `bytes`, which are not inspected. Null with `NullArgument` set for null.
     [[nodiscard]] static Ref<String> create(Ref<Host::TConstArray<unsigned char>> bytes) noexcept;
 
@@ -114,6 +150,12 @@ public:
     /// A name of `name`, without the solidus; its characters are not checked. Null with
     /// `NullArgument` (null) or `InvalidArgument` (empty) set.
     [[nodiscard]] static Ref<Name> create(Ref<Host::String> name) noexcept;
+    /// The same of UTF-8.
+    [[nodiscard]] static Ref<Name> create(std::string_view utf8) noexcept;
+    /// What null gives.
+    [[nodiscard]] static Ref<Name> create(std::nullptr_t) noexcept {
+        return create(Ref<Host::String>());
+    }
 
     /// Without the solidus, shared. Text form: the same.
     [[nodiscard]] virtual Ref<Host::String> name() const noexcept = 0;
@@ -123,6 +165,10 @@ public:
 /// Text form: 12 (0).
 class FILES_PDF_EXPORT ObjectRef : public Value {
 public:
+    /// A reference to an object that need not exist.
+    [[nodiscard]] static Ref<ObjectRef> create(std::uint32_t id,
+                                               std::uint16_t generation = 0) noexcept;
+
     /// The object's number; that object need not exist.
     [[nodiscard]] virtual std::uint32_t id() const noexcept = 0;
     /// 0 unless the object's number was used before.
@@ -160,6 +206,13 @@ public:
 /// `KeyNotFound` where there is none (logged unless `quiet`), `UnexpectedKind` for another kind.
 class FILES_PDF_EXPORT Dictionary : public Value {
 public:
+    /// An entry to be: a key in UTF-8, a value to share.
+    using Entry = std::pair<std::string_view, Ref<Value>>;
+    /// A dictionary of entries in any order, the last one of equal keys; not modified. Null with
+    /// `InvalidArgument` (empty key) or, with the code as it was, where a value is null: what was
+    /// to make that value has set it.
+    [[nodiscard]] static Ref<Dictionary> create(std::initializer_list<Entry> entries = {}) noexcept;
+
     /// The keys in ascending order, in a vector of its own.
     [[nodiscard]] virtual Ref<Host::TVector<Ref<Host::String>>> keys() const noexcept = 0;
     /// The value under `key`, or null with `NullArgument`, `InvalidArgument` (empty key) or
@@ -185,6 +238,20 @@ public:
                                            bool quiet = false) const noexcept;
     [[nodiscard]] Ref<String> findAsString(const Ref<Host::String>& key,
                                            bool quiet = false) const noexcept;
+    ///@}
+
+    /// The same for a key in UTF-8. One in ASCII allocates nothing to look up.
+    ///@{
+    [[nodiscard]] Ref<Value> find(std::string_view key) const noexcept;
+    [[nodiscard]] bool set(std::string_view key, Ref<Value> value) noexcept;
+    [[nodiscard]] Ref<ObjectRef> findAsObjectRef(std::string_view key,
+                                                 bool quiet = false) const noexcept;
+    [[nodiscard]] Ref<Array> findAsArray(std::string_view key, bool quiet = false) const noexcept;
+    [[nodiscard]] Ref<Dictionary> findAsDictionary(std::string_view key,
+                                                   bool quiet = false) const noexcept;
+    [[nodiscard]] Ref<Name> findAsName(std::string_view key, bool quiet = false) const noexcept;
+    [[nodiscard]] Ref<Number> findAsNumber(std::string_view key, bool quiet = false) const noexcept;
+    [[nodiscard]] Ref<String> findAsString(std::string_view key, bool quiet = false) const noexcept;
     ///@}
 };
 

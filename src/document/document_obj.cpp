@@ -3,6 +3,7 @@
 #include "compose/background.h"
 #include "host/guard.h"
 #include "reader/reader.h"
+#include "state/own_objects.h"
 #include "values/failure.h"
 #include "values/kind.h"
 #include "writer/writer.h"
@@ -47,6 +48,14 @@ Host::StackVector<Ref<PDF::Object>> Document::getObjects() const noexcept {
     return fail(NotSupported);
 }
 
+Ref<PDF::Object> Document::addObject(Ref<Value>) noexcept {
+    return fail(NotSupported);
+}
+
+bool Document::removeObject(const Ref<PDF::Object>&) noexcept {
+    return fail(NotSupported);
+}
+
 std::string_view Document::lineEnding() const noexcept {
     fail(NotSupported);
     return {};
@@ -87,6 +96,15 @@ Ref<PDF::Object> DocumentObj::getObject(const Ref<ObjectRef>& ref) const noexcep
     const ObjectTable::Slot* slot = state_.find(*ref);
     if (slot == nullptr) return fail(ObjectNotFound);
     return Host::guarded([&]() -> Ref<PDF::Object> { return state_.objects.object(*slot); });
+}
+
+Ref<PDF::Object> DocumentObj::addObject(Ref<Value> value) noexcept {
+    return Host::guarded([&] { return PDF::addObject(state_, std::move(value)); });
+}
+
+bool DocumentObj::removeObject(const Ref<PDF::Object>& object) noexcept {
+    if (!object) return fail(NullArgument);
+    return PDF::removeObject(state_, *object);
 }
 
 bool DocumentObj::write(Ref<Interfaces::Stripe> target) noexcept {

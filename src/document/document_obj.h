@@ -27,6 +27,8 @@ public:
     bool setCompression(Compression target) noexcept override;
 
     [[nodiscard]] Host::StackVector<Ref<PDF::Object>> getObjects() const noexcept override;
+    [[nodiscard]] Ref<PDF::Object> addObject(Ref<Value> value) noexcept override;
+    [[nodiscard]] bool removeObject(const Ref<PDF::Object>& object) noexcept override;
     [[nodiscard]] std::string_view lineEnding() const noexcept override {
         return state_.lineEnding;
     }

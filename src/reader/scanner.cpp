@@ -15,6 +15,7 @@ void Scanner::begin() noexcept {
     packer_.clear();
     token_.clear();
     streamOffset_ = Stream::noOffset;
+    unknownWord_.reset();
     depth_ = 0;
 }
 

@@ -8,6 +8,7 @@
 #include <pdf/values.h>
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -30,6 +31,13 @@ public:
 
     /// A dictionary: skips forward to "<<", whatever stands before it.
     [[nodiscard]] bool readDictionary();
+
+    /// The elements of an array up to its closing bracket, as an array: the opening one is not
+    /// there.
+    [[nodiscard]] bool readElements();
+
+    /// Where a word stands that failed the reading; nothing where it was something else.
+    [[nodiscard]] std::optional<std::uint64_t> unknownWord() const noexcept { return unknownWord_; }
 
     /// What was read: valid until the next reading.
     [[nodiscard]] PackedValue packed() const noexcept;
@@ -65,6 +73,7 @@ private:
     [[nodiscard]] bool skipComment() noexcept;
     [[nodiscard]] bool completeToken();
     [[nodiscard]] bool packToken(std::string_view token, std::uint64_t offset);
+    [[nodiscard]] bool packWord(std::string_view token, std::uint64_t offset);
 
     // Scalars
     [[nodiscard]] bool readName();
@@ -80,6 +89,7 @@ private:
     std::string token_;
     std::uint64_t tokenOffset_ = 0;
     std::string name_;
+    std::optional<std::uint64_t> unknownWord_;
     unsigned depth_ = 0;
 };
 

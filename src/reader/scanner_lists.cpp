@@ -20,6 +20,12 @@ bool Scanner::readDictionary() {
     return false;
 }
 
+bool Scanner::readElements() {
+    begin();
+    kind_ = Value::Type::Array;
+    return readArray();
+}
+
 bool Scanner::readDictionaryBody(std::uint64_t offset) {
     const Nesting nesting(depth_);
     if (nesting.tooDeep()) return false;
@@ -148,6 +154,12 @@ bool Scanner::completeToken() {
 }
 
 bool Scanner::packToken(std::string_view token, std::uint64_t offset) {
+    if (packWord(token, offset)) return true;
+    unknownWord_ = offset;
+    return false;
+}
+
+bool Scanner::packWord(std::string_view token, std::uint64_t offset) {
     if (token == "R") {
         return packer_.reference() ||
                refuse("Invalid object reference in array before ", offset + 1);

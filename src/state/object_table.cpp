@@ -22,6 +22,11 @@ void ObjectTable::append(std::uint32_t id, std::uint16_t generation, Ref<Value> 
     slots_.emplace_back(Host::makeOrThrow<ObjectObj>(id, generation, std::move(value)));
 }
 
+void ObjectTable::replace(const Slot& slot, const PackedValue& packed) noexcept {
+    Slot& place = slots_[static_cast<std::size_t>(&slot - slots_.data())];
+    place = Slot(slot.id_, slot.generation_, packed);
+}
+
 const Ref<ObjectObj>& ObjectTable::object(const Slot& slot) const {
     if (!slot.object_) {
         slot.object_ =

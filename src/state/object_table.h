@@ -38,6 +38,10 @@ public:
         [[nodiscard]] std::uint16_t generation() const noexcept { return generation_; }
         /// Whether the object's value is there, or it never was packed: then it is what counts.
         [[nodiscard]] bool touched() const noexcept { return object_ && object_->touched(); }
+        /// Whether that is the very object.
+        [[nodiscard]] bool is(const Object& object) const noexcept {
+            return object_.get() == &object;
+        }
         /// The value of an object that was touched; null for any other, and where it has none.
         [[nodiscard]] Ref<Value> touchedValue() const noexcept {
             return touched() ? object_->value() : nullptr;
@@ -68,6 +72,8 @@ public:
     /// what follows.
     void append(std::uint32_t id, std::uint16_t generation, const PackedValue& packed);
     void append(std::uint32_t id, std::uint16_t generation, Ref<Value> value);
+    /// Puts another object in the place of one, under its number.
+    void replace(const Slot& slot, const PackedValue& packed) noexcept;
     void reserve(std::size_t size) { slots_.reserve(size); }
     [[nodiscard]] const Ref<ObjectObj>& object(const Slot& slot) const;
     /// The object's value, which makes it a touched one; null where it has none.

@@ -322,4 +322,43 @@ TEST(ElementSize, PresentsBytesAsElementsAndBack) {
     expectFailure(ElementSize::create(nullptr, 4), Host::NullArgument);
 }
 
+TEST(Buffered, AsksItsBaseForBlocks) {
+    const Bytes data = noise(200'000);
+    const auto base = Host::make<FailingStripe>(MemoryStripe::create(data));
+    base->failAt(FailingStripe::Call::Read, 0);
+    const auto buffered = Adapters::Stripe::Buffered::create(base);
+    for (const std::uint64_t position : {0U, 199'999U, 70'000U, 65'535U, 65'536U, 4'095U}) {
+        ASSERT_EQ(buffered->position(position), position);
+        Bytes piece(100'000);
+        piece.resize(buffered->readBytes(piece.data(), piece.size()));
+        const auto from = data.begin() + static_cast<std::ptrdiff_t>(position);
+        const auto count = std::min<std::size_t>(100'000, data.size() - position);
+        EXPECT_EQ(piece, Bytes(from, from + static_cast<std::ptrdiff_t>(count))) << position;
+        EXPECT_EQ(buffered->position(), position + count);
+    }
+    EXPECT_EQ(buffered->position(300'000), 200'000U);
+    expectFailure(buffered->writeBytes(data.data(), 1), Host::NotSupported);
+    expectFailure(Adapters::Stripe::Buffered::create(nullptr), Host::NullArgument);
+
+    // A document of 24 KB, and the same with a base that fails at each of its calls.
+    const std::string file =
+        DocumentBuilder::minimal().object(5, "[" + std::string(24'000, ' ') + "1 2]").bytes();
+    using Call = FailingStripe::Call;
+    const auto source = Host::make<FailingStripe>(Support::stripeOf(file));
+    source->failAt(Call::Read, 0);
+    const auto plain = PDF::Document::create(Adapters::Stripe::Buffered::create(source));
+    ASSERT_TRUE(plain);
+    const std::uint64_t reads = source->calls(Call::Read);
+    EXPECT_LE(reads, 30U);
+    EXPECT_EQ(write(*plain), write(*Support::open(file)));
+    for (std::uint64_t number = 1; number <= reads; ++number) {
+        for (const auto fault : {FailingStripe::Fault::Failed, FailingStripe::Fault::Short}) {
+            source->failAt(Call::Read, number, fault);
+            const RecordingLog log;
+            const auto opened = PDF::Document::create(Adapters::Stripe::Buffered::create(source));
+            EXPECT_TRUE(!opened || write(*opened) == write(*plain)) << number;
+        }
+    }
+}
+
 } // namespace

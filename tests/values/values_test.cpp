@@ -134,9 +134,11 @@ template <auto accessor>
 AnyValue inArray(const AnyValue& value) {
     return (array({value}).get()->*accessor)(0);
 }
-template <auto accessor>
+template <class Interface>
+using ByText = Ref<Interface> (Dictionary::*)(std::string_view, bool) const noexcept;
+template <class Interface, ByText<Interface> accessor>
 AnyValue inDictionary(const AnyValue& value) {
-    return (dictionary({{"K", value}}).get()->*accessor)("K"_str, true);
+    return (dictionary({{"K", value}}).get()->*accessor)("K", true);
 }
 template <auto accessor>
 AnyValue inObject(const AnyValue& value) {
@@ -150,12 +152,12 @@ TEST(TypedAccess, GivesItsKindAndNoOther) {
         {"ObjectRef", reference(1, 0), inArray<&Array::getAsObjectRef>},
         {"Name", name("N"), inArray<&Array::getAsName>},
         {"String", string, inArray<&Array::getAsString>},
-        {"ObjectRef", reference(1, 0), inDictionary<&Dictionary::findAsObjectRef>},
-        {"Array", array({}), inDictionary<&Dictionary::findAsArray>},
-        {"Dictionary", dictionary({}), inDictionary<&Dictionary::findAsDictionary>},
-        {"Name", name("N"), inDictionary<&Dictionary::findAsName>},
-        {"Number", number(1), inDictionary<&Dictionary::findAsNumber>},
-        {"String", string, inDictionary<&Dictionary::findAsString>},
+        {"ObjectRef", reference(1, 0), inDictionary<ObjectRef, &Dictionary::findAsObjectRef>},
+        {"Array", array({}), inDictionary<Array, &Dictionary::findAsArray>},
+        {"Dictionary", dictionary({}), inDictionary<Dictionary, &Dictionary::findAsDictionary>},
+        {"Name", name("N"), inDictionary<Name, &Dictionary::findAsName>},
+        {"Number", number(1), inDictionary<Number, &Dictionary::findAsNumber>},
+        {"String", string, inDictionary<String, &Dictionary::findAsString>},
         {"Dictionary", dictionary({}), inObject<&Object::valueAsDictionary>},
         {"Dictionary", array({}), inObject<&Object::valueAsArray>}, // spelled so
         {"Stream", stream, inObject<&Object::valueAsStream>},

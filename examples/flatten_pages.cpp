@@ -1,0 +1,35 @@
+// Makes every page of a document a direct kid of its page tree's root.
+
+#include "program.h"
+
+#include <pdf/tools/pages.h>
+
+namespace {
+
+using namespace Libraries::Files::PDF;
+
+// page begin
+/// The document with one flat list of pages, which look as they did.
+bool flatten(Document& document) {
+    const auto before = Tools::allPages(document);
+    if (!before || !Tools::flattenPages(document)) return false;
+    std::printf("%zu pages\n", before->size());
+    return document.getPages().size() == before->size();
+}
+// page end
+
+} // namespace
+
+int main(int argc, char** argv) {
+    static constexpr const char* usage =
+        "flatten_pages [--no-verify] [--force] [--faithful] [--any [--password P]] IN OUT";
+    Program::Arguments arguments(argc, argv);
+    const Program::Saving saving = Program::takeSaving(arguments);
+    const Program::Opening how = arguments.takeOpening();
+    if (!arguments.are(2)) return Program::usage(usage);
+    const auto document = Program::open(arguments[0], how);
+    if (!document) return Program::failed;
+    if (!flatten(*document)) return Program::failure();
+    if (const int status = Program::finishOutput(); status != 0) return status;
+    return Program::save(*document, arguments[1], saving);
+}

@@ -1,0 +1,58 @@
+#include "state/own_objects.h"
+
+#include "host/on_failure.h"
+#include "values/failure.h"
+
+#include <limits>
+#include <utility>
+
+namespace Libraries::Files::PDF {
+
+namespace {
+
+/// What stands under a number that no object has: a reader of a table without gaps needs something.
+constexpr PackedValue placeholder{"<< >>", Value::Type::Dictionary, false, false, Stream::noOffset};
+
+std::uint64_t firstFreeId(const DocumentState& state) noexcept {
+    const auto& slots = state.objects.slots();
+    return slots.empty() ? state.nextObjectId : std::uint64_t{slots.back().id()} + 1;
+}
+
+} // namespace
+
+Ref<Object> addObject(DocumentState& state, Ref<Value> value) {
+    if (!value) return fail(NullArgument);
+    const Value::Type kind = value->type();
+    if (kind == Value::Type::Null || kind == Value::Type::ObjectRef) {
+        return fail(InvalidArgument, "An object cannot hold a value of type ", kind);
+    }
+    const std::uint32_t id = state.nextObjectId;
+    if (id == 0 || id == std::numeric_limits<std::uint32_t>::max()) {
+        return fail(OutOfRange, "No object number is left");
+    }
+    ObjectTable& objects = state.objects;
+    Host::OnFailure undo([&objects, size = objects.size()] { objects.truncate(size); });
+    for (std::uint64_t gap = firstFreeId(state); gap < id; ++gap)
+        objects.append(static_cast<std::uint32_t>(gap), 0, placeholder);
+    objects.append(id, 0, std::move(value));
+    Ref<Object> added = objects.object(objects.slots().back());
+    ++state.nextObjectId;
+    state.modified = true;
+    undo.keep();
+    return added;
+}
+
+bool removeObject(DocumentState& state, const Object& object) noexcept {
+    const ObjectTable::Slot* slot = state.objects.find(object.id(), object.generation());
+    if (slot == nullptr || !slot->is(object)) return fail(ObjectNotFound);
+    if (slot == &state.objects.slots().back()) {
+        state.nextObjectId = slot->id();
+        state.objects.truncate(state.objects.size() - 1);
+    } else {
+        state.objects.replace(*slot, placeholder);
+    }
+    state.modified = true;
+    return true;
+}
+
+} // namespace Libraries::Files::PDF

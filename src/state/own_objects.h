@@ -1,0 +1,16 @@
+#pragma once
+
+#include "state/document_state.h"
+
+#include <pdf/values.h>
+
+namespace Libraries::Files::PDF {
+
+/// Adds an object under the next number. Null, with the code set, on failure: nothing is added
+/// then. Throws `std::bad_alloc`.
+[[nodiscard]] Ref<Object> addObject(DocumentState& state, Ref<Value> value);
+
+/// False with the code set where it is none of this document.
+[[nodiscard]] bool removeObject(DocumentState& state, const Object& object) noexcept;
+
+} // namespace Libraries::Files::PDF

@@ -1,0 +1,40 @@
+#include "tools/changes.h"
+
+#include "tools/failure.h"
+
+#include <utility>
+
+namespace Libraries::Files::PDF::Tools {
+
+bool Changes::set(const Ref<Dictionary>& dictionary, std::string_view key, Ref<Value> value) {
+    const Ref<Host::String> text = orThrow(Host::String::create(key));
+    entries_.push_back({dictionary, text, quietly([&] { return dictionary->find(text); })});
+    if (dictionary->set(text, std::move(value))) return true;
+    entries_.pop_back();
+    return false;
+}
+
+Ref<Object> Changes::add(Ref<Value> value) {
+    added_.reserve(added_.size() + 1);
+    Ref<Object> object = document_.addObject(std::move(value));
+    if (object) added_.push_back(object);
+    return object;
+}
+
+void Changes::keep() noexcept {
+    entries_.clear();
+    added_.clear();
+}
+
+/// From the last one back: so an entry that was removed finds its place still there, and an object
+/// that was added is the last one of its document.
+void Changes::undo() noexcept {
+    const std::uint32_t code = Host::Error::get();
+    for (auto entry = entries_.rbegin(); entry != entries_.rend(); ++entry)
+        static_cast<void>(entry->dictionary->set(entry->key, std::move(entry->former)));
+    for (auto object = added_.rbegin(); object != added_.rend(); ++object)
+        static_cast<void>(document_.removeObject(*object));
+    Host::Error::set(code);
+}
+
+} // namespace Libraries::Files::PDF::Tools

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <host/string.h>
+#include <pdf/document.h>
+
+#include <string_view>
+#include <vector>
+
+namespace Libraries::Files::PDF::Tools {
+
+/// Changes of a document that belong together: they are taken back when this goes, unless it was
+/// told that all went well.
+class Changes {
+public:
+    explicit Changes(Document& document) noexcept : document_(document) {}
+    Changes(const Changes&) = delete;
+    Changes& operator=(const Changes&) = delete;
+    ~Changes() { undo(); }
+
+    /// Sets an entry, or takes it away where `value` is null. Throws `std::bad_alloc`; false with
+    /// the code set where a dictionary of an application's own refuses.
+    [[nodiscard]] bool set(const Ref<Dictionary>& dictionary, std::string_view key,
+                           Ref<Value> value);
+    /// Adds an object. Null with the code set.
+    [[nodiscard]] Ref<Object> add(Ref<Value> value);
+    void keep() noexcept;
+
+private:
+    struct Entry {
+        Ref<Dictionary> dictionary;
+        Ref<Host::String> key;
+        Ref<Value> former;
+    };
+
+    void undo() noexcept;
+
+    Document& document_;
+    std::vector<Entry> entries_;
+    std::vector<Ref<Object>> added_;
+};
+
+} // namespace Libraries::Files::PDF::Tools
