@@ -72,6 +72,20 @@ TEST(Packing, FindsEntriesPastWhateverStandsInFront) {
     EXPECT_EQ(findPackedEntry("<< >>", "K"), "");
 }
 
+// Of long names the table looks at both ends: these find no place in it and are not shared.
+TEST(Packing, TellsNamesApartThatDifferInTheMiddle) {
+    std::string text = "[", packed = "[";
+    for (int index = 100; index < 200; ++index) {
+        const std::string name = "/EightEnd" + std::to_string(index) + "EightEnd";
+        text += name;
+        packed += " " + name;
+    }
+    EXPECT_EQ(pack(text + "]"), packed + " ]");
+    const auto document = open(DocumentBuilder::minimal().object(5, text + "]").bytes());
+    EXPECT_EQ(castTo<Array>(valueOf(*document, 5))->size(), 100U);
+    EXPECT_NE(write(*document).find(packed + " ]"), std::string::npos) << "as unpacked";
+}
+
 // Strings that fill a chunk to its last byte, are a byte too long for that, or get their own.
 TEST(Packing, KeepsObjectsOfAnySizeBeyondTheirDocument) {
     DocumentBuilder file;
