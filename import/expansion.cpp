@@ -62,7 +62,7 @@ bool mayMakeXref(std::string_view text) noexcept {
     if (!takeName(text, "Type")) return false;
     while (!text.empty() && isWhite(text.front()))
         text.remove_prefix(1);
-    return text.empty() || hexValue(text.front()) >= 0 || text.front() == '%';
+    return text.empty() || text.front() == '%' || (text.front() >= '0' && text.front() <= '9');
 }
 
 constexpr std::size_t longestMention = 64;
@@ -190,10 +190,7 @@ void Expansion::checkReferences(const Entries& entries, const QPDFXRefEntry& str
     const auto refuse = [] { fail(BeyondRepair, "an object stream lies in another"); };
     if (stream.getType() != 1) refuse();
     const auto offset = static_cast<Position>(stream.getOffset());
-    const std::string header = slice(std::min(offset, source_->size()), offset + 64);
-    const std::size_t keyword = header.find("obj");
-    if (keyword == std::string::npos) return;
-    for (const long long id : scan(source_, offset + keyword + 3).references) {
+    for (const long long id : scanObject(source_, offset).references) {
         const auto entry = id > 0 && id <= INT32_MAX
                                ? entries.find(QPDFObjGen(static_cast<int>(id), 0))
                                : entries.end();

@@ -16,9 +16,11 @@ public:
         source_->seek(static_cast<qpdf_offset_t>(start), SEEK_SET);
     }
 
+    void skip(int tokens);
     Scanned run();
 
 private:
+    [[nodiscard]] Token read() { return tokenizer_.readToken(source_, "object", true); }
     void take(const Token& token);
     void close(QPDFTokenizer::token_type_e opening);
     void takeNumber(const Token& token);
@@ -31,12 +33,17 @@ private:
     Scanned result_;
 };
 
+void Scanner::skip(int tokens) {
+    while (tokens-- > 0)
+        static_cast<void>(read());
+}
+
 Scanned Scanner::run() {
-    Token token = tokenizer_.readToken(source_, "object", true);
+    Token token = read();
     result_.dictionary = token.getType() == QPDFTokenizer::tt_dict_open;
     take(token);
     while (!open_.empty()) {
-        token = tokenizer_.readToken(source_, "object", true);
+        token = read();
         if (token.getType() == QPDFTokenizer::tt_eof) {
             result_.dictionary = false;
             break;
@@ -83,6 +90,12 @@ void Scanner::takeNumber(const Token& token) {
 
 Scanned scan(const std::shared_ptr<InputSource>& source, std::uint64_t start) {
     return Scanner(source, start).run();
+}
+
+Scanned scanObject(const std::shared_ptr<InputSource>& source, std::uint64_t start) {
+    Scanner scanner(source, start);
+    scanner.skip(3); // number, generation, "obj"
+    return scanner.run();
 }
 
 } // namespace Libraries::Files::PDF::Import

@@ -21,4 +21,7 @@ struct Scanned {
 /// those that close nothing do not count.
 [[nodiscard]] Scanned scan(const std::shared_ptr<InputSource>& source, std::uint64_t start);
 
+/// The same for the object whose number stands at `start`.
+[[nodiscard]] Scanned scanObject(const std::shared_ptr<InputSource>& source, std::uint64_t start);
+
 } // namespace Libraries::Files::PDF::Import

@@ -21,8 +21,10 @@ add_test(NAME package.add-subdirectory
         --build-options --fresh "-DSOURCE_TREE=${PROJECT_SOURCE_DIR}" -DSTATIC=ON
             "-DCMAKE_CXX_COMPILER=${CMAKE_CXX_COMPILER}"
             "-DPROGRAM=${PROJECT_SOURCE_DIR}/examples/inspect.cpp"
+            "-DIMPORT=$<$<TARGET_EXISTS:files-pdf-import>:${PROJECT_SOURCE_DIR}/examples/normalise.cpp>"
         --test-command "${FILES_PDF_SH}" -ec
-            "for kind in shared static; do ./$kind '${sample}' | grep -x 'pages 2'; done")
+            "for kind in shared static; do ./$kind '${sample}' | grep -x 'pages 2'; done
+            [ ! -x import ] || ./import '${sample}' imported.pdf")
 set_tests_properties(package.install package.add-subdirectory PROPERTIES
     TIMEOUT 900 PROCESSORS 2 ENVIRONMENT "CMAKE_BUILD_PARALLEL_LEVEL=2")
 

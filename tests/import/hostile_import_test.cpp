@@ -108,7 +108,11 @@ TEST(HostileImport, ReadsNothingAgainAndAgain) {
     ModernFile nested;
     nested.objectStream(7, {9}, "/First 4 /Length 10 0 R", "9 0 null");
     nested.objectStream(8, {10}, "/First 5 /Length 6", "10 0 8");
-    EXPECT_EQ(codeOf(nested.bytes()), BeyondRepair);
+    std::string bytes = nested.bytes();
+    EXPECT_EQ(codeOf(bytes), BeyondRepair);
+    bytes.replace(bytes.find("7 0 obj\n"), 8, "7 0%obj\n");
+    bytes.replace(bytes.find("<< /Type /ObjStm /N"), 19, "obj<</Type/ObjStm/N");
+    EXPECT_EQ(codeOf(bytes), BeyondRepair) << "the keyword in a comment";
 
     // A ring and a long way down, both in the page tree; and values that nest.
     DocumentBuilder tree = DocumentBuilder::minimal();
@@ -117,8 +121,7 @@ TEST(HostileImport, ReadsNothingAgainAndAgain) {
     tree.object(2, "<< /Type /Pages /Kids [ 3 0 R 5 0 R 2 0 R ] /Count 1 >>");
     EXPECT_EQ(codeOf(tree.bytes()), done);
     const std::string deep(100'000, '[');
-    const std::string bytes = DocumentBuilder::minimal().object(4, deep).bytes();
-    EXPECT_EQ(codeOf(bytes), done);
+    EXPECT_EQ(codeOf(DocumentBuilder::minimal().object(4, deep).bytes()), done);
 }
 
 TEST(HostileImport, TakesAnythingCutOrChanged) {

@@ -181,6 +181,7 @@ TEST(Import, DecodesWhatTheLibraryDoesNot) {
          "HelloHello"},
         {"/Filter /Crypt", "plain", "plain"},
         {"", "plain", "plain"},
+        {"", std::string(300'000, 'p'), std::string(300'000, 'p')},
     };
     for (const auto& row : rows) {
         const std::string bytes =
@@ -256,6 +257,7 @@ TEST(Import, PassesOnWhatWasRepaired) {
          "page tree has lost 1"},
         {"encryption", modernBytes(moderns[0]), "was encrypted"},
         {"a key twice", with("<< /A\x7F 1 /A\x7F 2 >>").bytes(), "duplicated key /A?;"},
+        {"many keys", with("[ " + repeated("<< /A 1 /A 2 >> ", 150) + "]").bytes(), "are 50 more"},
     };
     for (const auto& [name, bytes, words] : rows) {
         const Support::RecordingLog log;
