@@ -141,7 +141,7 @@ Ref<Array> directBox(const Document& document, const Ref<Value>& value) {
     if (!box || box->size() != sides) return nullptr;
     std::vector<Ref<Value>> numbers;
     for (std::uint64_t side = 0; side < sides; ++side) {
-        numbers.push_back(directNumber(document, box->get(side)));
+        numbers.emplace_back(directNumber(document, box->get(side)));
         if (!numbers.back()) return nullptr;
     }
     return orThrow(Array::create(numbers));
