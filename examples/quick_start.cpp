@@ -4,15 +4,14 @@
 #include <pdf/document.h>
 #include <pdf/tools/files.h>
 using namespace Libraries::Files::PDF;
-using namespace Host::Literals;
 
 bool setTitle(std::string_view in, std::string_view out, std::string_view title) {
     const auto document = Tools::open(in);
-    const auto entry = document ? document->trailer()->find("Info"_str) : nullptr;
+    const auto entry = document ? document->trailer()->find("Info") : nullptr;
     const auto info = entry ? document->valueAsDict(entry) : nullptr;
     if (!info) return false; // Host::Error::get() says why
-    const auto value = String::create(Host::String::create(title));
-    if (!value || !info->set("Title"_str, value)) return false;
+    const auto value = String::create(title);
+    if (!value || !info->set("Title", value)) return false;
     return Tools::save(*document, out) == Tools::Saved::Done; // out is whole, or as it was
 }
 // page end
