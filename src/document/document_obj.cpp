@@ -48,6 +48,7 @@ Host::StackVector<Ref<PDF::Object>> Document::getObjects() const noexcept {
     return fail(NotSupported);
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): whoever can add an object keeps the value
 Ref<PDF::Object> Document::addObject(Ref<Value>) noexcept {
     return fail(NotSupported);
 }
