@@ -75,6 +75,7 @@ TEST(Objects, ComeAndGoWithoutGaps) {
     const auto document = Support::open(bytes);
     ASSERT_TRUE(document);
     expectFailure(Tools::addObject(*document, nullptr), NullArgument);
+    expectFailure(Tools::referenceTo(nullptr), NullArgument);
     expectFailure(Tools::addObject(*document, null()), InvalidArgument);
     expectFailure(Tools::addObject(*document, reference(1, 0)), InvalidArgument);
     EXPECT_FALSE(document->changed());

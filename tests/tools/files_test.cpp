@@ -32,6 +32,8 @@ TEST(Losses, AreCountedByKind) {
     const DocumentBuilder minimal = DocumentBuilder::minimal();
     std::string subsections = minimal.bytes();
     subsections.replace(subsections.find("xref\n0 5\n"), 9, "xref\n0 4\n");
+    std::string behindBlank = subsections;
+    behindBlank.insert(behindBlank.find("trailer") - 20, " ");
     const struct {
         const char* name;
         std::string file, losses;
@@ -47,6 +49,7 @@ TEST(Losses, AreCountedByKind) {
         {"revisions", with("1", "/Root 1 0 R /Prev 9 /XRefStm 1").bytes(), "0 2 0;"},
         {"encryption", with("1", "/Root 1 0 R /Encrypt 5 0 R").bytes(), "2 1 0;"},
         {"subsections", subsections, "1 1 0;"},
+        {"subsections behind a blank", behindBlank, "1 1 0;"},
         {"no pages", with("1", "/Root 5 0 R").bytes(), "3 1 0;"},
         {"gap", DocumentBuilder::minimal().object(6, "1").object(8, "1").bytes(), "4 2 6;"},
         {"trailer", with("1", "/Root 1 0 R /A 1.05").bytes(), "5 1 0;"},
