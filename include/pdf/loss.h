@@ -27,9 +27,9 @@ inline constexpr std::uint32_t lossKinds = 10;
 
 /// How often a kind was met.
 struct LossCount {
-    std::uint64_t count = 0;
-    std::uint32_t firstObject =
-        0; ///< number of the first object concerned; 0 for the trailer or none
+    std::uint64_t count = 0; ///< 0 where it was not met
+    /// Number of the first object concerned; 0 for the trailer or none.
+    std::uint32_t firstObject = 0;
 };
 
 } // namespace Libraries::Files::PDF

@@ -14,10 +14,9 @@ namespace Libraries::Files::PDF::Tools {
 
 /// One kind of loss that a document has.
 struct LossFound {
-    Loss kind;
-    std::uint64_t count; ///< how often it was met; at least 1
-    std::uint32_t
-        firstObject; ///< number of the first object concerned; 0 for the trailer or the file
+    Loss kind;                 ///< what is lost
+    std::uint64_t count;       ///< how often it was met; at least 1
+    std::uint32_t firstObject; ///< number of the first one concerned; 0: the trailer or the file
 };
 
 /// The kinds of which `document` has any, in the order of `Loss`. Numbers that are written as they
