@@ -6,12 +6,20 @@
 
 namespace Libraries::Files::PDF::Tools {
 
-bool Changes::set(const Ref<Dictionary>& dictionary, std::string_view key, Ref<Value> value) {
+const Changes::Entry& Changes::noted(const Ref<Dictionary>& dictionary, std::string_view key) {
     const Ref<Host::String> text = orThrow(Host::String::create(key));
     entries_.push_back({dictionary, text, quietly([&] { return dictionary->find(text); })});
-    if (dictionary->set(text, std::move(value))) return true;
+    return entries_.back();
+}
+
+bool Changes::set(const Ref<Dictionary>& dictionary, std::string_view key, Ref<Value> value) {
+    if (dictionary->set(noted(dictionary, key).key, std::move(value))) return true;
     entries_.pop_back();
     return false;
+}
+
+void Changes::remember(const Ref<Dictionary>& dictionary, std::string_view key) {
+    noted(dictionary, key);
 }
 
 Ref<Object> Changes::add(Ref<Value> value) {

@@ -21,6 +21,8 @@ public:
     /// the code set where a dictionary of an application's own refuses.
     [[nodiscard]] bool set(const Ref<Dictionary>& dictionary, std::string_view key,
                            Ref<Value> value);
+    /// Has the entry go back to what it is now, whoever changes it. Throws `std::bad_alloc`.
+    void remember(const Ref<Dictionary>& dictionary, std::string_view key);
     /// Adds an object. Null with the code set.
     [[nodiscard]] Ref<Object> add(Ref<Value> value);
     void keep() noexcept;
@@ -32,6 +34,7 @@ private:
         Ref<Value> former;
     };
 
+    const Entry& noted(const Ref<Dictionary>& dictionary, std::string_view key);
     void undo() noexcept;
 
     Document& document_;
