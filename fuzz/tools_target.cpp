@@ -25,8 +25,10 @@ std::string looksOf(const Document& document) {
     std::string looks;
     const auto pages = Tools::allPages(document);
     for (const Tools::Page& page : pages) {
-        for (const Ref<Value>& value : {Ref<Value>(page.resources), Ref<Value>(page.mediaBox),
-                                        Ref<Value>(page.cropBox), Ref<Value>(page.rotate)})
+        // Which dictionary the resources are, not what is in it: that may be a page or the root.
+        looks += std::to_string(reinterpret_cast<std::uintptr_t>(page.resources.get())) + "\n";
+        for (const Ref<Value>& value :
+             {Ref<Value>(page.mediaBox), Ref<Value>(page.cropBox), Ref<Value>(page.rotate)})
             looks += textOf(value) + "\n";
     }
     return pages ? looks + "sound" : "";
