@@ -1,0 +1,44 @@
+#pragma once
+
+#include <pdf/document.h>
+
+#include <array>
+#include <optional>
+
+namespace Libraries::Files::PDF::Tools {
+
+/// A simple font (ISO 32000-1, 9.6) as far as Latin text is set in it: which code shows a character,
+/// and how much room that takes. Font programs are not looked into.
+class TextFont {
+public:
+    /// The font of a dictionary; nothing where text cannot be set in it here: composite and Type 3
+    /// fonts, Symbol and ZapfDingbats, a font without Widths that is none of the standard 14.
+    /// Throws `std::bad_alloc`.
+    [[nodiscard]] static std::optional<TextFont> read(const Document& document,
+                                                      const Dictionary& font);
+    /// Helvetica in WinAnsiEncoding: what fields without a font get.
+    [[nodiscard]] static TextFont helvetica();
+    /// The dictionary for it, a new one. Throws `std::bad_alloc`.
+    [[nodiscard]] static Ref<Dictionary> helveticaDictionary();
+
+    /// The code that shows a character (a Unicode scalar value), the lowest from 32 on where there
+    /// are several; nothing where the font has none. What looks the same shares a glyph: a no-break
+    /// space is a space, a soft hyphen a hyphen.
+    [[nodiscard]] std::optional<unsigned char> codeOf(char32_t character) const noexcept;
+    /// In thousandths of the font size; 0 for a code that `codeOf` gives for no character.
+    [[nodiscard]] double widthOf(unsigned char code) const noexcept { return widths_[code]; }
+    /// How far glyphs reach above the baseline, in thousandths of the font size; positive.
+    [[nodiscard]] double ascent() const noexcept { return ascent_; }
+    /// How far they reach below it; negative or 0.
+    [[nodiscard]] double descent() const noexcept { return descent_; }
+
+private:
+    static constexpr std::size_t codes = 256;
+
+    /// What each code shows; 0 for nothing.
+    std::array<char32_t, codes> characters_ = {};
+    std::array<double, codes> widths_ = {};
+    double ascent_ = 750, descent_ = -250;
+};
+
+} // namespace Libraries::Files::PDF::Tools
