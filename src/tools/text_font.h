@@ -7,10 +7,16 @@
 
 namespace Libraries::Files::PDF::Tools {
 
-/// A simple font (ISO 32000-1, 9.6) as far as Latin text is set in it: which code shows a character,
-/// and how much room that takes. Font programs are not looked into.
+/// A simple font (ISO 32000-1, 9.6) as far as Latin text is set in it: which code shows a
+/// character, and how much room that takes. Font programs are not looked into.
 class TextFont {
 public:
+    /// What each code shows, 0 for nothing, and how wide that is.
+    ///@{
+    using Characters = std::array<char32_t, 256>;
+    using Widths = std::array<double, 256>;
+    ///@}
+
     /// The font of a dictionary; nothing where text cannot be set in it here: composite and Type 3
     /// fonts, Symbol and ZapfDingbats, a font without Widths that is none of the standard 14.
     /// Throws `std::bad_alloc`.
@@ -25,7 +31,7 @@ public:
     /// are several; nothing where the font has none. What looks the same shares a glyph: a no-break
     /// space is a space, a soft hyphen a hyphen.
     [[nodiscard]] std::optional<unsigned char> codeOf(char32_t character) const noexcept;
-    /// In thousandths of the font size; 0 for a code that `codeOf` gives for no character.
+    /// In thousandths of the font size; 0 where the font does not say.
     [[nodiscard]] double widthOf(unsigned char code) const noexcept { return widths_[code]; }
     /// How far glyphs reach above the baseline, in thousandths of the font size; positive.
     [[nodiscard]] double ascent() const noexcept { return ascent_; }
@@ -33,11 +39,12 @@ public:
     [[nodiscard]] double descent() const noexcept { return descent_; }
 
 private:
-    static constexpr std::size_t codes = 256;
+    TextFont(const Characters& characters, const Widths& widths) noexcept;
+    /// Takes these where they make sense.
+    void reach(double ascent, double descent) noexcept;
 
-    /// What each code shows; 0 for nothing.
-    std::array<char32_t, codes> characters_ = {};
-    std::array<double, codes> widths_ = {};
+    Characters characters_;
+    Widths widths_;
     double ascent_ = 750, descent_ = -250;
 };
 
