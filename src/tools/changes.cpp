@@ -2,6 +2,7 @@
 
 #include "tools/failure.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace Libraries::Files::PDF::Tools {
@@ -22,6 +23,19 @@ void Changes::remember(const Ref<Dictionary>& dictionary, std::string_view key) 
     noted(dictionary, key);
 }
 
+// Whoever undoes may have no memory: all that this takes is taken here.
+bool Changes::rememberObjects(std::uint32_t count) {
+    const Ref<Object> probe = document_.addObject(orThrow(Dictionary::create()));
+    if (!probe) return false;
+    const std::uint64_t first = probe->id();
+    static_cast<void>(document_.removeObject(probe));
+    const std::uint64_t end = std::min<std::uint64_t>(first + count, UINT32_MAX);
+    others_.reserve(count);
+    for (std::uint64_t id = first; id < end; ++id)
+        others_.push_back(orThrow(ObjectRef::create(static_cast<std::uint32_t>(id))));
+    return true;
+}
+
 Ref<Object> Changes::add(Ref<Value> value) {
     added_.reserve(added_.size() + 1);
     Ref<Object> object = document_.addObject(std::move(value));
@@ -32,6 +46,7 @@ Ref<Object> Changes::add(Ref<Value> value) {
 void Changes::keep() noexcept {
     entries_.clear();
     added_.clear();
+    others_.clear();
 }
 
 /// From the last one back: so an entry that was removed finds its place still there, and an object
@@ -40,6 +55,10 @@ void Changes::undo() noexcept {
     const std::uint32_t code = Host::Error::get();
     for (auto entry = entries_.rbegin(); entry != entries_.rend(); ++entry)
         static_cast<void>(entry->dictionary->set(entry->key, std::move(entry->former)));
+    for (auto ref = others_.rbegin(); ref != others_.rend(); ++ref) {
+        const Ref<Object> object = document_.getObject(*ref);
+        if (object) static_cast<void>(document_.removeObject(object));
+    }
     for (auto object = added_.rbegin(); object != added_.rend(); ++object)
         static_cast<void>(document_.removeObject(*object));
     Host::Error::set(code);

@@ -3,6 +3,7 @@
 #include <host/string.h>
 #include <pdf/document.h>
 
+#include <cstdint>
 #include <string_view>
 #include <vector>
 
@@ -23,7 +24,10 @@ public:
                            Ref<Value> value);
     /// Has the entry go back to what it is now, whoever changes it. Throws `std::bad_alloc`.
     void remember(const Ref<Dictionary>& dictionary, std::string_view key);
-    /// Adds an object. Null with the code set.
+    /// Has the next objects that others add go as well, so many at most. Throws `std::bad_alloc`;
+    /// false with the code set where none can be added.
+    [[nodiscard]] bool rememberObjects(std::uint32_t count);
+    /// Adds an object; none after `rememberObjects`. Null with the code set.
     [[nodiscard]] Ref<Object> add(Ref<Value> value);
     void keep() noexcept;
 
@@ -40,6 +44,7 @@ private:
     Document& document_;
     std::vector<Entry> entries_;
     std::vector<Ref<Object>> added_;
+    std::vector<Ref<ObjectRef>> others_; ///< to objects that need not exist
 };
 
 } // namespace Libraries::Files::PDF::Tools

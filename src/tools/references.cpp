@@ -4,22 +4,35 @@
 
 #include <pdf/tools/editing.h>
 
+#include <utility>
+
 namespace Libraries::Files::PDF::Tools {
 
 namespace {
 
 constexpr unsigned longestChain = 32;
 
+bool isReference(const Ref<Value>& value) noexcept {
+    return value && value->type() == Value::Type::ObjectRef;
+}
+
 } // namespace
 
 Ref<Value> follow(const Document& document, Ref<Value> value) {
-    for (unsigned step = 0; value && value->type() == Value::Type::ObjectRef; ++step) {
+    if (!isReference(value)) return value;
+    const Ref<Object> object = objectBehind(document, std::move(value));
+    return object ? object->value() : nullptr;
+}
+
+Ref<Object> objectBehind(const Document& document, Ref<Value> value) {
+    Ref<Object> object;
+    for (unsigned step = 0; isReference(value); ++step) {
         const Ref<ObjectRef> ref = Host::cast<ObjectRef>(value);
         if (!ref || step == longestChain) return nullptr;
-        const Ref<Object> object = quietly([&] { return document.getObject(ref); });
+        object = quietly([&] { return document.getObject(ref); });
         value = object ? quietly([&] { return object->value(); }) : nullptr;
     }
-    return value;
+    return value ? object : nullptr;
 }
 
 Ref<Value> entryOf(const Document& document, const Dictionary& dictionary, std::string_view key) {

@@ -10,6 +10,10 @@ namespace Libraries::Files::PDF::Tools {
 /// what follows.
 [[nodiscard]] Ref<Value> follow(const Document& document, Ref<Value> value);
 
+/// The object that a reference leads to, through others: its value is no reference. Null where it
+/// leads nowhere, and for what is no reference.
+[[nodiscard]] Ref<Object> objectBehind(const Document& document, Ref<Value> value);
+
 /// The entry as it stands; null where there is none, and where it is null or leads to that.
 [[nodiscard]] Ref<Value> entryOf(const Document& document, const Dictionary& dictionary,
                                  std::string_view key);

@@ -2,6 +2,7 @@
 #include "tools/failure.h"
 #include "tools/new_stream.h"
 #include "tools/references.h"
+#include "tools/stored_data.h"
 
 #include <host/byte_buffer.h>
 #include <host/stream.h>
@@ -129,26 +130,6 @@ Coding codingOf(const Document& document, const Dictionary& entries) {
     return several || (predictor && predictor->integer() > 1) ? Coding::Other : Coding::Flate;
 }
 
-/// The data as it is stored. A stream to which none was attached has none afterwards: what is
-/// attached would be taken for decoded data.
-Ref<Host::MemoryStripe> rawBytes(Document& document, const Ref<Stream>& stream) {
-    const Ref<StreamObj> held = Host::cast<StreamObj>(stream);
-    const bool attached = held && held->strmData();
-    const bool changed = held && held->changed();
-    const Ref<Interfaces::Stripe> data = document.readStreamData(stream, false);
-    if (held && !attached) {
-        held->strmData(nullptr);
-        if (!changed) held->resetChanged();
-    }
-    if (!data) return nullptr;
-    Host::ByteBuffer bytes;
-    if (!bytes.resize(data->size())) throw std::bad_alloc();
-    if (data->position(0) != 0 || data->readBytes(bytes.data(), bytes.size()) != bytes.size()) {
-        return fail(CodingFailed, "Failed to read the data of a stream");
-    }
-    return orThrow(Host::MemoryStripe::create(std::move(bytes)));
-}
-
 Ref<Host::MemoryStripe> inflated(const Host::MemoryStripe& raw, std::uint64_t limit) {
     const Ref<BlockFilter> filter = orThrow(Host::ZlibFilter::createDecompressorStream());
     Host::ByteBuffer bytes;
@@ -178,6 +159,30 @@ Ref<Host::MemoryStripe> decoded(Document& document, const Ref<Stream>& stream,
 }
 
 } // namespace
+
+// A stream to which no data was attached has none afterwards: what is attached would be taken for
+// decoded data.
+Ref<Host::MemoryStripe> rawBytes(Document& document, const Ref<Stream>& stream) {
+    const Ref<StreamObj> held = Host::cast<StreamObj>(stream);
+    const bool attached = held && held->strmData();
+    const bool changed = held && held->changed();
+    const Ref<Interfaces::Stripe> data = document.readStreamData(stream, false);
+    if (held && !attached) {
+        held->strmData(nullptr);
+        if (!changed) held->resetChanged();
+    }
+    if (!data) return nullptr;
+    Host::ByteBuffer bytes;
+    if (!bytes.resize(data->size())) throw std::bad_alloc();
+    if (data->position(0) != 0 || data->readBytes(bytes.data(), bytes.size()) != bytes.size()) {
+        return fail(CodingFailed, "Failed to read the data of a stream");
+    }
+    return orThrow(Host::MemoryStripe::create(std::move(bytes)));
+}
+
+bool canDecode(const Document& document, const Dictionary& entries) {
+    return codingOf(document, entries) != Coding::Other;
+}
 
 Ref<Stream> newStream(Bytes bytes, bool deflate) {
     Ref<Interfaces::Stripe> data = stored(bytes, deflate);
