@@ -1,0 +1,17 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+namespace Libraries::Files::PDF::Tools {
+
+/// What a content stream does to the stack of graphics states (ISO 32000-1, 8.4.2).
+struct StateBalance {
+    std::uint64_t restored = 0; ///< states that it restores and did not save
+    std::uint64_t saved = 0;    ///< states that it saves behind those, and does not restore
+};
+
+/// Of decoded data, whatever it is.
+[[nodiscard]] StateBalance stateBalanceOf(std::span<const std::uint8_t> content) noexcept;
+
+} // namespace Libraries::Files::PDF::Tools
