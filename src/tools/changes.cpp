@@ -19,6 +19,11 @@ bool Changes::set(const Ref<Dictionary>& dictionary, std::string_view key, Ref<V
     return false;
 }
 
+bool Changes::drop(const Ref<Dictionary>& dictionary, std::string_view key) {
+    const bool there = quietly([&] { return dictionary->find(key); }) != nullptr;
+    return !there || set(dictionary, key, nullptr);
+}
+
 void Changes::remember(const Ref<Dictionary>& dictionary, std::string_view key) {
     noted(dictionary, key);
 }
@@ -37,10 +42,11 @@ bool Changes::rememberObjects(std::uint32_t count) {
 }
 
 Ref<Object> Changes::add(Ref<Value> value) {
-    added_.reserve(added_.size() + 1);
-    Ref<Object> object = document_.addObject(std::move(value));
-    if (object) added_.push_back(object);
-    return object;
+    added_.emplace_back();
+    added_.back() = document_.addObject(std::move(value));
+    if (added_.back()) return added_.back();
+    added_.pop_back();
+    return nullptr;
 }
 
 void Changes::keep() noexcept {

@@ -22,6 +22,8 @@ public:
     /// the code set where a dictionary of an application's own refuses.
     [[nodiscard]] bool set(const Ref<Dictionary>& dictionary, std::string_view key,
                            Ref<Value> value);
+    /// Takes an entry away, if there is one.
+    [[nodiscard]] bool drop(const Ref<Dictionary>& dictionary, std::string_view key);
     /// Has the entry go back to what it is now, whoever changes it. Throws `std::bad_alloc`.
     void remember(const Ref<Dictionary>& dictionary, std::string_view key);
     /// Has the next objects that others add go as well, so many at most. Throws `std::bad_alloc`;

@@ -101,10 +101,8 @@ bool PageTreeChanges::complete() {
     const Ref<Value> count = orThrow(Number::create(static_cast<std::int64_t>(kids_.size())));
     if (!setUnlessSame(root, "Kids", orThrow(Array::create(kids_)))) return false;
     if (!setUnlessSame(root, "Count", count)) return false;
-    return std::ranges::all_of(inheritable, [&](std::string_view key) {
-        const bool there = quietly([&] { return root->find(key); }) != nullptr;
-        return !there || changes_.set(root, key, nullptr);
-    });
+    return std::ranges::all_of(inheritable,
+                               [&](std::string_view key) { return changes_.drop(root, key); });
 }
 
 } // namespace Libraries::Files::PDF::Tools

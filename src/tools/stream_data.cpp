@@ -70,10 +70,8 @@ bool describe(Changes& changes, const Ref<Dictionary>& entries, std::uint64_t si
     const Ref<Number> length = orThrow(Number::create(static_cast<std::int64_t>(size)));
     if (!changes.set(entries, "Length", length)) return false;
     if (!changes.set(entries, "Filter", filter)) return false;
-    return std::ranges::all_of(storage, [&](std::string_view key) {
-        const bool there = quietly([&] { return entries->find(key); }) != nullptr;
-        return !there || changes.set(entries, key, nullptr);
-    });
+    return std::ranges::all_of(storage,
+                               [&](std::string_view key) { return changes.drop(entries, key); });
 }
 
 Ref<ObjectRef> made(Document& document, Bytes bytes, bool deflate, const Ref<Dictionary>& given) {
