@@ -20,7 +20,7 @@ bool setTitle(Document& document, std::string_view utf8) {
     const auto former = info->findAsString("Title", true);
     const auto text = former ? former->asText() : nullptr; // UTF-16 bytes become text as well
     if (text) std::printf("was: %s\n", text->utf8().c_str());
-    const auto title = String::create(utf8);
+    const auto title = Tools::textString(utf8);
     return title && info->set("Title", title); // setting null would take the entry away
 }
 

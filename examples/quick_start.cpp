@@ -2,6 +2,7 @@
 
 // page begin
 #include <pdf/document.h>
+#include <pdf/tools/editing.h>
 #include <pdf/tools/files.h>
 using namespace Libraries::Files::PDF;
 
@@ -10,7 +11,7 @@ bool setTitle(std::string_view in, std::string_view out, std::string_view title)
     const auto entry = document ? document->trailer()->find("Info") : nullptr;
     const auto info = entry ? document->valueAsDict(entry) : nullptr;
     if (!info) return false; // Host::Error::get() says why
-    const auto value = String::create(title);
+    const auto value = Tools::textString(title);
     if (!value || !info->set("Title", value)) return false;
     return Tools::save(*document, out) == Tools::Saved::Done; // out is whole, or as it was
 }

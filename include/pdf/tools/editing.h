@@ -56,6 +56,11 @@ private:
     return Value::parse(syntax, error);
 }
 
+/// A string that every reader takes for this text: as `String::create`, but as UTF-16 behind a
+/// byte-order mark also where the text has a backslash, which this library does not read again, or
+/// a control code. Null with `OutOfMemory` set.
+[[nodiscard]] FILES_PDF_EXPORT Ref<String> textString(std::string_view utf8) noexcept;
+
 /// The value as one kind; null with `UnexpectedKind` set for another, and with the code as it was
 /// for null.
 template <class Interface>
