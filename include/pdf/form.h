@@ -48,7 +48,9 @@ inline constexpr std::uint32_t radio = 0x8000;         ///< button
 inline constexpr std::uint32_t pushButton = 0x10000;   ///< button: it has no value
 inline constexpr std::uint32_t combo = 0x20000;        ///< choice
 inline constexpr std::uint32_t edit = 0x40000;         ///< choice
+inline constexpr std::uint32_t fileSelect = 0x100000;  ///< text: the value is the path of a file
 inline constexpr std::uint32_t multiSelect = 0x200000; ///< choice: the value may be an array
+inline constexpr std::uint32_t comb = 0x1000000;       ///< text: `maxLen` cells of equal width
 } // namespace FieldFlags
 
 /// A node of the field tree: a field, or a group of fields.

@@ -1,0 +1,105 @@
+#include "tools/changes.h"
+#include "tools/failure.h"
+#include "tools/form_field.h"
+#include "tools/form_text.h"
+#include "tools/references.h"
+
+#include <pdf/tools/filling.h>
+
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+namespace Libraries::Files::PDF::Tools {
+
+namespace {
+
+/// Puts the arrays of a form's tree where a `Form` looks for them: directly into their fields.
+class ArraysBroughtIn {
+public:
+    ArraysBroughtIn(Document& document, Changes& changes) noexcept
+        : document_(document), changes_(changes) {}
+
+    [[nodiscard]] bool run() {
+        const Ref<Dictionary> form = formEntries(document_);
+        if (form && !bringIn(form, "Fields")) return false;
+        while (!waiting_.empty()) {
+            const Ref<Dictionary> field = std::move(waiting_.back());
+            waiting_.pop_back();
+            if (!bringIn(field, "Kids")) return false;
+        }
+        return true;
+    }
+
+private:
+    [[nodiscard]] bool bringIn(const Ref<Dictionary>& from, std::string_view key);
+
+    Document& document_;
+    Changes& changes_;
+    std::vector<Ref<Dictionary>> waiting_;
+    std::unordered_set<const Value*> seen_;
+};
+
+bool ArraysBroughtIn::bringIn(const Ref<Dictionary>& from, std::string_view key) {
+    const Ref<Value> entry = entryOf(document_, *from, key);
+    const Ref<Array> kids = Host::cast<Array>(follow(document_, entry));
+    if (!kids) return true;
+    std::vector<Ref<Value>> elements;
+    for (std::uint64_t index = 0; index < kids->size(); ++index) {
+        elements.push_back(kids->get(index));
+        Ref<Dictionary> kid = Host::cast<Dictionary>(follow(document_, elements.back()));
+        if (kid && seen_.insert(kid.get()).second) waiting_.push_back(std::move(kid));
+    }
+    const bool direct = entry->type() != Value::Type::ObjectRef;
+    return direct || changes_.set(from, key, orThrow(Array::create(elements)));
+}
+
+} // namespace
+
+Ref<Form> openForm(Document& document) noexcept {
+    return guarded([&]() -> Ref<Form> {
+        Changes changes(document);
+        if (!ArraysBroughtIn(document, changes).run()) return nullptr;
+        Ref<Form> form = document.form();
+        if (form) changes.keep();
+        return form;
+    });
+}
+
+std::vector<FieldOption> fieldOptions(const Document& document, const Field& field) noexcept {
+    const std::uint32_t code = Host::Error::get();
+    std::vector<FieldOption> result;
+    try {
+        const FieldEntries entries(document, field);
+        if (entries.kind() == Field::Kind::Button && !entries.has(FieldFlags::pushButton)) {
+            result = statesOf(entries, widgetsOf(document, field));
+        } else if (entries.kind() == Field::Kind::Choice) {
+            for (ChoiceOption& option : optionsOf(entries))
+                result.push_back({std::move(option.value), std::move(option.text)});
+        }
+    } catch (const std::exception&) {
+        result.clear();
+    }
+    Host::Error::set(code);
+    return result;
+}
+
+std::vector<std::string> fieldValues(const Document& document, const Field& field) noexcept {
+    const std::uint32_t code = Host::Error::get();
+    std::vector<std::string> result;
+    try {
+        const FieldEntries entries(document, field);
+        const Ref<Value> value = entries.find("V");
+        if (const Ref<Name> state = Host::cast<Name>(value)) {
+            result.push_back(textOf(*state));
+        } else {
+            result = selectionOf(entries);
+        }
+    } catch (const std::exception&) {
+        result.clear();
+    }
+    Host::Error::set(code);
+    return result;
+}
+
+} // namespace Libraries::Files::PDF::Tools
