@@ -1,7 +1,9 @@
-// Prints the fields of a document's form, one for each line: full path, kind, flags and value, with
-// tabs between them.
+// Prints the fields of a document's form, one for each line: full path, kind, flags, value and what
+// can be chosen, with tabs between them.
 
 #include "program.h"
+
+#include <pdf/tools/filling.h>
 
 namespace {
 
@@ -32,45 +34,39 @@ std::string onOneLine(const std::string& text) {
     return result;
 }
 
-template <class T>
-std::string textOf(const Ref<T>& value) {
-    const auto text = value ? value->asText() : nullptr;
-    return text ? text->utf8() : "";
-}
-
-// One string, or the strings that are selected together.
-std::string choiceText(const Ref<Value>& value) {
-    const auto array = Host::cast<Array>(value);
-    if (!array) return textOf(value);
+std::string joined(const std::vector<std::string>& texts) {
     std::string result;
-    for (std::uint64_t index = 0; index < array->size(); ++index) {
-        if (index != 0) result += ", ";
-        result += textOf(array->get(index));
-    }
+    for (const std::string& text : texts)
+        result += (result.empty() ? "" : ", ") + text;
     return result;
 }
 
-std::string valueText(const Ref<Field>& field) {
-    if (const auto button = Host::cast<Fields::Button>(field)) return textOf(button->value());
-    if (const auto input = Host::cast<Fields::Text>(field)) return textOf(input->value());
-    if (const auto choice = Host::cast<Fields::Choice>(field)) return choiceText(choice->value());
-    return "";
+/// What can be chosen: values, and what they show where that is something else.
+std::string optionsText(const Document& document, const Field& field) {
+    std::vector<std::string> texts;
+    for (const Tools::FieldOption& option : Tools::fieldOptions(document, field)) {
+        const bool same = option.text == option.value;
+        texts.push_back(same ? option.value : option.value + " (" + option.text + ")");
+    }
+    return joined(texts);
 }
 
-void print(const Ref<Field>& field) {
+void print(const Document& document, const Ref<Field>& field) {
     const auto path = field->fullName();
-    std::printf("%s\t%s\t0x%X\t%s\n", path ? onOneLine(path->utf8()).c_str() : "",
-                text(field->fieldType()), field->flags(), onOneLine(valueText(field)).c_str());
+    std::printf("%s\t%s\t0x%X\t%s\t%s\n", path ? onOneLine(path->utf8()).c_str() : "",
+                text(field->fieldType()), field->flags(),
+                onOneLine(joined(Tools::fieldValues(document, *field))).c_str(),
+                onOneLine(optionsText(document, *field)).c_str());
 }
 
-void print(const Form& form) {
+void print(const Document& document, const Form& form) {
     std::vector<Ref<Field>> waiting;
     for (std::uint64_t index = form.fieldCount(); index-- > 0;)
         waiting.push_back(form.field(index));
     while (!waiting.empty()) {
         const Ref<Field> field = waiting.back();
         waiting.pop_back();
-        print(field);
+        print(document, field);
         for (std::uint64_t index = field->childCount(); index-- > 0;)
             waiting.push_back(field->child(index));
     }
@@ -88,11 +84,11 @@ int main(int argc, char** argv) {
 
     // A form of which a part could not be built is there, but says so.
     Host::Error::set(Host::NoError);
-    const auto form = document->form();
+    const auto form = Tools::openForm(*document);
     const std::uint32_t code = Host::Error::get();
     if (!form) return Program::failure(code);
 
-    print(*form);
+    print(*document, *form);
     if (const int status = Program::finishOutput(); status != 0) return status;
     return code == Host::NoError ? 0 : Program::failure(code);
 }

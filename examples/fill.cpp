@@ -1,110 +1,87 @@
-// Sets the values of form fields. An empty value takes the value of a text or choice field away.
+// Sets the values of form fields. An empty value takes the value of a text or choice field away,
+// and sets a button off; a path that comes more than once selects several options of a choice
+// field.
 
 #include "program.h"
+
+#include <pdf/tools/filling.h>
 
 namespace {
 
 using namespace Libraries::Files::PDF;
-using namespace Host::Literals;
 using Host::Ref;
 
-Ref<Host::String> text(std::string_view utf8) {
-    return Host::String::create(utf8);
-}
+/// What is to be set: a path, and the values that were given for it.
+struct Setting {
+    std::string_view path;
+    std::vector<std::string_view> values;
+};
 
-// A backslash in text is written as other readers want it, and would not be read again here. As
-// UTF-16 behind a byte-order mark, like all text that is not ASCII, everybody reads it.
-Ref<String> stringOf(std::string_view value) {
-    auto string = String::create(text(value));
-    if (!string || !string->text() || value.find('\\') == std::string_view::npos) return string;
-    std::vector<unsigned char> bytes = {0xFE, 0xFF};
-    for (const char code : value)
-        bytes.insert(bytes.end(), {0, static_cast<unsigned char>(code)});
-    return String::create(Host::TConstArray<unsigned char>::create(bytes));
-}
-
-// What a button consists of on the page: its kids, or itself.
-std::vector<Ref<Field>> widgets(const Ref<Field>& button) {
-    std::vector<Ref<Field>> result;
-    for (std::uint64_t index = 0; index < button->childCount(); ++index)
-        result.push_back(button->child(index));
-    if (result.empty()) result.push_back(button);
-    return result;
-}
-
-bool canShow(const Field& widget, const Ref<Name>& state) {
-    const auto looks = Host::cast<Dictionary>(widget.normalAppearance());
-    return looks && looks->find(state->name());
-}
-
-// A button's value says what it is set to, its state what is shown. Of radio buttons the one that
-// has the value among its states shows it, the others are off.
-bool fillButton(const Ref<Field>& field, Fields::Button& button, std::string_view value) {
-    const auto name = Name::create(text(value));
-    const auto off = Name::create("Off"_str);
-    if (!name || !off || !button.setValue(name)) return false;
-
-    bool shown = name->equal(off);
-    for (const auto& widget : widgets(field)) {
-        const bool on = canShow(*widget, name);
-        if (!widget->dictionary()->set("AS"_str, on ? name : off)) return false;
-        shown = shown || on;
+/// The settings of the arguments from the third on; nothing where one is none.
+std::optional<std::vector<Setting>> settingsOf(const Program::Arguments& arguments) {
+    std::vector<Setting> settings;
+    for (std::size_t index = 2; index < arguments.size(); ++index) {
+        const std::string_view argument = arguments[index];
+        const std::size_t end = argument.find('=');
+        if (end == 0 || end == std::string_view::npos) return std::nullopt;
+        const std::string_view path = argument.substr(0, end);
+        const auto known = std::ranges::find(settings, path, &Setting::path);
+        Setting& setting = known != settings.end() ? *known : settings.emplace_back();
+        setting.path = path;
+        setting.values.push_back(argument.substr(end + 1));
     }
-    if (!shown) Host::Error::set(InvalidArgument);
-    return shown;
+    return settings;
 }
 
-// A choice may hold the places of what is chosen among its options as well. Viewers go by these,
-// whatever the value says.
-bool fillChoice(Fields::Choice& choice, const Ref<String>& value) {
-    return choice.setValue(value) && choice.dictionary()->set("I"_str, nullptr);
+Tools::Filled fill(Document& document, Form& form, const Setting& setting) {
+    const auto& [path, values] = setting;
+    return values.size() == 1 ? Tools::fillField(document, form, path, values.front())
+                              : Tools::chooseOptions(document, form, path, values);
 }
 
-bool fill(Form& form, std::string_view path, std::string_view value) {
-    const auto field = form.fieldByPath(text(path));
-    if (!field) return false;
-    if (const auto button = Host::cast<Fields::Button>(field)) {
-        return fillButton(field, *button, value);
+/// Says what was not set, and what the field takes.
+int notSet(const Document& document, const Form& form, const Setting& setting) {
+    const int status = Program::failure();
+    const std::string path(setting.path);
+    std::fprintf(stderr, "not set: %s=%s\n", path.c_str(),
+                 std::string(setting.values.front()).c_str());
+    const auto name = Host::String::create(setting.path);
+    const auto field = name ? form.fieldByPath(name) : nullptr;
+    if (!field) return status;
+    for (const Tools::FieldOption& option : Tools::fieldOptions(document, *field)) {
+        const bool same = option.text == option.value;
+        std::fprintf(stderr, "%s takes: %s%s%s\n", path.c_str(), option.value.c_str(),
+                     same ? "" : ", which shows ", same ? "" : option.text.c_str());
     }
-    const auto string = value.empty() ? nullptr : stringOf(value);
-    if (!value.empty() && !string) return false; // null would take the value away
-    // What a text or choice field looks like is not rebuilt here: the viewer is asked to do it.
-    if (const auto input = Host::cast<Fields::Text>(field)) {
-        return input->setValue(string) && form.setNeedAppearances(true);
-    }
-    if (const auto choice = Host::cast<Fields::Choice>(field)) {
-        return fillChoice(*choice, string) && form.setNeedAppearances(true);
-    }
-    Host::Error::set(NotSupported);
-    return false;
+    return status;
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-    static constexpr const char* usage =
-        "fill [--no-verify] [--force] [--faithful] [--any [--password P]] IN OUT PATH=VALUE...";
+    static constexpr const char* usage = "fill [--flatten] [--no-verify] [--force] [--faithful] "
+                                         "[--any [--password P]] IN OUT PATH=VALUE...";
     Program::Arguments arguments(argc, argv);
+    const bool flatten = arguments.take("--flatten");
     const Program::Saving saving = Program::takeSaving(arguments);
     const Program::Opening how = arguments.takeOpening();
     const std::size_t count = arguments.size();
-    if (count < 3 || !arguments.are(count)) return Program::usage(usage);
-    for (std::size_t index = 2; index < count; ++index) {
-        const std::size_t path = arguments[index].find('=');
-        if (path == 0 || path == std::string_view::npos) return Program::usage(usage);
-    }
+    const auto settings = settingsOf(arguments);
+    const bool enough = count > 2 || (flatten && count == 2);
+    if (!enough || !arguments.are(count) || !settings) return Program::usage(usage);
 
     const auto document = Program::open(arguments[0], how);
     if (!document) return Program::failed;
-    const auto form = document->form();
+    const auto form = Tools::openForm(*document);
     if (!form) return Program::failure();
-    for (std::size_t index = 2; index < count; ++index) {
-        const std::string_view argument = arguments[index];
-        const std::size_t path = argument.find('=');
-        if (fill(*form, argument.substr(0, path), argument.substr(path + 1))) continue;
-        const int status = Program::failure();
-        std::fprintf(stderr, "not set: %s\n", std::string(argument).c_str());
-        return status;
+    for (const Setting& setting : *settings) {
+        const Tools::Filled filled = fill(*document, *form, setting);
+        if (filled == Tools::Filled::Failed) return notSet(*document, *form, setting);
+        if (filled == Tools::Filled::Shown) continue;
+        std::fprintf(stderr,
+                     "warning: %s: its font cannot show the value; viewers are asked to do it\n",
+                     std::string(setting.path).c_str());
     }
+    if (flatten && !Tools::flattenForm(*document)) return Program::failure();
     return Program::save(*document, arguments[1], saving);
 }

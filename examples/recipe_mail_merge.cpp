@@ -2,6 +2,8 @@
 
 #include "program.h"
 
+#include <pdf/tools/filling.h>
+
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -13,18 +15,16 @@ using namespace Libraries::Files::PDF;
 using Host::Ref;
 
 // page begin
-/// Sets the text fields that the columns are named after. False with the code set.
+/// Sets the fields that the columns are named after. False with the code set.
 bool fill(Document& document, const std::vector<std::string>& names, std::string_view row) {
-    const auto form = document.form();
-    if (!form || !form->setNeedAppearances(true)) return false;
+    const auto form = Tools::openForm(document);
+    if (!form) return false;
     std::istringstream values{std::string(row)};
     std::string value;
     for (const auto& name : names) {
         if (!std::getline(values, value, '\t')) value.clear();
-        const auto path = Host::String::create(name);
-        const auto field = path ? Host::cast<Fields::Text>(form->fieldByPath(path)) : nullptr;
-        const auto text = field ? String::create(value) : nullptr;
-        if (!text || !field->setValue(text)) return false;
+        const auto filled = Tools::fillField(document, *form, name, value);
+        if (filled == Tools::Filled::Failed) return false;
     }
     return true;
 }
