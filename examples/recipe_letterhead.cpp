@@ -2,7 +2,7 @@
 
 #include "program.h"
 
-#include <pdf/tools/pages.h>
+#include <pdf/tools/background.h>
 
 namespace {
 
@@ -10,10 +10,9 @@ using namespace Libraries::Files::PDF;
 using Host::Ref;
 
 // page begin
-/// Lays the first page of `letterhead` beneath every page that a reader sees.
+/// Lays the first page of `letterhead` beneath every page that a reader sees, as large as fits.
 bool addLetterhead(Document& document, const Ref<Document>& letterhead) {
-    return Tools::flattenPages(document) && Tools::flattenPages(*letterhead) &&
-           document.addBackground(letterhead, 1);
+    return Tools::letterhead(document, letterhead);
 }
 // page end
 

@@ -1,0 +1,87 @@
+#pragma once
+
+/// @file
+/// Letterheads, watermarks and stamps: pages of another document beneath or above pages of this
+/// one, whatever names, resources, boxes and page trees the two have. `Document::addBackground`
+/// lays contents beneath contents as they are.
+
+#include <host/export.h>
+#include <host/ref.h>
+#include <pdf/document.h>
+#include <pdf/tools/pages.h>
+#include <pdf/values.h>
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+namespace Libraries::Files::PDF::Tools {
+
+/// Makes what a page draws one form XObject (ISO 32000-1, 8.10), which draws it anywhere, and the
+/// page one that draws just that, under `name`: it looks as before. The form has the resources that
+/// hold for the page, the page's visible box as its BBox (the crop box within the media box; US
+/// letter where there is none), its turn as its Matrix, so that it is upright, and its Group.
+/// Contents of one stream become the form as they are stored; several are decoded and joined.
+///
+/// The page keeps its boxes, Rotate, Group and annotations. Marked content in it (14.7) is no
+/// longer found by the structure tree of a tagged document.
+///
+/// `page` is one of `allPages`; what was read of it before is not true any more. Gives the
+/// reference to the form. Null with `NullArgument`, `InvalidArgument` (a page of another document;
+/// a name that is empty or holds other characters than ASCII's printable ones without `#%()/<>[]{}`
+/// and space), `PageInvalid` (Contents of a wrong kind) or, for several streams, `OutOfRange` (more
+/// than 64 MiB) or a code of `decodedBytes` set.
+FILES_PDF_EXPORT Ref<ObjectRef> isolatePage(Document& document, const Page& page,
+                                            std::string_view name) noexcept;
+
+/// Which page of a letterhead goes onto which page: the modes of `Document::addBackground`.
+enum class LetterheadPages : std::uint32_t {
+    FirstOnFirst = 0,      ///< the first onto the first one
+    FirstOnAll = 1,        ///< the first onto every one
+    PageByPage = 2,        ///< each onto its own; further pages get none
+    PageByPageThenLast = 3 ///< each onto its own, the last one onto all further pages
+};
+
+/// Pages from one to another by their zero-based indexes, as in `insertPage`; both belong to it.
+struct PageRange {
+    std::uint64_t first; ///< at most `last`
+    std::uint64_t last;  ///< must be there
+};
+
+/// How a letterhead is laid.
+struct LetterheadOptions {
+    /// Which page goes where, counted among the pages that `ranges` choose.
+    LetterheadPages mode = LetterheadPages::FirstOnAll;
+    /// Whether the letterhead is drawn over the page: a stamp.
+    bool above = false;
+    /// Whether it keeps its coordinates: neither turned nor scaled nor moved.
+    bool asIs = false;
+    /// The pages that get one, each once and in their order, however often and wherever they are
+    /// listed; all where there are none.
+    std::vector<PageRange> ranges = {};
+};
+
+/// Lays pages of `letterhead` beneath or above pages of `document`, of those that a reader sees.
+/// Each is turned upright, scaled evenly and centred, so that its visible box fills that of the
+/// page as it is displayed. It comes as a form XObject under a name that no resources of the two
+/// documents have: neither sees the names or the graphics state of the other, and a page may get
+/// several. One copy serves all pages; fonts and images that pages of the letterhead share are
+/// copied once. Annotations and form fields are not taken over.
+///
+/// The document's tree is flattened (`flattenPages`), and its version becomes the higher of the
+/// two. Names are added to resources where they stand. Above, the page's contents are put between
+/// operators that save and restore the graphics state, so that the stamp does not depend on what
+/// they leave behind; contents that take back more than they saved are not held by that.
+///
+/// All or nothing: after a failure `document` writes what it would have written before.
+/// `letterhead` does so in any case. For both goes what `addObject` says of numbers at the end of
+/// the table.
+///
+/// False with `NullArgument`, `InvalidArgument` (the same document twice; another mode; a range
+/// from a later page to an earlier one), `OutOfRange` (a range behind the last page),
+/// `ForeignPageEmpty` (the letterhead has no page), or a code of `flattenPages`, `isolatePage`,
+/// `Document::readStreamData` or `addBackground` set.
+[[nodiscard]] FILES_PDF_EXPORT bool letterhead(Document& document, const Ref<Document>& letterhead,
+                                               const LetterheadOptions& options = {}) noexcept;
+
+} // namespace Libraries::Files::PDF::Tools

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <pdf/tools/background.h>
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+namespace Libraries::Files::PDF::Tools {
+
+/// A page of a document, and the page of the letterhead that goes onto it.
+struct Assignment {
+    std::uint64_t page;
+    std::uint64_t sheet;
+};
+
+/// Which page gets what, in ascending order of the pages; nothing, with the code set, where the
+/// options are wrong. Throws `std::bad_alloc`.
+[[nodiscard]] std::optional<std::vector<Assignment>>
+assign(const LetterheadOptions& options, std::uint64_t pages, std::uint64_t sheets);
+
+} // namespace Libraries::Files::PDF::Tools
