@@ -1,5 +1,5 @@
-// Prints the fields of a document's form, one for each line: full path, kind, flags, value and what
-// can be chosen, with tabs between them.
+// Prints the fields of a document's form, one for each line: full path, kind, flags, value and, where
+// there is a choice, what can be chosen, with tabs between them.
 
 #include "program.h"
 
@@ -53,10 +53,11 @@ std::string optionsText(const Document& document, const Field& field) {
 
 void print(const Document& document, const Ref<Field>& field) {
     const auto path = field->fullName();
-    std::printf("%s\t%s\t0x%X\t%s\t%s\n", path ? onOneLine(path->utf8()).c_str() : "",
+    const std::string options = optionsText(document, *field);
+    std::printf("%s\t%s\t0x%X\t%s%s%s\n", path ? onOneLine(path->utf8()).c_str() : "",
                 text(field->fieldType()), field->flags(),
                 onOneLine(joined(Tools::fieldValues(document, *field))).c_str(),
-                onOneLine(optionsText(document, *field)).c_str());
+                options.empty() ? "" : "\t", onOneLine(options).c_str());
 }
 
 void print(const Document& document, const Form& form) {

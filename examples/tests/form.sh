@@ -3,70 +3,84 @@
 #   fill    each kind is set, written and read again
 #   unfit   arguments and values that are refused
 
-# lists FILE checks that its fields are the lines of standard input, which have blanks for tabs.
+# lists FILE checks that its fields are the lines of standard input, which have blanks for tabs and
+# underlines for blanks, but a tab at the end of a line.
 lists() {
-    tr ' ' '\t' >"$work/wanted"
+    tr ' ' '\t' | sed 's/_$/\t/' | tr _ ' ' >"$work/wanted"
     "$programs/fields" "$1" >"$work/got"
     diff "$work/wanted" "$work/got" || fail "the fields of $1 are others"
 }
 
 test_fields() {
     lists "$samples/invoice-form.pdf" <<ROWS
-customer text 0x0 
-date text 0x0 
-total text 0x0 
-paid button 0x2 Off
-country choice 0x20000 DE
+customer text 0x0_
+date text 0x0_
+total text 0x0_
+paid button 0x2 Off Yes
+country choice 0x20000 DE DE,_FR,_IT
 ROWS
     lists "$samples/form-2pages.pdf" <<ROWS
 name0 text 0x0 x
-ok0 button 0x2 Off
-ch0 choice 0x20000 A
-r0 button 0xC002 v1
-r0.0 button 0x0 
-r0.1 button 0x0 
+ok0 button 0x2 Off Yes
+ch0 choice 0x20000 A A,_B,_C
+r0 button 0xC002 v1 v1,_v2
+r0.0 button 0x0 v1 v1
+r0.1 button 0x0 v1 v2
 name1 text 0x0 x
-ok1 button 0x2 Off
-ch1 choice 0x20000 A
-r1 button 0xC002 v1
-r1.0 button 0x0 
-r1.1 button 0x0 
+ok1 button 0x2 Off Yes
+ch1 choice 0x20000 A A,_B,_C
+r1 button 0xC002 v1 v1,_v2
+r1.0 button 0x0 v1 v1
+r1.1 button 0x0 v1 v2
 ROWS
 }
 
-test_fill() {
-    "$programs/fill" "$samples/form-2pages.pdf" "$work/filled.pdf" \
-        name0=Zürich=1 name1= ok1=Yes ch0=B r1=v2
-    lists "$work/filled.pdf" <<ROWS
-name0 text 0x0 Zürich=1
-ok0 button 0x2 Off
-ch0 choice 0x20000 B
-r0 button 0xC002 v1
-r0.0 button 0x0 
-r0.1 button 0x0 
-name1 text 0x0 
-ok1 button 0x2 Yes
-ch1 choice 0x20000 A
-r1 button 0xC002 v2
-r1.0 button 0x0 
-r1.1 button 0x0 
-ROWS
-    # Shown as set: the box by its state, of the radio buttons the second alone, text by the viewer,
-    # which has a place among the options left to go by only where nothing was chosen.
-    [ "$(grep -ac '/AS /Yes' "$work/filled.pdf")" -eq 1 ] || fail "the box is not shown as checked"
-    [ "$(grep -ac '/AS /v2' "$work/filled.pdf")" -eq 1 ] || fail "the radio button is not shown"
-    grep -aq '/NeedAppearances true' "$work/filled.pdf" || fail "no appearances asked for"
-    [ "$(grep -ao '/I \[.*/T ([a-z0-9]*)' "$work/filled.pdf" | sed 's/.*T //')" = '(ch1)' ] ||
-        fail "places: $(grep -a '/I \[' "$work/filled.pdf")"
+# shows FILE NUMBER TEXT: so many appearances of the file show this text.
+shows() {
+    "$programs/recompress" none "$1" "$work/plain.pdf"
+    code=$(printf %s "$3" | od -An -v -tx1 | tr -d ' \n' | tr a-f A-F)
+    [ "$(grep -ac "<$code> Tj" "$work/plain.pdf")" -eq "$2" ] || fail "$1 does not show $3"
+}
 
-    "$programs/fill" "$samples/invoice-form.pdf" "$work/filled.pdf" 'customer=C:\new\(1)' country='F\R'
+test_fill() {
+    status 0 "$programs/fill" "$samples/form-2pages.pdf" "$work/filled.pdf" \
+        name0=Turin=1 name1= ok1=Yes ch0=B r1=v2 r0=
+    [ ! -s "$work/err" ] || fail "said: $(cat "$work/err")"
+    lists "$work/filled.pdf" <<ROWS
+name0 text 0x0 Turin=1
+ok0 button 0x2 Off Yes
+ch0 choice 0x20000 B A,_B,_C
+r0 button 0xC002 Off v1,_v2
+r0.0 button 0x0 Off v1
+r0.1 button 0x0 Off v2
+name1 text 0x0_
+ok1 button 0x2 Yes Yes
+ch1 choice 0x20000 A A,_B,_C
+r1 button 0xC002 v2 v1,_v2
+r1.0 button 0x0 v2 v1
+r1.1 button 0x0 v2 v2
+ROWS
+    # Shown as set: the box by its state, of the radio buttons the second alone, texts by new looks.
+    [ "$(grep -ac '/AS /Yes' "$work/filled.pdf")" -eq 1 ] || fail "the box is not shown as checked"
+    [ "$(grep -ac '/AS /v[12]' "$work/filled.pdf")" -eq 1 ] || fail "the radio button is not shown"
+    grep -aq '/NeedAppearances' "$work/filled.pdf" && fail "appearances are asked for"
+    shows "$work/filled.pdf" 1 Turin=1
+    shows "$work/filled.pdf" 1 B
+
+    status 0 "$programs/fill" "$samples/invoice-form.pdf" "$work/filled.pdf" \
+        'customer=C:\new\(1)' country=FR date=Ωμέγα
+    grep -q '^warning: date: ' "$work/err" || fail "nobody is told of the missing characters"
+    grep -aq '/NeedAppearances true' "$work/filled.pdf" || fail "no appearances asked for"
     lists "$work/filled.pdf" <<\ROWS
 customer text 0x0 C:\\new\\(1)
-date text 0x0 
-total text 0x0 
-paid button 0x2 Off
-country choice 0x20000 F\\R
+date text 0x0 Ωμέγα
+total text 0x0_
+paid button 0x2 Off Yes
+country choice 0x20000 FR DE,_FR,_IT
 ROWS
+    status 0 "$programs/fill" --flatten "$samples/form-2pages.pdf" "$work/flat.pdf" name0=Turin
+    shows "$work/flat.pdf" 1 Turin
+    status 1 "$programs/fields" "$work/flat.pdf"
 }
 
 test_unfit() {
@@ -77,8 +91,10 @@ test_unfit() {
 2 usage: --forced name0=x
 1 error.34819 name9=x
 1 error.34819 name0=x r0.2=v1
-1 error.33862 r0=
 1 error.33862 ok0=Maybe
+1 ch0.takes:.B ch0=D
+1 error.33862 ch0=A ch0=B
+1 error.65538 r0=v1 r0=v2
 ROWS
     status 1 "$programs/fields" "$samples/letterhead.pdf"
     reports 34819 8803
