@@ -82,13 +82,12 @@ char32_t characterOf(const Name& glyphName) noexcept {
 
 /// A name that is not known here hides what the code showed: nobody can say what it shows now.
 void applyDifferences(const Document& document, const Array& differences, Characters& characters) {
-    std::size_t code = 0;
+    std::uint64_t code = 0;
     for (std::uint64_t index = 0; index < differences.size(); ++index) {
         const Ref<Value> element = follow(document, differences.get(index));
         const Ref<Name> name = Host::cast<Name>(element);
         if (const Ref<Number> number = Host::cast<Number>(element)) {
-            const bool isCode = number->integer() >= 0 && number->integer() < 256;
-            code = isCode ? static_cast<std::size_t>(number->integer()) : characters.size();
+            code = static_cast<std::uint64_t>(number->integer()); // negative: behind the last
         } else if (name && code < characters.size()) {
             characters[code++] = characterOf(*name);
         }

@@ -21,9 +21,9 @@ std::optional<TextFont> fontOf(std::string_view entries) {
     const auto document = Support::open(
         DocumentBuilder::minimal()
             .object(5, "<< /BaseEncoding /WinAnsiEncoding /Differences 6 0 R >>")
-            .object(6,
-                    "[ /breve 1 /A /uni0141 /u1F600 65 7 0 R /nowhere /eacute /.notdef 255 /B /C "
-                    "-1 /D 99999999999 /D 99 true /uni00A /uniD800 /u110000 /uni00e4 ]")
+            .object(
+                6, "[ /breve 1 /A /F /uni0100 /u1F600 65 7 0 R /nowhere /eacute /.notdef 255 /B /C "
+                   "80 -1 /C 99999999999 /C 99 true /c ]")
             .object(7, "/Euro")
             .object(8, "[ 500 9 0 R null 0 (600) -5 99999 ]")
             .object(9, "650")
@@ -60,7 +60,7 @@ TEST(TextFont, SaysWhichCodeShowsACharacterAndHowWideItIs) {
     const std::string symbolic = wide + "/FontDescriptor 10 0 R ";
     const std::string winAnsi = "/Encoding /WinAnsiEncoding ";
     const std::tuple<std::string, std::u32string_view, std::string_view> rows[] = {
-        {helvetica, U"A' `’é€", "65=667 169=191 32=278 193=333 39=222 - - "},
+        {helvetica, U"A' `’éž€", "65=667 169=191 32=278 193=333 39=222 - - - "},
         {helvetica + winAnsi, U"A'é€•−Ł", "65=667 39=191 233=556 128=556 149=350 - - "},
         {helvetica + "/Encoding /MacRomanEncoding", U"é€¤", "142=556 - 219=556 "},
         {helvetica + "/Encoding /PDFDocEncoding", U"€•˘−", "160=556 128=350 24=333 138=584 "},
@@ -69,8 +69,12 @@ TEST(TextFont, SaysWhichCodeShowsACharacterAndHowWideItIs) {
         {helvetica + "/FontDescriptor 10 0 R", U"A", "- "},
         {helvetica + winAnsi, U"\u00A0\u00ADμ∙ˉ", "32=278 45=333 181=556 183=278 175=333 "},
         {helvetica, U"\0\n\xFFFE\xD800\xFFFFFFFF‐Ā→"sv, "- - - - - - - - "},
-        {helvetica + "/Encoding 5 0 R", U"ABCDE€éŁ˘cdef\U0001F600",
-         "1=667 255=667 - - 69=667 65=556 67=556 2=556 0=333 - - - - - "},
+        {helvetica + "/Encoding 5 0 R", U"ABCDE€é˘FĀ\U0001F600Pc",
+         "1=667 255=667 - - 69=667 65=556 67=556 0=333 70=611 - - 80=667 99=500 "},
+        {other +
+             "/FirstChar 0 /Widths [ 1 2 3 4 5 6 7 8 9 ] /Encoding << /Differences [ 0 /uni00A0 "
+             "/u0042 /u01F600 /uni00043 /u44 /uniD800 /u110000 /uni00ea /u0000045 ] >>",
+         U" B\U0001F600CD\xD800\x110000êE", "0=1 1=2 2=3 - - - - - - "},
         {helvetica + "/Encoding << /Differences [ 65 /eacute ] >>", U"Aé'", "- 65=556 169=191 "},
         {helvetica + "/Encoding << /Differences 7 /BaseEncoding [ ] >>", U"A", "65=667 "},
         {wide, U"@ABCDEFGHé", "- 65=500 66=650 - - - - - - - "},
@@ -108,7 +112,8 @@ TEST(TextFont, KnowsTheStandardFontsByManyNames) {
         {"123=400 683 -217", "Times-Italic TimesNewRomanPS-ItalicMT"},
         {"123=348 683 -217", "Times-BoldItalic TimesNewRoman,BoldItalic"},
         {"123=600 629 -157", "Courier Courier-BoldOblique CourierNewPS-ItalicMT"},
-        {"no text", "Arial-Black ArialNarrow ABCDE+Arial abcdef+Arial ABCDEF+ Symbol ,Bold -"},
+        {"no text",
+         "Arial-Black ArialNarrow ABCDE+Arial ABCDEf+Arial ABC1EF+Arial ABCDEF+ Symbol ,Bold -"},
     };
     for (const auto& [expected, names] : rows) {
         std::istringstream words{std::string(names)};
@@ -123,6 +128,7 @@ TEST(TextFont, KnowsTheStandardFontsByManyNames) {
     const std::tuple<std::string, double, double> reaches[] = {
         {"/Other /FontDescriptor 10 0 R", 800, 0},
         {"/Other /FontDescriptor 11 0 R", 750, -250},
+        {"/Other /FontDescriptor << /Ascent 0 /Descent 0 >>", 750, -250},
         {"/Courier /FontDescriptor 10 0 R", 800, 0},
         {"/Arial /FontDescriptor 11 0 R", 718, -207},
         {"/Other /FontDescriptor << /Ascent 9 /Descent 9 >>", 750, -250},
@@ -152,6 +158,9 @@ TEST(LatinGlyphs, AreThoseOfTheEncodings) {
             widths[column] += glyph.widths[column];
     }
     EXPECT_EQ(widths, (std::array<unsigned, 6>{122917, 127536, 117485, 122338, 116662, 118954}));
+    const std::array sizes = {149 + 1, 207 + 1, 216 + 1, 229}; // with 0, for what has no code
+    for (std::size_t encoding = 0; encoding < encoded.size(); ++encoding)
+        EXPECT_EQ(encoded[encoding].size(), sizes[encoding]) << encoding;
     const std::tuple<LatinEncoding, unsigned, std::u32string_view> rows[] = {
         {LatinEncoding::Standard, 0x7F, U"                                  ¡¢£⁄¥ƒ§¤'“«‹›ﬁﬂ –†‡· "},
         {LatinEncoding::Standard, 0xB6, U"¶•‚„”»…‰ ¿ `´ˆ˜¯˘˙¨ ˚¸ ˝˛ˇ—                "},
