@@ -1,5 +1,5 @@
-// Prints the fields of a document's form, one for each line: full path, kind, flags, value and, where
-// there is a choice, what can be chosen, with tabs between them.
+// Prints the fields of a document's form, one for each line: full path, kind, flags, value and,
+// where there is a choice, what can be chosen, with tabs between them.
 
 #include "program.h"
 

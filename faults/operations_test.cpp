@@ -10,6 +10,7 @@
 #include <pdf/errors.h>
 #include <pdf/form.h>
 #include <pdf/tools/files.h>
+#include <pdf/tools/filling.h>
 #include <pdf/tools/pages.h>
 
 #include <gtest/gtest.h>
@@ -35,15 +36,17 @@ std::string sampleBytes(std::string_view content, bool nested = false) {
     builder.object(1, "<< /Type /Catalog /Pages 2 0 R /AcroForm 8 0 R >>")
         .object(2, "<< /Type /Pages /Kids [ 3 0 R 4 0 R ] /Count 2 >>")
         .object(3, "<< /Type /Page /Parent 2 0 R /Contents 5 0 R /Resources << /Font << /F1 7 0 R "
-                   ">> /ProcSet [ /PDF /Text ] >> >>")
+                   ">> /ProcSet [ /PDF /Text ] >> /Annots [ 10 0 R 11 0 R 8 0 R ] >>")
         .object(4, "<< /Type /Page /Parent 2 0 R /Contents [ 5 0 R 6 0 R ] >>")
         .stream(5, "/Filter /FlateDecode ", Support::deflated(content))
         .stream(6, "", std::string(70000, 'q'))
         .object(7, "<< /Type /Font /BaseFont /Helvetica /W [ 1 -2.5 true null ] /Id <00FE> >>")
         .object(8, "<< /Fields [ 9 0 R ] /DA (/F1 0 Tf) >>")
         .object(9, "<< /T (group) /Kids [ 10 0 R 11 0 R ] >>")
-        .object(10, "<< /FT /Tx /T (name) /V (old) /MaxLen 9 /Parent 9 0 R >>")
-        .object(11, "<< /FT /Btn /T (check) /V /Off /Parent 9 0 R >>")
+        .object(10, "<< /FT /Tx /T (name) /V (old) /MaxLen 9 /Parent 9 0 R /Subtype /Widget /Rect "
+                    "[ 0 0 50 20 ] /MK << /BG [ 1 ] >> >>")
+        .object(11, "<< /FT /Btn /T (check) /V /Off /Parent 9 0 R /Subtype /Widget /Rect [ 60 0 70 "
+                    "10 ] >>")
         // A second stream of each kind, so that there is something to undo.
         .stream(12, "/Filter /FlateDecode ", Support::deflated("q Q q Q"))
         .stream(13, "", "n");
@@ -93,6 +96,11 @@ bool filled(Subject& subject) {
     return text != nullptr && value && text->setValue(value);
 }
 
+bool filledIn(Subject& subject, const char* path, const char* text) {
+    const Ref<Form> form = Tools::openForm(*subject.document);
+    return form && Tools::fillField(*subject.document, *form, path, text) != Tools::Filled::Failed;
+}
+
 struct Operation {
     const char* name;
     bool (*run)(Subject&);
@@ -124,6 +132,18 @@ const Operation operations[] = {
      [](Subject& subject) { return subject.document->setCompression(Compression::None); },
      {CodingFailed, StreamObjectInvalid, OutOfMemory}},
     {"fill", filled, {RootInvalid, OutOfMemory}},
+    {"fill in a text",
+     [](Subject& subject) { return filledIn(subject, "group.name", "caf\xC3\xA9"); },
+     {RootInvalid, OutOfMemory}},
+    {"fill in what no font shows",
+     [](Subject& subject) { return filledIn(subject, "group.name", "\xCE\xA9"); },
+     {RootInvalid, OutOfMemory}},
+    {"fill in a state",
+     [](Subject& subject) { return filledIn(subject, "group.check", "On"); },
+     {RootInvalid, OutOfMemory}},
+    {"flatten the form",
+     [](Subject& subject) { return Tools::flattenForm(*subject.document); },
+     {RootInvalid, CatalogInvalid, PageTreeInvalid, OutOfMemory}},
     {"background",
      [](Subject& subject) { return subject.document->addBackground(subject.foreign, 1); },
      {StreamNotCopied, ForeignStreamUnread, StepFailed, PageTreeInvalid, PageInvalid,

@@ -1,11 +1,16 @@
 // The interactive form of a document: build it, look at all of it, find fields by name and path,
-// set values, write.
+// set values, fill it in by the tools, flatten it, write.
 
 #include "target.h"
 
 #include <host/string.h>
 #include <pdf/document.h>
 #include <pdf/form.h>
+#include <pdf/tools/filling.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
 
 using namespace Libraries::Files::PDF;
 using namespace Host::Literals;
@@ -76,12 +81,63 @@ void walk(const Form& form, Field& field) {
     }
 }
 
+void collect(const Field& field, std::vector<std::string>& paths) {
+    const Ref<Host::String> path = field.fullName();
+    if (path && !path->empty()) paths.push_back(path->utf8());
+    for (std::uint64_t index = 0; index < field.childCount(); ++index)
+        collect(*field.child(index), paths);
+}
+
+std::vector<std::string> pathsOf(const Form& form) {
+    std::vector<std::string> paths;
+    for (std::uint64_t index = 0; index < form.fieldCount(); ++index)
+        collect(*form.field(index), paths);
+    constexpr std::size_t most = 8; // each is followed by a rewrite
+    paths.resize(std::min(paths.size(), most));
+    return paths;
+}
+
+/// Fills in one field in several ways. What fails changes nothing.
+void fill(Document& document, Form& form, const std::string& path, std::string_view text) {
+    const Ref<Field> field = form.fieldByPath(Host::String::create(path));
+    std::vector<std::string> texts = {std::string(text), "", "Off"};
+    for (Tools::FieldOption& option : Tools::fieldOptions(document, *field))
+        texts.push_back(std::move(option.text));
+    texts.resize(std::min<std::size_t>(texts.size(), 6));
+    for (const std::string& value : texts) {
+        const auto before = Fuzzing::write(document);
+        if (Tools::fillField(document, form, path, value) == Tools::Filled::Failed) {
+            claim(Fuzzing::write(document).bytes == before.bytes, "what fails changes nothing");
+        }
+    }
+    const std::vector<std::string_view> several(texts.begin(), texts.end());
+    static_cast<void>(Tools::chooseOptions(document, form, path, several));
+    static_cast<void>(Tools::fieldValues(document, *field));
+}
+
+void useTools(std::span<const std::uint8_t> data) {
+    const Ref<Document> document = Document::create(Fuzzing::stripeOf(data));
+    const Ref<Form> form = Tools::openForm(*document);
+    const std::size_t tail = std::min<std::size_t>(data.size(), 40);
+    const std::string text(data.end() - static_cast<std::ptrdiff_t>(tail), data.end());
+    if (form) {
+        for (const std::string& path : pathsOf(*form))
+            fill(*document, *form, path, text);
+    }
+    const auto before = Fuzzing::write(*document);
+    if (!Tools::flattenForm(*document)) {
+        claim(Fuzzing::write(*document).bytes == before.bytes, "what fails changes nothing");
+    }
+    static_cast<void>(Fuzzing::write(*document));
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     Fuzzing::silenceLog();
     Ref<Document> document = Document::create(Fuzzing::stripeOf({data, size}));
     if (!document) return 0;
+    useTools({data, size});
     const Ref<Form> form = document->form();
     if (!form) return 0;
 

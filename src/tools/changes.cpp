@@ -7,6 +7,15 @@
 
 namespace Libraries::Files::PDF::Tools {
 
+namespace {
+
+/// Throws where a step failed for want of memory.
+void throwIfExhausted() {
+    if (Host::Error::get() == Host::OutOfMemory) throw std::bad_alloc();
+}
+
+} // namespace
+
 const Changes::Entry& Changes::noted(const Ref<Dictionary>& dictionary, std::string_view key) {
     const Ref<Host::String> text = orThrow(Host::String::create(key));
     entries_.push_back({dictionary, text, quietly([&] { return dictionary->find(text); })});
@@ -16,6 +25,7 @@ const Changes::Entry& Changes::noted(const Ref<Dictionary>& dictionary, std::str
 bool Changes::set(const Ref<Dictionary>& dictionary, std::string_view key, Ref<Value> value) {
     if (dictionary->set(noted(dictionary, key).key, std::move(value))) return true;
     entries_.pop_back();
+    throwIfExhausted();
     return false;
 }
 
@@ -46,6 +56,7 @@ Ref<Object> Changes::add(Ref<Value> value) {
     added_.back() = document_.addObject(std::move(value));
     if (added_.back()) return added_.back();
     added_.pop_back();
+    throwIfExhausted();
     return nullptr;
 }
 

@@ -29,7 +29,8 @@ public:
     /// Has the next objects that others add go as well, so many at most. Throws `std::bad_alloc`;
     /// false with the code set where none can be added.
     [[nodiscard]] bool rememberObjects(std::uint32_t count);
-    /// Adds an object; none after `rememberObjects`. Null with the code set.
+    /// Adds an object; none after `rememberObjects`. Throws `std::bad_alloc`; null with the code
+    /// set where the document cannot have one more.
     [[nodiscard]] Ref<Object> add(Ref<Value> value);
     void keep() noexcept;
 

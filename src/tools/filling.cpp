@@ -179,8 +179,8 @@ bool Filling::findChoice(std::span<const std::string_view> texts, Choice& choice
         }
     }
     std::ranges::sort(choice.places);
-    const auto twice = std::ranges::unique(choice.places);
-    choice.places.erase(twice.begin(), twice.end());
+    choice.places.erase(std::unique(choice.places.begin(), choice.places.end()),
+                        choice.places.end());
     for (const std::size_t place : choice.places) {
         choice.values.push_back(options[place].exported);
         choice.shown.push_back(options[place].text);

@@ -28,12 +28,15 @@ void eachElement(const Document& document, const Ref<Value>& value, Take take) {
 
 } // namespace
 
+Ref<Dictionary> catalogEntries(const Document& document) {
+    const Ref<Dictionary> trailer = document.trailer();
+    return trailer ? Host::cast<Dictionary>(followEntry(document, *trailer, "Root")) : nullptr;
+}
+
 Ref<Dictionary> formEntries(const Document& document) {
-    const Ref<Object> catalog = quietly([&] { return document.getCatalog(); });
-    const Ref<Dictionary> entries =
-        catalog ? Host::cast<Dictionary>(quietly([&] { return catalog->value(); })) : nullptr;
-    if (!entries) return nullptr;
-    return Host::cast<Dictionary>(followEntry(document, *entries, "AcroForm"));
+    const Ref<Dictionary> catalog = catalogEntries(document);
+    if (!catalog) return nullptr;
+    return Host::cast<Dictionary>(followEntry(document, *catalog, "AcroForm"));
 }
 
 FieldEntries::FieldEntries(const Document& document, const Field& field) : FieldEntries(document) {

@@ -11,8 +11,9 @@
 
 namespace Libraries::Files::PDF::Tools {
 
-/// The dictionary of the document's form; null where there is none. Throws `std::bad_alloc`, as
-/// does what follows.
+/// The document's catalog, and the dictionary of its form; null where there is none. Throws
+/// `std::bad_alloc`, as does what follows.
+[[nodiscard]] Ref<Dictionary> catalogEntries(const Document& document);
 [[nodiscard]] Ref<Dictionary> formEntries(const Document& document);
 
 /// The dictionaries of a field, or a widget, and of the fields above it, the form's last: what is

@@ -44,7 +44,6 @@ private:
     [[nodiscard]] bool completeStates(const FieldEntries& widget);
     [[nodiscard]] Ref<Object> normalLooks(const Dictionary& widget) const;
     [[nodiscard]] bool append(const Ref<Dictionary>& page, const std::string& operators);
-    [[nodiscard]] bool dropForm();
 
     Document& document_;
     Changes& changes_;
@@ -69,13 +68,7 @@ bool FormFlattening::run() {
     for (const Page& page : pages) {
         if (!flattenPage(page)) return false;
     }
-    return dropForm();
-}
-
-bool FormFlattening::dropForm() {
-    const Ref<Object> catalog = document_.getCatalog();
-    const Ref<Dictionary> entries = catalog ? catalog->valueAsDictionary() : nullptr;
-    return entries && changes_.drop(entries, "AcroForm");
+    return changes_.drop(catalogEntries(document_), "AcroForm");
 }
 
 bool FormFlattening::flattenPage(const Page& page) {
