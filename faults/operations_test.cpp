@@ -9,6 +9,7 @@
 #include <host/stream.h>
 #include <pdf/errors.h>
 #include <pdf/form.h>
+#include <pdf/tools/background.h>
 #include <pdf/tools/files.h>
 #include <pdf/tools/filling.h>
 #include <pdf/tools/pages.h>
@@ -99,6 +100,22 @@ bool filled(Subject& subject) {
 bool filledIn(Subject& subject, const char* path, const char* text) {
     const Ref<Form> form = Tools::openForm(*subject.document);
     return form && Tools::fillField(*subject.document, *form, path, text) != Tools::Filled::Failed;
+}
+
+/// Codes of laying a letterhead: of its own steps, and of the operation that it uses.
+const std::set<std::uint32_t> layingCodes = {
+    OutOfMemory,        RootInvalid,         CatalogInvalid,  PageTreeInvalid,
+    PageInvalid,        CodingFailed,        StreamNotCopied, ForeignTreeInvalid,
+    ForeignPageInvalid, ForeignStreamUnread, StepFailed};
+
+/// Page by page, so that pages of one stream and of several are copied. Made beforehand: the ranges
+/// take memory.
+const Tools::LetterheadOptions beneath = {.mode = Tools::LetterheadPages::PageByPage,
+                                          .ranges = {{1, 3}}};
+const Tools::LetterheadOptions above = {.mode = Tools::LetterheadPages::PageByPage, .above = true};
+
+bool laid(Subject& subject, const Tools::LetterheadOptions& options) {
+    return Tools::letterhead(*subject.document, subject.foreign, options);
 }
 
 struct Operation {
@@ -244,7 +261,19 @@ const Operation operations[] = {
      [](Subject& subject) { return Tools::removePage(*subject.document, 1) != nullptr; },
      {OutOfMemory, RootInvalid, CatalogInvalid, PageTreeInvalid},
      true,
-     true}};
+     true},
+    {"isolate a page",
+     [](Subject& subject) {
+         const auto pages = Tools::allPages(*subject.document);
+         return pages && Tools::isolatePage(*subject.document, (*pages)[2], "X") &&
+                Tools::isolatePage(*subject.document, (*pages)[0], "X");
+     },
+     {OutOfMemory, RootInvalid, CatalogInvalid, PageTreeInvalid, CodingFailed},
+     false,
+     true},
+    {"letterhead", [](Subject& subject) { return laid(subject, beneath); }, layingCodes, true,
+     true},
+    {"stamp", [](Subject& subject) { return laid(subject, above); }, layingCodes, true, true}};
 
 std::string contentsOfPages(const Document& document) {
     std::string all;
@@ -259,6 +288,7 @@ struct Expected {
     std::string before;
     std::string after;
     std::string result;
+    std::string foreign; ///< in any case
 };
 
 Expected expectedOf(const Operation& operation) {
@@ -268,7 +298,8 @@ Expected expectedOf(const Operation& operation) {
     after.open();
     EXPECT_TRUE(operation.run(after));
     return {contentsOfPages(*before.document), Support::write(*before.document),
-            Support::write(*after.document), Support::contentsOf(after.result)};
+            Support::write(*after.document), Support::contentsOf(after.result),
+            Support::write(*before.foreign)};
 }
 
 void expectUsable(const Operation& operation, const Expected& expected, Subject& subject,
@@ -282,6 +313,7 @@ void expectUsable(const Operation& operation, const Expected& expected, Subject&
         EXPECT_EQ(contentsOfPages(*subject.document), expected.contents);
         EXPECT_TRUE(Support::open(Support::write(*subject.document)));
     }
+    EXPECT_EQ(Support::write(*subject.foreign), expected.foreign);
     if (done || !operation.allOrNothing) return;
     EXPECT_TRUE(operation.run(subject)) << "once there is memory again";
     EXPECT_EQ(Support::write(*subject.document), expected.after);

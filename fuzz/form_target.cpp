@@ -100,6 +100,7 @@ std::vector<std::string> pathsOf(const Form& form) {
 /// Fills in one field in several ways. What fails changes nothing.
 void fill(Document& document, Form& form, const std::string& path, std::string_view text) {
     const Ref<Field> field = form.fieldByPath(Host::String::create(path));
+    if (!field) return; // a name with a dot in it
     std::vector<std::string> texts = {std::string(text), "", "Off"};
     for (Tools::FieldOption& option : Tools::fieldOptions(document, *field))
         texts.push_back(std::move(option.text));
