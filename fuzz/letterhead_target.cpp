@@ -1,0 +1,108 @@
+// Lays one document beneath another, or over it, page by page or the first page on all: two
+// documents from one input, joined end to beginning. The first byte holds the options.
+
+#include "document_input.h"
+#include "rewrite.h"
+#include "target.h"
+#include "walk.h"
+
+#include <pdf/tools/background.h>
+
+#include <algorithm>
+
+using namespace Libraries::Files::PDF;
+using Fuzzing::claim;
+
+namespace {
+
+/// A document, what it writes, and whether that is all of it.
+struct Party {
+    explicit Party(Fuzzing::Bytes bytes) : document(Document::create(Fuzzing::stripeOf(bytes))) {
+        if (!document) return;
+        // Numbers that no object has become objects when one is added, and stay that.
+        const auto probe = document->addObject(Dictionary::create());
+        claim(!probe || document->removeObject(probe), "what was added can be removed");
+        before = Fuzzing::write(*document).bytes;
+        isKept = Fuzzing::expectedOf(*document) == Fuzzing::Rewriting::Kept;
+        Fuzzing::visitAll(*document, [&](const Ref<Value>& value) {
+            const auto ref = Host::cast<ObjectRef>(value);
+            if (ref && !document->getObject(ref)) isClosed = false;
+        });
+    }
+
+    [[nodiscard]] bool isAsBefore() const { return Fuzzing::write(*document).bytes == before; }
+
+    Ref<Document> document;
+    std::string before;
+    bool isKept = false;
+    bool isClosed = true; ///< what leads nowhere may lead to an object that is added
+};
+
+/// The last name of a letterhead that a page has; empty where it has none.
+std::string letterheadOf(const Document& document, const Tools::Page& page) {
+    const Ref<Value> entry = page.resources ? page.resources->find("XObject") : nullptr;
+    const auto forms = Host::cast<Dictionary>(Tools::resolve(document, entry));
+    const auto names = forms ? forms->keys() : nullptr;
+    std::string last;
+    for (const auto& name : names) {
+        if (name->utf8().starts_with("Letterhead")) last = name->utf8();
+    }
+    const Ref<Value> form = last.empty() ? nullptr : forms->find(last);
+    claim(last.empty() || Host::cast<Stream>(Tools::resolve(document, form)),
+          "a name has its form");
+    return last;
+}
+
+/// How many pages have one.
+std::uint64_t covered(const Document& document) {
+    const auto pages = Tools::allPages(document);
+    return static_cast<std::uint64_t>(
+        std::count_if(pages->begin(), pages->end(),
+                      [&](const auto& page) { return !letterheadOf(document, page).empty(); }));
+}
+
+void lay(Party& party, Party& other, const Tools::LetterheadOptions& options) {
+    const auto pages = Tools::allPages(*party.document);
+    const auto sheets = Tools::allPages(*other.document);
+    const bool done = Tools::letterhead(*party.document, other.document, options);
+    claim(other.isAsBefore(), "the letterhead is as it was");
+    claim(done || party.isAsBefore(), "a failure changes nothing");
+    claim(!done || (pages && sheets), "sound trees alone get one");
+    if (!done || !party.isClosed) return;
+    const bool all = options.mode == Tools::LetterheadPages::FirstOnAll;
+    claim(covered(*party.document) >=
+              (all ? pages->size() : std::min(pages->size(), sheets->size())),
+          "each page has its letterhead");
+    other.document = nullptr;
+    const auto written = Fuzzing::write(*party.document);
+    if (!party.isKept || !other.isKept) return;
+    claim(written.complete, "it can be written");
+    const auto again = Document::create(Fuzzing::stripeOf(Fuzzing::bytesOf(written.bytes)));
+    claim(again && covered(*again) == covered(*party.document), "what is written has them too");
+}
+
+void isolate(const Fuzzing::Bytes& bytes) {
+    Party party(bytes);
+    const auto pages = party.document ? Tools::allPages(*party.document) : nullptr;
+    if (!pages || pages->empty()) return;
+    const bool done = Tools::isolatePage(*party.document, (*pages)[0], "Form") != nullptr;
+    claim(done || party.isAsBefore(), "a page stays as it is");
+    claim(!done || !party.isClosed || Tools::allPages(*party.document), "the tree stays sound");
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    if (size == 0) return 0;
+    Fuzzing::silenceLog();
+    const auto [first, second] = Fuzzing::documentsOf({data + 1, size - 1});
+    Party party(first), other(second);
+    if (!party.document || !other.document) return 0;
+    Tools::LetterheadOptions options;
+    if ((data[0] & 1) != 0) options.mode = Tools::LetterheadPages::PageByPage;
+    options.above = (data[0] & 2) != 0;
+    options.asIs = (data[0] & 4) != 0;
+    lay(party, other, options);
+    isolate(second);
+    return 0;
+}
