@@ -38,19 +38,16 @@ struct Party {
     bool isClosed = true; ///< what leads nowhere may lead to an object that is added
 };
 
-/// The last name of a letterhead that a page has; empty where it has none.
-std::string letterheadOf(const Document& document, const Tools::Page& page) {
+/// Whether a page has a form by a name of letterheads.
+bool hasLetterhead(const Document& document, const Tools::Page& page) {
     const Ref<Value> entry = page.resources ? page.resources->find("XObject") : nullptr;
     const auto forms = Host::cast<Dictionary>(Tools::resolve(document, entry));
-    const auto names = forms ? forms->keys() : nullptr;
-    std::string last;
-    for (const auto& name : names) {
-        if (name->utf8().starts_with("Letterhead")) last = name->utf8();
-    }
-    const Ref<Value> form = last.empty() ? nullptr : forms->find(last);
-    claim(last.empty() || Host::cast<Stream>(Tools::resolve(document, form)),
-          "a name has its form");
-    return last;
+    if (!forms) return false;
+    const auto names = forms->keys();
+    return std::ranges::any_of(*names, [&](const Ref<Host::String>& name) {
+        const auto form = Tools::resolve(document, forms->find(name));
+        return name->utf8().starts_with("Letterhead") && Host::cast<Stream>(form);
+    });
 }
 
 /// How many pages have one.
@@ -58,7 +55,7 @@ std::uint64_t covered(const Document& document) {
     const auto pages = Tools::allPages(document);
     return static_cast<std::uint64_t>(
         std::count_if(pages->begin(), pages->end(),
-                      [&](const auto& page) { return !letterheadOf(document, page).empty(); }));
+                      [&](const auto& page) { return hasLetterhead(document, page); }));
 }
 
 void lay(Party& party, Party& other, const Tools::LetterheadOptions& options) {
