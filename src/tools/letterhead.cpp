@@ -55,9 +55,9 @@ Ref<ObjectRef> Party::add(const Ref<Value>& value) {
     return object ? orThrow(referenceTo(object)) : nullptr;
 }
 
-/// Lays a letterhead by the specified operation, which is the last step that can fail: it raises
-/// the document's version, which nothing takes back. Before it both documents are made such that it
-/// does what is meant; the letterhead is one no longer than this lives.
+/// Lays a letterhead by `addBackground`, which is the last step that can fail: it raises the
+/// document's version, which nothing takes back. Before it both documents are made such that it
+/// does what is meant; the letterhead is so no longer than this lives.
 class Laying {
 public:
     Laying(Document& document, const Ref<Document>& letterhead, const LetterheadOptions& options)
@@ -70,7 +70,6 @@ private:
     bool makeSheet(std::uint64_t index, Isolation& isolation, Copies& copies, UnusedNames& names);
     bool prepare();
     bool preparePage(const Page& page, const Sheet& sheet);
-    bool shortenResources(const Page& page);
     bool cover(const Page& page, const std::string& operators);
     Ref<ObjectRef> streamOf(Party& party, const std::string& operators);
     Ref<ObjectRef> laidPage(const Ref<ObjectRef>& contents);
@@ -135,9 +134,7 @@ bool Laying::prepare() {
 }
 
 bool Laying::preparePage(const Page& page, const Sheet& sheet) {
-    if (!shortenResources(page) || !resources_.addXObject(page, sheet.name, sheet.form)) {
-        return false;
-    }
+    if (!resources_.addXObject(page, sheet.name, sheet.form)) return false;
     const View view = viewOf(target_.document, page);
     const std::string operators = placed(sheet.name, sheet.view, view, options_.asIs);
     if (options_.above && !cover(page, operators)) return false;
@@ -150,14 +147,6 @@ bool Laying::preparePage(const Page& page, const Sheet& sheet) {
     target_.changes.remember(page.dictionary, "Contents");
     return entryOf(target_.document, *page.dictionary, "Contents") ||
            target_.changes.set(page.dictionary, "Contents", nullptr);
-}
-
-/// The operation follows one reference to a page's resources, and no further.
-bool Laying::shortenResources(const Page& page) {
-    const Ref<Value> entry = entryOf(target_.document, *page.dictionary, "Resources");
-    const Ref<Object> object = objectBehind(target_.document, entry);
-    const Ref<Value> ref = object ? orThrow(referenceTo(object)) : nullptr;
-    return !ref || ref->equal(entry) || target_.changes.set(page.dictionary, "Resources", ref);
 }
 
 /// Draws over the page: behind what it draws itself.

@@ -111,7 +111,7 @@ std::string clashingFile(const std::string& mark) {
     return DocumentBuilder::minimal()
         .object(2,
                 "<< /Type /Pages /Resources 8 0 R /MediaBox [ 0 0 9 9 ] /Kids [ 5 0 R 3 0 R ] >>")
-        .object(3, "<< /Type /Page>>")
+        .object(3, "<< /Type /Page /Contents null >>")
         .object(5, "<< /Kids [ 6 0 R 6 0 R ] /Rotate 180 >>")
         .object(6, "<< /Contents 7 0 R /Group 11 0 R >>")
         .object(7, "[ 4 0 R 99 0 R ]")
