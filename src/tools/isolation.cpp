@@ -9,6 +9,8 @@
 #include <pdf/tools/background.h>
 
 #include <algorithm>
+#include <cmath>
+#include <initializer_list>
 #include <string>
 #include <utility>
 
@@ -35,11 +37,24 @@ Ref<Stream> copyOf(Document& document, const Ref<Stream>& stream, const Dictiona
     return orThrow(Host::make<StreamObj>(copied, Ref<Interfaces::Stripe>(data)));
 }
 
+Ref<Value> arrayOf(std::initializer_list<double> wholeNumbers) {
+    constexpr double most = 1e9; // what no page reaches
+    std::vector<Ref<Value>> numbers;
+    for (const double number : wholeNumbers) {
+        const double sane = std::clamp(number, -most, most);
+        numbers.emplace_back(orThrow(Number::create(static_cast<std::int64_t>(sane))));
+    }
+    return orThrow(Array::create(numbers));
+}
+
 Ref<Value> arrayOf(const Matrix& turn) {
-    std::vector<Ref<Value>> cells;
-    for (const double cell : {turn.a, turn.b, turn.c, turn.d, turn.e, turn.f})
-        cells.emplace_back(orThrow(Number::create(static_cast<std::int64_t>(cell))));
-    return orThrow(Array::create(cells));
+    return arrayOf({turn.a, turn.b, turn.c, turn.d, turn.e, turn.f});
+}
+
+/// Whole points around the box: so the edge of the form is none that is drawn softly.
+Ref<Value> around(const Rectangle& box) {
+    return arrayOf(
+        {std::floor(box.left), std::floor(box.bottom), std::ceil(box.right), std::ceil(box.top)});
 }
 
 /// Whether a name is written as it is, in dictionaries and contents.
@@ -145,7 +160,7 @@ bool Isolation::describe(const Page& page, const Ref<Dictionary>& form) {
     const std::pair<std::string_view, Ref<Value>> entries[] = {
         {"Type", orThrow(Name::create("XObject"))},
         {"Subtype", orThrow(Name::create("Form"))},
-        {"BBox", visibleBox(document_, page)},
+        {"BBox", around(visibleBox(document_, page))},
         {"Matrix", turn.a == 1 ? nullptr : arrayOf(turn)},
         {"Resources", resourcesOf(page)},
         {"Group", entryOf(document_, *page.dictionary, "Group")}};

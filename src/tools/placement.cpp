@@ -3,13 +3,21 @@
 #include "tools/page_view.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace Libraries::Files::PDF::Tools {
 
 namespace {
 
-/// From the upright form into the middle of the upright page.
+/// Points by which one size of paper is told differently: 841.89 and 842.
+constexpr double rounding = 1;
+
+/// From the upright form into the middle of the upright page; as it is where the two are one size.
 Matrix centred(const Rectangle& form, const Rectangle& page) noexcept {
+    if (std::abs(form.width() - page.width()) < rounding &&
+        std::abs(form.height() - page.height()) < rounding) {
+        return {1, 0, 0, 1, page.left - form.left, page.bottom - form.bottom};
+    }
     const double scale = std::min(page.width() / form.width(), page.height() / form.height());
     return {scale,
             0,
@@ -27,8 +35,7 @@ Matrix back(const Matrix& turn) noexcept {
 } // namespace
 
 View viewOf(const Document& document, const Page& page) {
-    const Ref<Array> box = visibleBox(document, page);
-    return {rectangleOf(document, box).value_or(Rectangle()), uprightTurn(page)};
+    return {visibleBox(document, page), uprightTurn(page)};
 }
 
 std::string placed(std::string_view name, const View& form, const View& page, bool asIs) {

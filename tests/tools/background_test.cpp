@@ -333,7 +333,7 @@ TEST(IsolatedPage, DrawsTheSameAsOneForm) {
                   row.form)
             << row.name;
         EXPECT_EQ(textOf(at(*document, form, {"Matrix"})), "[0.0-1.01.00.00.00.0 ]") << row.name;
-        EXPECT_EQ(textOf(at(*document, form, {"BBox"})), "[0.00.09.09.5 ]") << row.name;
+        EXPECT_EQ(textOf(at(*document, form, {"BBox"})), "[0.00.09.010.0 ]") << row.name;
         EXPECT_EQ(at(*document, form, {"Resources", "Font", "F1"}), font) << row.name;
     }
     const auto document = Support::open(onePage("").bytes());

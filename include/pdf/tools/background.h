@@ -19,9 +19,10 @@ namespace Libraries::Files::PDF::Tools {
 
 /// Makes what a page draws one form XObject (ISO 32000-1, 8.10), which draws it anywhere, and the
 /// page one that draws just that, under `name`: it looks as before. The form has the resources that
-/// hold for the page, the page's visible box as its BBox (the crop box within the media box; US
-/// letter where there is none), its turn as its Matrix, so that it is upright, and its Group.
-/// Contents of one stream become the form as they are stored; several are decoded and joined.
+/// hold for the page, the page's visible box as its BBox (the crop box within the media box, US
+/// letter where there is none; in whole points around it, so that clipping leaves no soft edge),
+/// its turn as its Matrix, so that it is upright, and its Group. Contents of one stream become the
+/// form as they are stored; several are decoded and joined.
 ///
 /// The page keeps its boxes, Rotate, Group and annotations. Marked content in it (14.7) is no
 /// longer found by the structure tree of a tagged document.
