@@ -25,6 +25,10 @@ struct Failure {
         return nullptr;
     }
     operator bool() const noexcept { return false; }
+    /// Of what tells more than that.
+    template <class Result>
+    requires requires { Result::Failed; }
+    operator Result() const noexcept { return Result::Failed; }
 };
 
 /// Logs an error, sets the code and gives "no result". Pieces are texts, numbers and objects.

@@ -153,8 +153,7 @@ Filled Filling::setText(std::string_view text) {
 Filled Filling::choose(std::span<const std::string_view> texts) {
     if (!isField()) return Filled::Failed;
     if (entries_.kind() != Field::Kind::Choice) {
-        static_cast<void>(fail(NotSupported, "Field has no options to choose: ", name()));
-        return Filled::Failed;
+        return fail(NotSupported, "Field has no options to choose: ", name());
     }
     Choice choice;
     if (!findChoice(texts, choice) || !storeChoice(choice) || !dropStale()) return Filled::Failed;
@@ -212,13 +211,11 @@ bool Filling::storeChoice(const Choice& choice) {
 
 Filled Filling::setButton(std::string_view text) {
     if (entries_.has(FieldFlags::pushButton)) {
-        static_cast<void>(fail(ButtonHasNoValue, "A push button has no value: ", name()));
-        return Filled::Failed;
+        return fail(ButtonHasNoValue, "A push button has no value: ", name());
     }
     const auto state = findState(text);
     if (!state) {
-        static_cast<void>(fail(InvalidArgument, "Field ", name(), " has no state ", text));
-        return Filled::Failed;
+        return fail(InvalidArgument, "Field ", name(), " has no state ", text);
     }
     if (!store<Fields::Button>(orThrow(Name::create(*state))) || !dropStale()) {
         return Filled::Failed;
@@ -253,15 +250,10 @@ bool Filling::showState(const Ref<Dictionary>& widget, std::string_view state) {
 
 /// The field at a path, or the one whose widget is there.
 Ref<Field> fieldAt(const Document& document, const Form& form, std::string_view path) {
-    Ref<Field> field = form.fieldByPath(orThrow(Host::String::create(path)));
-    while (field) {
-        const Ref<Field> above = field->parent();
-        const bool named = field->partialName() != nullptr;
-        if (named || !above || !field->dictionary()) break;
-        if (FieldEntries(document, *above).kind() == Field::Kind::Plain) break;
-        field = above;
-    }
-    return field;
+    const Ref<Field> field = form.fieldByPath(orThrow(Host::String::create(path)));
+    if (!field || !field->dictionary()) return field;
+    const Ref<Field> above = fieldOfWidget(document, *field);
+    return above ? above : field;
 }
 
 template <class Set>

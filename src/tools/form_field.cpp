@@ -93,6 +93,17 @@ Field::Kind FieldEntries::kind() const {
     return static_cast<Field::Kind>(name - names + static_cast<int>(Field::Kind::Button));
 }
 
+Ref<Field> fieldOfWidget(const Document& document, const Field& widget) {
+    Ref<Field> found;
+    for (;;) {
+        const Field& kid = found ? *found : widget;
+        const Ref<Dictionary> own = kid.dictionary();
+        const Ref<Field> above = own && !isNamed(*own) ? kid.parent() : nullptr;
+        if (!above || FieldEntries(document, *above).kind() == Field::Kind::Plain) return found;
+        found = above;
+    }
+}
+
 std::vector<Ref<Dictionary>> widgetsOf(const Document& document, const Field& field) {
     std::vector<Ref<Dictionary>> widgets;
     for (std::uint64_t index = 0; index < field.childCount(); ++index) {

@@ -54,6 +54,10 @@ private:
     Ref<Dictionary> form_;
 };
 
+/// The field whose widget this is (ISO 32000-1, 12.7.3.1): a kid without a name of a field that is
+/// of some kind. Null where it is a field itself.
+[[nodiscard]] Ref<Field> fieldOfWidget(const Document& document, const Field& widget);
+
 /// The widgets of a field (ISO 32000-1, 12.5.6.19): its kids without a name, or itself. None for a
 /// group of fields.
 [[nodiscard]] std::vector<Ref<Dictionary>> widgetsOf(const Document& document, const Field& field);

@@ -66,40 +66,48 @@ Ref<Form> openForm(Document& document) noexcept {
     });
 }
 
-std::vector<FieldOption> fieldOptions(const Document& document, const Field& field) noexcept {
+namespace {
+
+/// What a look gives that reports no failure: nothing where memory is exhausted.
+template <class Look>
+auto lookedAt(const Document& document, const Field& field, Look look) noexcept {
     const std::uint32_t code = Host::Error::get();
-    std::vector<FieldOption> result;
+    decltype(look(field)) found;
     try {
-        const FieldEntries entries(document, field);
-        if (entries.kind() == Field::Kind::Button && !entries.has(FieldFlags::pushButton)) {
-            result = statesOf(entries, widgetsOf(document, field));
-        } else if (entries.kind() == Field::Kind::Choice) {
-            for (ChoiceOption& option : optionsOf(entries))
-                result.push_back({std::move(option.value), std::move(option.text)});
-        }
+        const Ref<Field> above = fieldOfWidget(document, field);
+        found = look(above ? *above : field);
     } catch (const std::exception&) {
-        result.clear();
     }
     Host::Error::set(code);
+    return found;
+}
+
+std::vector<FieldOption> optionsFor(const Document& document, const Field& field) {
+    const FieldEntries entries(document, field);
+    std::vector<FieldOption> result;
+    if (entries.kind() == Field::Kind::Button && !entries.has(FieldFlags::pushButton)) {
+        result = statesOf(entries, widgetsOf(document, field));
+    } else if (entries.kind() == Field::Kind::Choice) {
+        for (ChoiceOption& option : optionsOf(entries))
+            result.push_back({std::move(option.value), std::move(option.text)});
+    }
     return result;
 }
 
+std::vector<std::string> valuesOf(const Document& document, const Field& field) {
+    const FieldEntries entries(document, field);
+    const Ref<Name> state = Host::cast<Name>(entries.find("V"));
+    return state ? std::vector<std::string>{textOf(*state)} : selectionOf(entries);
+}
+
+} // namespace
+
+std::vector<FieldOption> fieldOptions(const Document& document, const Field& field) noexcept {
+    return lookedAt(document, field, [&](const Field& held) { return optionsFor(document, held); });
+}
+
 std::vector<std::string> fieldValues(const Document& document, const Field& field) noexcept {
-    const std::uint32_t code = Host::Error::get();
-    std::vector<std::string> result;
-    try {
-        const FieldEntries entries(document, field);
-        const Ref<Value> value = entries.find("V");
-        if (const Ref<Name> state = Host::cast<Name>(value)) {
-            result.push_back(textOf(*state));
-        } else {
-            result = selectionOf(entries);
-        }
-    } catch (const std::exception&) {
-        result.clear();
-    }
-    Host::Error::set(code);
-    return result;
+    return lookedAt(document, field, [&](const Field& held) { return valuesOf(document, held); });
 }
 
 } // namespace Libraries::Files::PDF::Tools
