@@ -275,8 +275,10 @@ TEST(Letterhead, ChangesNothingWhereItFails) {
         const auto file = [&](bool faulty) {
             auto builder =
                 DocumentBuilder::minimal()
-                    .object(2, "<< /Type /Pages /Kids [ 3 0 R 6 0 R 6 0 R ] /Resources 8 0 R >>")
+                    .object(2,
+                            "<< /Type /Pages /Kids [ 3 0 R 5 0 R 6 0 R 6 0 R ] /Resources 8 0 R >>")
                     .object(3, "<< /Rotate 0 >>")
+                    .object(5, "<< /Contents 4 0 R >>")
                     .object(6, "<< /Contents [ 4 0 R 7 0 R ] >>")
                     .stream(7, "", "n")
                     .object(8, "<< >>");
