@@ -13,7 +13,7 @@ namespace Libraries::Files::PDF::Tools {
 class Copies {
 public:
     Copies(Document& from, Document& to, Changes& changes) noexcept
-        : from_(from), to_(to), changes_(changes) {}
+        : from_(from), changes_(changes) {}
 
     /// The reference to the copy. Null with the code set.
     [[nodiscard]] Ref<ObjectRef> of(const Ref<ObjectRef>& ref);
@@ -34,7 +34,6 @@ private:
     [[nodiscard]] bool isOfPageTree(const Ref<Value>& value) const;
 
     Document& from_;
-    Document& to_;
     Changes& changes_;
     std::unordered_map<std::uint32_t, Ref<ObjectRef>> copied_; ///< by their former numbers
     std::vector<Pending> pending_;
