@@ -12,8 +12,8 @@ namespace Libraries::Files::PDF::Tools {
 /// hangs. Throws `std::bad_alloc`.
 class Copies {
 public:
-    Copies(Document& from, Document& to, Changes& changes) noexcept
-        : from_(from), changes_(changes) {}
+    /// `changes` are of the document that gets the copies.
+    Copies(Document& from, Changes& changes) noexcept : from_(from), changes_(changes) {}
 
     /// The reference to the copy. Null with the code set.
     [[nodiscard]] Ref<ObjectRef> of(const Ref<ObjectRef>& ref);

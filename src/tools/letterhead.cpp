@@ -106,7 +106,7 @@ bool Laying::makeSheets() {
             names.avoid(party->document, found.page.resources);
     }
     Isolation isolation(source_.document, source_.changes);
-    Copies copies(source_.document, target_.document, target_.changes);
+    Copies copies(source_.document, target_.changes);
     for (const Assignment& assignment : assignments_) {
         if (sheets_.contains(assignment.sheet)) continue;
         if (!makeSheet(assignment.sheet, isolation, copies, names)) return false;
