@@ -70,11 +70,12 @@ std::uint64_t combCells(const FieldEntries& field) {
 std::string combLines(const WidgetFrame& frame, std::uint64_t cells) {
     if (frame.borderColour().empty() || frame.borderWidth() == 0) return {};
     const Rectangle area = frame.inside();
+    const std::string height = spelled(frame.height());
     std::string text = frame.borderColour() + spelled(frame.borderWidth()) + " w\n";
     for (std::uint64_t cell = 1; cell < cells; ++cell) {
         const double part = static_cast<double>(cell) / static_cast<double>(cells);
         const std::string x = spelled(area.left + area.width() * part);
-        text += x + " 0 m " + x + " " + spelled(frame.height()) + " l S\n";
+        text.append(x).append(" 0 m ").append(x).append(" ").append(height).append(" l S\n");
     }
     return text;
 }
@@ -121,6 +122,7 @@ Filled FieldAppearances::showList(const FieldEntries& widget,
     const double line = TextLayout::leading(layout.list({}).size);
     const auto options = optionsOf(widget);
     std::vector<std::optional<std::size_t>> selected;
+    selected.reserve(selection.size());
     for (const std::string& text : selection)
         selected.push_back(optionAt(options, text));
     std::vector<Codes> texts;

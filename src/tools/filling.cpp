@@ -250,7 +250,7 @@ bool Filling::showState(const Ref<Dictionary>& widget, std::string_view state) {
 
 /// The field at a path, or the one whose widget is there.
 Ref<Field> fieldAt(const Document& document, const Form& form, std::string_view path) {
-    const Ref<Field> field = form.fieldByPath(orThrow(Host::String::create(path)));
+    Ref<Field> field = form.fieldByPath(orThrow(Host::String::create(path)));
     if (!field || !field->dictionary()) return field;
     const Ref<Field> above = fieldOfWidget(document, *field);
     return above ? above : field;

@@ -75,9 +75,9 @@ std::optional<FormFont> FormFonts::find(const FieldEntries& field, std::string_v
     if (!entry && !(entry = add(field, name))) return std::nullopt;
     const auto dictionary = Host::cast<Dictionary>(follow(document_, entry));
     if (!dictionary) return std::nullopt;
-    auto font = TextFont::read(document_, *dictionary);
+    const auto font = TextFont::read(document_, *dictionary);
     if (!font) return std::nullopt;
-    return FormFont{std::move(*font), std::move(entry)};
+    return FormFont{*font, std::move(entry)};
 }
 
 Ref<Value> FormFonts::add(const FieldEntries& field, std::string_view name) {

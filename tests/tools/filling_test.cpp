@@ -58,7 +58,7 @@ Filled fill(const Ref<Document>& document, std::string_view path, std::string_vi
 }
 
 /// What is drawn before the first text, and what of it is text: size, places, codes.
-std::string placed(std::string looks) {
+std::string placed(const std::string& looks) {
     const auto begin = looks.find("/Helv ");
     return begin == std::string::npos ? looks : looks.substr(begin, looks.find("ET") - begin);
 }
