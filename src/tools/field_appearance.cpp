@@ -7,6 +7,7 @@
 #include <pdf/tools/editing.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace Libraries::Files::PDF::Tools {
 
@@ -120,7 +121,7 @@ Filled FieldAppearances::showList(const FieldEntries& widget,
     const Rectangle area = textArea(frame, true);
     const TextLayout layout(font->font, textPlace(widget, area, style.size));
     const double line = TextLayout::leading(layout.list({}).size);
-    const auto options = optionsOf(widget);
+    const auto& options = this->options(widget);
     std::vector<std::optional<std::size_t>> selected;
     selected.reserve(selection.size());
     for (const std::string& text : selection)
@@ -190,6 +191,13 @@ bool FieldAppearances::setNormal(const Ref<Dictionary>& widget, const Ref<Value>
     const auto own = Host::cast<Dictionary>(quietly([&] { return widget->find("AP"); }));
     if (!own) return changes_.set(widget, "AP", orThrow(Dictionary::create({{"N", looks}})));
     return changes_.set(own, "N", looks) && changes_.drop(own, "D") && changes_.drop(own, "R");
+}
+
+const std::vector<ChoiceOption>& FieldAppearances::options(const FieldEntries& widget) {
+    Ref<Value> list = widget.find("Opt");
+    if (list != optionList_) options_ = optionsOf(widget);
+    optionList_ = std::move(list);
+    return options_;
 }
 
 bool FieldAppearances::clear(const Ref<Dictionary>& widget) {

@@ -30,6 +30,8 @@ public:
     [[nodiscard]] Filled showStates(const FieldEntries& widget, std::string_view state);
     /// Takes the looks of a widget away.
     [[nodiscard]] bool clear(const Ref<Dictionary>& widget);
+    /// `optionsOf`, kept for the next widget of the same field.
+    [[nodiscard]] const std::vector<ChoiceOption>& options(const FieldEntries& widget);
 
 private:
     [[nodiscard]] Filled show(const FieldEntries& widget, const WidgetFrame& frame,
@@ -42,6 +44,8 @@ private:
     Document& document_;
     Changes& changes_;
     FormFonts fonts_;
+    Ref<Value> optionList_;
+    std::vector<ChoiceOption> options_;
 };
 
 /// The mark of a check box or radio button in an area; `style` is what MK calls it (ISO 32000-1,

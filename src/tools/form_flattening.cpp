@@ -21,6 +21,9 @@ namespace {
 /// The flag bits of annotations that nobody sees (ISO 32000-1, table 165): Hidden, NoView.
 constexpr std::int64_t unseen = 0x2 | 0x20;
 
+/// Widgets that are drawn in one call: pages may share a list of them.
+constexpr std::uint64_t mostWidgets = 1 << 20;
+
 /// Draws the widgets of a document's form on its pages.
 class FormFlattening {
 public:
@@ -48,6 +51,7 @@ private:
     Document& document_;
     Changes& changes_;
     Ref<Dictionary> form_;
+    std::uint64_t widgets_ = 0;
     bool stale_ = false; ///< whether the form's looks are to be rebuilt
     PageContents contents_;
     PageResources resources_;
@@ -93,6 +97,7 @@ bool FormFlattening::flattenPage(const Page& page) {
 
 /// Adds what draws a widget where its viewer would (ISO 32000-1, 12.5.5).
 bool FormFlattening::draw(const Page& page, const Ref<Dictionary>& widget, std::string& operators) {
+    if (widgets_++ == mostWidgets) return fail(OutOfRange, "The pages have too many fields");
     const auto flags = Host::cast<Number>(followEntry(document_, *widget, "F"));
     if (flags && (flags->integer() & unseen) != 0) return true;
     if (!complete(widget)) return false;
@@ -149,7 +154,7 @@ bool FormFlattening::completeText(const FieldEntries& widget) {
     if (widget.kind() == Field::Kind::Choice && !widget.has(FieldFlags::combo)) {
         shown = appearances_.showList(widget, texts);
     } else {
-        const auto options = optionsOf(widget);
+        const auto& options = appearances_.options(widget);
         std::string text = texts.empty() ? std::string() : std::move(texts.front());
         if (const auto place = optionAt(options, text)) text = options[*place].text;
         shown = appearances_.showText(widget, text);

@@ -43,7 +43,8 @@ private:
 bool ArraysBroughtIn::bringIn(const Ref<Dictionary>& from, std::string_view key) {
     const Ref<Value> entry = entryOf(document_, *from, key);
     const Ref<Array> kids = Host::cast<Array>(follow(document_, entry));
-    if (!kids) return true;
+    // An array belongs to one field: many copies of a long one would be more than the file holds.
+    if (!kids || !seen_.insert(kids.get()).second) return true;
     std::vector<Ref<Value>> elements;
     for (std::uint64_t index = 0; index < kids->size(); ++index) {
         elements.push_back(kids->get(index));

@@ -15,6 +15,7 @@ constexpr unsigned char space = ' ';
 constexpr double smallest = 4; // below that nobody reads
 constexpr double usual = 12;   // of several lines, where the field does not say
 constexpr double step = 0.5;
+constexpr std::size_t longest = 65536; // codes that any field has room for
 
 /// Of a list of texts that no size was given for.
 double given(double size) noexcept {
@@ -41,7 +42,7 @@ std::optional<Codes> TextLayout::encoded(const TextFont& font, std::string_view 
         }
         const auto code = font.codeOf(character == '\t' ? U' ' : character);
         // A code that is a line feed would end a line where the text does not.
-        if (!code || *code == newline) return std::nullopt;
+        if (!code || *code == newline || codes.size() == longest) return std::nullopt;
         codes.push_back(*code);
     }
     return codes;
@@ -133,6 +134,7 @@ TextBlock TextLayout::stacked(std::vector<Codes> lines, double size) const {
     TextBlock block{size, {}};
     double y = place_.area.top - font_.ascent() * size / 1000;
     for (Codes& line : lines) {
+        if (y + size < place_.area.bottom) break; // nobody sees it
         while (!line.empty() && line.back() == space)
             line.pop_back();
         const double x = startOf(line, size);

@@ -40,7 +40,8 @@ public:
     TextLayout(const TextFont& font, const TextPlace& place) noexcept
         : font_(font), place_(place) {}
 
-    /// The codes for a text, line ends as line feeds; nothing where the font lacks a character.
+    /// The codes for a text, line ends as line feeds; nothing where the font lacks a character, nor
+    /// for more than 65,536 of them.
     [[nodiscard]] static std::optional<Codes> encoded(const TextFont& font, std::string_view utf8);
 
     /// One line, in the middle of the height.

@@ -20,8 +20,9 @@ namespace Libraries::Files::PDF::Tools {
 enum class Filled : std::uint32_t {
     Failed = 0, ///< nothing changed; the code says why
     Shown = 1,  ///< it holds the value, and looks so in every viewer
-    /// It holds the value. Its font lacks a character, or is one that no text is set in here, so
-    /// that the form asks viewers to draw it: NeedAppearances is set, which not every viewer heeds.
+    /// It holds the value. Its font lacks a character, or is one that no text is set in here, or
+    /// the text has more than 65,536 characters: the form asks viewers to draw it. NeedAppearances
+    /// is set, which not every viewer heeds.
     ViewerNeeded = 2
 };
 
@@ -81,7 +82,8 @@ struct FieldOption {
 /// the former form.
 ///
 /// False, nothing changed, as for `flattenPages`, or with `NotSupported` (a field without an
-/// appearance holds what no appearance can be made for) or `OutOfMemory` set. A document without a
+/// appearance holds what no appearance can be made for), `OutOfRange` (more than 1,048,576 widgets)
+/// or `OutOfMemory` set. A document without a
 /// form is left alone.
 [[nodiscard]] FILES_PDF_EXPORT bool flattenForm(Document& document) noexcept;
 
