@@ -2,7 +2,8 @@
 # Checks the direction of the includes:
 #
 #   host <- values <- packed <- state <- reader, writer, compose, forms <- document
-#   public headers <- tools
+#   public headers <- tools <- tools/pages <- tools/letterheads
+#                                          <- tools/forms, on tools/fonts too
 #   public host <- import, which alone knows libqpdf
 #
 # Tools stand on the public headers alone, and nothing includes what is theirs.
@@ -40,6 +41,10 @@ BEGIN {
     # Tools are built on what everybody has.
     sees["public-tools"] = sees["public-pdf"] "codes public-tools "
     sees["tools"] = sees["public-tools"] "tools "
+    sees["tools/pages"] = sees["tools"] "tools/pages "
+    sees["tools/fonts"] = sees["tools"] "tools/fonts "
+    sees["tools/letterheads"] = sees["tools/pages"] "tools/letterheads "
+    sees["tools/forms"] = sees["tools/pages"] "tools/fonts tools/forms "
     sees["public-import"] = " public-host public-import "
     sees["import"] = " public-host public-import codes import "
     # The public error codes are named in one place, which the runtime shares.
@@ -48,7 +53,7 @@ BEGIN {
                     "|^(sys|isa-l)/|^(fstream|filesystem)$"
 }
 
-function layer(path) {
+function layer(path,    part, count) {
     if (path ~ /^include\/host\//) return "public-host"
     if (path == "include/pdf/errors.h") return "codes"
     if (path ~ /^include\/pdf\/tools\//) return "public-tools"
@@ -56,8 +61,8 @@ function layer(path) {
     if (path ~ /^import\//) return "import"
     if (path ~ /^include\/pdf\//) return "public-pdf"
     if (path ~ /^src\/(host|values|packed|state|document|reader|writer|compose|forms|tools)\//) {
-        split(path, part, "/")
-        return part[2]
+        count = split(path, part, "/")
+        return part[2] == "tools" && count > 3 ? "tools/" part[3] : part[2]
     }
     return ""
 }

@@ -1,8 +1,8 @@
-#include "tools/text_font.h"
+#include "tools/fonts/text_font.h"
 
 #include "host/windows_1252.h"
 #include "support/testing.h"
-#include "tools/latin_glyphs.h"
+#include "tools/fonts/latin_glyphs.h"
 
 #include <map>
 #include <sstream>

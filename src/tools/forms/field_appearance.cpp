@@ -1,0 +1,207 @@
+#include "tools/forms/field_appearance.h"
+
+#include "tools/failure.h"
+#include "tools/new_stream.h"
+#include "tools/references.h"
+
+#include <pdf/tools/editing.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace Libraries::Files::PDF::Tools {
+
+namespace {
+
+/// What a text leaves free beside the border.
+Rectangle textArea(const WidgetFrame& frame, bool above) {
+    Rectangle area = frame.inside();
+    const double rim =
+        std::min({std::max(frame.borderWidth(), 1.0), area.width() / 4, area.height() / 4});
+    area.left += rim;
+    area.right -= rim;
+    if (above) {
+        area.bottom += rim;
+        area.top -= rim;
+    }
+    return area;
+}
+
+TextPlace textPlace(const FieldEntries& widget, const Rectangle& area, double size) {
+    const std::int64_t quadding = widget.number("Q");
+    const bool known = quadding >= 0 && quadding <= 2;
+    return {area, size, known ? static_cast<Quadding>(quadding + 1) : Quadding::Left};
+}
+
+std::string hexOf(const Codes& codes) {
+    constexpr char digits[] = "0123456789ABCDEF";
+    std::string text = "<";
+    for (const unsigned char code : codes) {
+        text += digits[code >> 4];
+        text += digits[code & 0xF];
+    }
+    return text + ">";
+}
+
+std::string textOperators(const TextBlock& block, const TextStyle& style) {
+    std::string text =
+        "BT\n" + style.colour + "/" + style.fontName + " " + spelled(block.size) + " Tf\n";
+    for (const TextLine& line : block.lines) {
+        text += spelled(Matrix{1, 0, 0, 1, line.x, line.y}) + " Tm " + hexOf(line.codes) + " Tj\n";
+    }
+    return text + "ET\n";
+}
+
+std::string rectangleOperands(const Rectangle& box) {
+    return spelled(box.left) + " " + spelled(box.bottom) + " " + spelled(box.width()) + " " +
+           spelled(box.height());
+}
+
+/// How many characters a comb has; 0 where the field is none.
+std::uint64_t combCells(const FieldEntries& field) {
+    if (field.kind() != Field::Kind::Text || !field.has(FieldFlags::comb)) return 0;
+    const bool other = field.has(FieldFlags::multiline) || field.has(FieldFlags::password) ||
+                       field.has(FieldFlags::fileSelect);
+    const std::int64_t cells = field.number("MaxLen");
+    constexpr std::int64_t most = 1000;
+    return other || cells < 1 || cells > most ? 0 : static_cast<std::uint64_t>(cells);
+}
+
+/// The lines between the cells of a comb, where it has a border.
+std::string combLines(const WidgetFrame& frame, std::uint64_t cells) {
+    if (frame.borderColour().empty() || frame.borderWidth() == 0) return {};
+    const Rectangle area = frame.inside();
+    const std::string height = spelled(frame.height());
+    std::string text = frame.borderColour() + spelled(frame.borderWidth()) + " w\n";
+    for (std::uint64_t cell = 1; cell < cells; ++cell) {
+        const double part = static_cast<double>(cell) / static_cast<double>(cells);
+        const std::string x = spelled(area.left + area.width() * part);
+        text.append(x).append(" 0 m ").append(x).append(" ").append(height).append(" l S\n");
+    }
+    return text;
+}
+
+TextBlock laidOut(const FieldEntries& widget, const WidgetFrame& frame, const TextFont& font,
+                  Codes codes, double size) {
+    if (const std::uint64_t cells = combCells(widget); cells != 0) {
+        return TextLayout(font, textPlace(widget, frame.inside(), size)).comb(codes, cells);
+    }
+    const bool multiline = widget.kind() == Field::Kind::Text && widget.has(FieldFlags::multiline);
+    const TextLayout layout(font, textPlace(widget, textArea(frame, multiline), size));
+    return multiline ? layout.wrapped(codes) : layout.single(std::move(codes));
+}
+
+} // namespace
+
+Filled FieldAppearances::showText(const FieldEntries& widget, std::string_view text) {
+    const WidgetFrame frame(document_, *widget.own());
+    if (!frame.hasArea()) return Filled::Shown;
+    const TextStyle style = styleOf(widget);
+    const auto font = fonts_.find(widget, style.fontName);
+    auto codes = font ? TextLayout::encoded(font->font, text) : std::nullopt;
+    if (!codes) return Filled::ViewerNeeded;
+    if (widget.kind() == Field::Kind::Text && widget.has(FieldFlags::password)) {
+        const auto star = font->font.codeOf(U'*');
+        if (!star) return Filled::ViewerNeeded;
+        std::ranges::fill(*codes, *star);
+    }
+    const std::uint64_t cells = combCells(widget);
+    const TextBlock block = laidOut(widget, frame, font->font, std::move(*codes), style.size);
+    const std::string lines = cells == 0 ? "" : combLines(frame, cells);
+    return show(widget, frame, lines + textOperators(block, style), style, *font);
+}
+
+Filled FieldAppearances::showList(const FieldEntries& widget,
+                                  const std::vector<std::string>& selection) {
+    const WidgetFrame frame(document_, *widget.own());
+    if (!frame.hasArea()) return Filled::Shown;
+    const TextStyle style = styleOf(widget);
+    const auto font = fonts_.find(widget, style.fontName);
+    if (!font) return Filled::ViewerNeeded;
+    const Rectangle area = textArea(frame, true);
+    const TextLayout layout(font->font, textPlace(widget, area, style.size));
+    const double line = TextLayout::leading(layout.list({}).size);
+    const auto& options = this->options(widget);
+    std::vector<std::optional<std::size_t>> selected;
+    selected.reserve(selection.size());
+    for (const std::string& text : selection)
+        selected.push_back(optionAt(options, text));
+    std::vector<Codes> texts;
+    std::string marks;
+    const auto first = static_cast<std::size_t>(std::max<std::int64_t>(widget.number("TI"), 0));
+    double top = area.top;
+    for (std::size_t index = first; index < options.size() && top > area.bottom; ++index) {
+        auto codes = TextLayout::encoded(font->font, options[index].text);
+        if (!codes) return Filled::ViewerNeeded;
+        texts.push_back(std::move(*codes));
+        if (std::ranges::find(selected, index) != selected.end()) {
+            const Rectangle behind{frame.inside().left, top - line, frame.inside().right, top};
+            marks += "0.6 0.757 0.855 rg " + rectangleOperands(behind) + " re f\n";
+        }
+        top -= line;
+    }
+    return show(widget, frame, marks + textOperators(layout.list(std::move(texts)), style), style,
+                *font);
+}
+
+Filled FieldAppearances::show(const FieldEntries& widget, const WidgetFrame& frame,
+                              const std::string& operators, const TextStyle& style,
+                              const FormFont& font) {
+    const std::string content = frame.rectangle() + "/Tx BMC\nq\n" +
+                                rectangleOperands(frame.inside()) + " re W n\n" + operators +
+                                "Q\nEMC\n";
+    const Ref<Dictionary> fonts = orThrow(Dictionary::create());
+    if (!fonts->set(style.fontName, font.entry)) throw std::bad_alloc();
+    const Ref<Dictionary> resources = orThrow(Dictionary::create({{"Font", fonts}}));
+    const Ref<Value> looks = stream(frame, content, resources);
+    return looks && setNormal(widget.own(), looks) ? Filled::Shown : Filled::Failed;
+}
+
+Filled FieldAppearances::showStates(const FieldEntries& widget, std::string_view state) {
+    const WidgetFrame frame(document_, *widget.own());
+    const bool radio = widget.has(FieldFlags::radio);
+    const auto looks = Host::cast<Dictionary>(widget.find("MK"));
+    const auto caption = looks ? Host::cast<String>(followEntry(document_, *looks, "CA")) : nullptr;
+    const std::string style = caption && caption->text() ? caption->text()->utf8() : "";
+    const char mark = style.size() == 1 ? style.front() : radio ? 'l' : '4';
+    const std::string around = radio && mark == 'l' ? frame.circle() : frame.rectangle();
+    const std::string on = around + styleOf(widget).colour + buttonMark(mark, frame.inside());
+    const Ref<Dictionary> none = orThrow(Dictionary::create());
+    const Ref<Value> shown = stream(frame, on, none);
+    const Ref<Value> hidden = shown ? stream(frame, around, none) : nullptr;
+    if (!hidden) return Filled::Failed;
+    const Ref<Dictionary> states = orThrow(Dictionary::create({{"Off", hidden}}));
+    if (!states->set(state, shown)) throw std::bad_alloc();
+    return setNormal(widget.own(), states) ? Filled::Shown : Filled::Failed;
+}
+
+Ref<Value> FieldAppearances::stream(const WidgetFrame& frame, const std::string& content,
+                                    const Ref<Dictionary>& resources) {
+    const Ref<Stream> stream = newStream(content, true);
+    if (!stream) return nullptr;
+    frame.describe(*stream->dict());
+    if (!stream->dict()->set("Resources", resources)) throw std::bad_alloc();
+    const Ref<Object> object = changes_.add(stream);
+    return object ? Ref<Value>(orThrow(referenceTo(object))) : nullptr;
+}
+
+/// Other looks of the widget, as for a pressed button, show the former value. What stands behind a
+/// reference may be another widget's as well.
+bool FieldAppearances::setNormal(const Ref<Dictionary>& widget, const Ref<Value>& looks) {
+    const auto own = Host::cast<Dictionary>(quietly([&] { return widget->find("AP"); }));
+    if (!own) return changes_.set(widget, "AP", orThrow(Dictionary::create({{"N", looks}})));
+    return changes_.set(own, "N", looks) && changes_.drop(own, "D") && changes_.drop(own, "R");
+}
+
+const std::vector<ChoiceOption>& FieldAppearances::options(const FieldEntries& widget) {
+    Ref<Value> list = widget.find("Opt");
+    if (list != optionList_) options_ = optionsOf(widget);
+    optionList_ = std::move(list);
+    return options_;
+}
+
+bool FieldAppearances::clear(const Ref<Dictionary>& widget) {
+    return changes_.drop(widget, "AP");
+}
+
+} // namespace Libraries::Files::PDF::Tools

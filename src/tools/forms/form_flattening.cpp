@@ -1,0 +1,209 @@
+#include "tools/failure.h"
+#include "tools/forms/field_appearance.h"
+#include "tools/forms/form_field.h"
+#include "tools/forms/form_text.h"
+#include "tools/new_stream.h"
+#include "tools/pages/page_contents.h"
+#include "tools/pages/page_resources.h"
+#include "tools/pages/page_tree_changes.h"
+#include "tools/references.h"
+
+#include <pdf/tools/editing.h>
+#include <pdf/tools/filling.h>
+
+#include <unordered_map>
+#include <utility>
+
+namespace Libraries::Files::PDF::Tools {
+
+namespace {
+
+/// The flag bits of annotations that nobody sees (ISO 32000-1, table 165): Hidden, NoView.
+constexpr std::int64_t unseen = 0x2 | 0x20;
+
+/// Widgets that are drawn in one call: pages may share a list of them.
+constexpr std::uint64_t mostWidgets = 1 << 20;
+
+/// Draws the widgets of a document's form on its pages.
+class FormFlattening {
+public:
+    FormFlattening(Document& document, Changes& changes, Ref<Dictionary> form)
+        : document_(document),
+          changes_(changes),
+          form_(std::move(form)),
+          contents_(document, changes),
+          resources_(document, changes),
+          appearances_(document, changes),
+          names_("Field") {}
+
+    [[nodiscard]] bool run();
+
+private:
+    [[nodiscard]] bool flattenPage(const Page& page);
+    [[nodiscard]] bool draw(const Page& page, const Ref<Dictionary>& widget,
+                            std::string& operators);
+    [[nodiscard]] bool complete(const Ref<Dictionary>& widget);
+    [[nodiscard]] bool completeText(const FieldEntries& widget);
+    [[nodiscard]] bool completeStates(const FieldEntries& widget);
+    [[nodiscard]] Ref<Object> normalLooks(const Dictionary& widget) const;
+    [[nodiscard]] bool append(const Ref<Dictionary>& page, const std::string& operators);
+
+    Document& document_;
+    Changes& changes_;
+    Ref<Dictionary> form_;
+    std::uint64_t widgets_ = 0;
+    bool stale_ = false; ///< whether the form's looks are to be rebuilt
+    PageContents contents_;
+    PageResources resources_;
+    FieldAppearances appearances_;
+    UnusedNames names_;
+    std::unordered_map<std::uint32_t, std::string> drawn_; ///< names of looks, by their objects
+};
+
+bool FormFlattening::run() {
+    PageTreeChanges tree(document_, changes_);
+    if (!tree.flatten() || !tree.complete()) return false;
+    const auto rebuild = Host::cast<Boolean>(followEntry(document_, *form_, "NeedAppearances"));
+    stale_ = rebuild && rebuild->value();
+    const auto pages = allPages(document_);
+    if (!pages) return false;
+    for (const Page& page : pages)
+        names_.avoid(document_, page.resources);
+    for (const Page& page : pages) {
+        if (!flattenPage(page)) return false;
+    }
+    return changes_.drop(catalogEntries(document_), "AcroForm");
+}
+
+bool FormFlattening::flattenPage(const Page& page) {
+    const auto annotations = Host::cast<Array>(followEntry(document_, *page.dictionary, "Annots"));
+    if (!annotations) return true;
+    std::vector<Ref<Value>> others;
+    std::string operators;
+    for (std::uint64_t index = 0; index < annotations->size(); ++index) {
+        Ref<Value> entry = annotations->get(index);
+        const auto annotation = Host::cast<Dictionary>(follow(document_, entry));
+        if (!annotation || !isName(followEntry(document_, *annotation, "Subtype"), "Widget")) {
+            others.push_back(std::move(entry));
+        } else if (!draw(page, annotation, operators)) {
+            return false;
+        }
+    }
+    if (others.size() == annotations->size()) return true;
+    const Ref<Value> kept = others.empty() ? nullptr : orThrow(Array::create(others));
+    if (!changes_.set(page.dictionary, "Annots", kept)) return false;
+    return operators.empty() || append(page.dictionary, operators);
+}
+
+/// Adds what draws a widget where its viewer would (ISO 32000-1, 12.5.5).
+bool FormFlattening::draw(const Page& page, const Ref<Dictionary>& widget, std::string& operators) {
+    if (widgets_++ == mostWidgets) return fail(OutOfRange, "The pages have too many fields");
+    const auto flags = Host::cast<Number>(followEntry(document_, *widget, "F"));
+    if (flags && (flags->integer() & unseen) != 0) return true;
+    if (!complete(widget)) return false;
+    const Ref<Object> looks = normalLooks(*widget);
+    const auto area = rectangleOf(document_, followEntry(document_, *widget, "Rect"));
+    const Ref<Dictionary> entries = looks ? looks->valueAsStream()->dict() : nullptr;
+    if (!entries || !area) return true;
+    const auto box = rectangleOf(document_, followEntry(document_, *entries, "BBox"));
+    const Matrix turn =
+        matrixOf(document_, followEntry(document_, *entries, "Matrix")).value_or(Matrix());
+    const Rectangle shown = turn.bounds(box.value_or(Rectangle()));
+    if (shown.width() <= 0 || shown.height() <= 0) return true;
+    const double wide = area->width() / shown.width();
+    const double high = area->height() / shown.height();
+    const Matrix place{
+        wide, 0, 0, high, area->left - shown.left * wide, area->bottom - shown.bottom * high};
+    std::string& name = drawn_[looks->id()];
+    if (name.empty()) name = names_.next();
+    operators += "q\n" + spelled(place) + " cm\n/" + name + " Do\nQ\n";
+    // Streams of appearances are taken for what they are, whatever they call themselves.
+    return changes_.set(entries, "Subtype", orThrow(Name::create("Form"))) &&
+           resources_.addXObject(page, name, orThrow(referenceTo(looks)));
+}
+
+Ref<Object> FormFlattening::normalLooks(const Dictionary& widget) const {
+    const auto all = Host::cast<Dictionary>(followEntry(document_, widget, "AP"));
+    Ref<Value> entry = all ? entryOf(document_, *all, "N") : nullptr;
+    if (const auto states = Host::cast<Dictionary>(follow(document_, entry))) {
+        const auto state = Host::cast<Name>(followEntry(document_, widget, "AS"));
+        entry = state ? quietly([&] { return states->find(state->name()); }) : nullptr;
+    }
+    Ref<Object> looks = objectBehind(document_, entry);
+    return looks && looks->valueType() == Value::Type::Stream ? looks : nullptr;
+}
+
+bool FormFlattening::complete(const Ref<Dictionary>& widget) {
+    const FieldEntries entries(document_, widget);
+    switch (entries.kind()) {
+    case Field::Kind::Text:
+    case Field::Kind::Choice:
+        return completeText(entries);
+    case Field::Kind::Button:
+        return entries.has(FieldFlags::pushButton) || completeStates(entries);
+    default:
+        return true;
+    }
+}
+
+bool FormFlattening::completeText(const FieldEntries& widget) {
+    const bool looks = normalLooks(*widget.own()) != nullptr;
+    if (looks && !stale_) return true;
+    auto texts = selectionOf(widget);
+    Filled shown = Filled::Shown;
+    if (widget.kind() == Field::Kind::Choice && !widget.has(FieldFlags::combo)) {
+        shown = appearances_.showList(widget, texts);
+    } else {
+        const auto& options = appearances_.options(widget);
+        std::string text = texts.empty() ? std::string() : std::move(texts.front());
+        if (const auto place = optionAt(options, text)) text = options[*place].text;
+        shown = appearances_.showText(widget, text);
+    }
+    if (shown != Filled::ViewerNeeded || looks) return shown != Filled::Failed;
+    return fail(NotSupported, "No appearance can be made for the value of a field");
+}
+
+bool FormFlattening::completeStates(const FieldEntries& widget) {
+    const auto all = Host::cast<Dictionary>(followEntry(document_, *widget.own(), "AP"));
+    if (all && followEntry(document_, *all, "N")) return true;
+    const auto state = Host::cast<Name>(widget.find("AS"));
+    const auto value = state ? state : Host::cast<Name>(widget.find("V"));
+    const std::string name = value ? value->name()->utf8() : "Off";
+    const bool on = name != "Off";
+    return appearances_.showStates(widget, on ? name : "Yes") == Filled::Shown &&
+           changes_.set(widget.own(), "AS", orThrow(Name::create(name)));
+}
+
+bool FormFlattening::append(const Ref<Dictionary>& page, const std::string& operators) {
+    const Ref<Stream> stream = newStream(operators, true);
+    const Ref<Object> object = stream ? changes_.add(stream) : nullptr;
+    if (!object) return false;
+    const Ref<Value> drawing = orThrow(referenceTo(object));
+    std::vector<Ref<Value>> contents;
+    for (const Ref<Object>& former : contentStreams(document_, *page))
+        contents.emplace_back(orThrow(referenceTo(former)));
+    if (!contents.empty()) {
+        const Ref<Value> closing = contents_.closing(*page);
+        const Ref<Value> opening = closing ? contents_.opening() : nullptr;
+        if (!opening) return false;
+        contents.insert(contents.begin(), opening);
+        contents.push_back(closing);
+    }
+    contents.push_back(drawing);
+    return changes_.set(page, "Contents", orThrow(Array::create(contents)));
+}
+
+} // namespace
+
+bool flattenForm(Document& document) noexcept {
+    return guarded([&] {
+        Changes changes(document);
+        const Ref<Dictionary> form = formEntries(document);
+        if (!form) return true;
+        if (!FormFlattening(document, changes, form).run()) return false;
+        changes.keep();
+        return true;
+    });
+}
+
+} // namespace Libraries::Files::PDF::Tools

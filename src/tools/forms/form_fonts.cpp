@@ -1,0 +1,101 @@
+#include "tools/forms/form_fonts.h"
+
+#include "tools/failure.h"
+#include "tools/geometry.h"
+#include "tools/references.h"
+
+#include <pdf/tools/editing.h>
+
+#include <algorithm>
+#include <charconv>
+#include <vector>
+
+namespace Libraries::Files::PDF::Tools {
+
+namespace {
+
+std::vector<std::string_view> wordsOf(std::string_view text) {
+    constexpr std::string_view space(" \t\r\n\f\0", 6);
+    std::vector<std::string_view> words;
+    for (std::size_t at = text.find_first_not_of(space); at != std::string_view::npos;
+         at = text.find_first_not_of(space, at)) {
+        const std::size_t end = std::min(text.find_first_of(space, at), text.size());
+        words.push_back(text.substr(at, end - at));
+        at = end;
+    }
+    return words;
+}
+
+std::optional<double> numberFrom(std::string_view word) {
+    double number = 0;
+    const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), number);
+    if (error != std::errc() || end != word.data() + word.size()) return std::nullopt;
+    return number;
+}
+
+/// The operator at `at` with its operands before it; empty where these are no numbers.
+std::string colourFrom(const std::vector<std::string_view>& words, std::size_t at) {
+    const std::string_view name = words[at];
+    const std::size_t count = name == "g" ? 1 : name == "rg" ? 3 : 4;
+    if (at < count) return {};
+    std::string text;
+    for (std::size_t index = at - count; index < at; ++index) {
+        const auto number = numberFrom(words[index]);
+        if (!number) return {};
+        text += spelled(*number) + " ";
+    }
+    return text.append(name) + "\n";
+}
+
+} // namespace
+
+TextStyle styleOf(const FieldEntries& field) {
+    TextStyle style{"0 g\n", "Helv", 0};
+    const std::string text = field.text("DA");
+    const auto words = wordsOf(text);
+    for (std::size_t at = 0; at < words.size(); ++at) {
+        const std::string_view word = words[at];
+        if (word == "Tf" && at >= 2 && words[at - 2].size() > 1 && words[at - 2].front() == '/') {
+            constexpr double largest = 1000;
+            style.fontName = words[at - 2].substr(1);
+            style.size = std::clamp(numberFrom(words[at - 1]).value_or(0), 0.0, largest);
+        } else if (word == "g" || word == "rg" || word == "k") {
+            const std::string colour = colourFrom(words, at);
+            if (!colour.empty()) style.colour = colour;
+        }
+    }
+    return style;
+}
+
+std::optional<FormFont> FormFonts::find(const FieldEntries& field, std::string_view name) {
+    const auto resources = Host::cast<Dictionary>(field.find("DR"));
+    const auto fonts =
+        resources ? Host::cast<Dictionary>(followEntry(document_, *resources, "Font")) : nullptr;
+    Ref<Value> entry = fonts ? entryOf(document_, *fonts, name) : nullptr;
+    if (!entry && !(entry = add(field, name))) return std::nullopt;
+    const auto dictionary = Host::cast<Dictionary>(follow(document_, entry));
+    if (!dictionary) return std::nullopt;
+    const auto font = TextFont::read(document_, *dictionary);
+    if (!font) return std::nullopt;
+    return FormFont{*font, std::move(entry)};
+}
+
+Ref<Value> FormFonts::add(const FieldEntries& field, std::string_view name) {
+    const auto resources = dictionaryIn(field.form(), "DR");
+    const auto fonts = resources ? dictionaryIn(resources, "Font") : nullptr;
+    if (!fonts) return nullptr;
+    const Ref<Object> object = changes_.add(TextFont::helveticaDictionary());
+    if (!object) return nullptr;
+    Ref<Value> entry = orThrow(referenceTo(object));
+    return changes_.set(fonts, name, entry) ? entry : nullptr;
+}
+
+/// The dictionary in an entry, which is made where there is none.
+Ref<Dictionary> FormFonts::dictionaryIn(const Ref<Dictionary>& from, std::string_view key) {
+    if (!from) return nullptr;
+    if (const auto value = followEntry(document_, *from, key)) return Host::cast<Dictionary>(value);
+    Ref<Dictionary> made = orThrow(Dictionary::create());
+    return changes_.set(from, key, made) ? made : nullptr;
+}
+
+} // namespace Libraries::Files::PDF::Tools

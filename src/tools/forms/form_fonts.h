@@ -1,0 +1,48 @@
+#pragma once
+
+#include "tools/changes.h"
+#include "tools/fonts/text_font.h"
+#include "tools/forms/form_field.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace Libraries::Files::PDF::Tools {
+
+/// How a field's text is set: what its default appearance string says (ISO 32000-1, 12.7.3.3).
+struct TextStyle {
+    std::string colour;   ///< the operator that sets it
+    std::string fontName; ///< as resources call it
+    double size = 0;      ///< in points; 0: as large as fits
+};
+
+/// The style of a field; black Helvetica as large as fits where it does not say. Throws
+/// `std::bad_alloc`, as does what follows.
+[[nodiscard]] TextStyle styleOf(const FieldEntries& field);
+
+/// A font that text can be set in, and its entry for resources.
+struct FormFont {
+    TextFont font;
+    Ref<Value> entry;
+};
+
+/// The fonts of a form's resources. A font that they lack is made there: Helvetica, under the name
+/// that is asked for.
+class FormFonts {
+public:
+    FormFonts(Document& document, Changes& changes) noexcept
+        : document_(document), changes_(changes) {}
+
+    /// Nothing where text cannot be set in that font here; throws where a resource cannot be made.
+    [[nodiscard]] std::optional<FormFont> find(const FieldEntries& field, std::string_view name);
+
+private:
+    [[nodiscard]] Ref<Value> add(const FieldEntries& field, std::string_view name);
+    [[nodiscard]] Ref<Dictionary> dictionaryIn(const Ref<Dictionary>& from, std::string_view key);
+
+    Document& document_;
+    Changes& changes_;
+};
+
+} // namespace Libraries::Files::PDF::Tools

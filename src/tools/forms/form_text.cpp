@@ -1,0 +1,91 @@
+#include "tools/forms/form_text.h"
+
+#include "tools/failure.h"
+#include "tools/fonts/text_font.h"
+
+#include <span>
+
+namespace Libraries::Files::PDF::Tools {
+
+namespace {
+
+/// What stands for a code of a literal string that is no byte any more: those from 128 to 159 were
+/// taken for characters.
+char byteOf(char32_t code, const TextFont& codePage) {
+    return static_cast<char>(code <= 0xFF ? code : codePage.codeOf(code).value_or(0));
+}
+
+bool isUtf16(std::string_view bytes) noexcept {
+    return bytes.starts_with("\xFE\xFF");
+}
+
+std::string fromUtf16(std::string_view bytes) {
+    std::u16string units;
+    for (std::size_t index = 2; index + 1 < bytes.size(); index += 2) {
+        const auto high = static_cast<unsigned char>(bytes[index]);
+        units += static_cast<char16_t>(high << 8 | static_cast<unsigned char>(bytes[index + 1]));
+    }
+    return orThrow(Host::String::create(std::u16string_view(units)))->utf8();
+}
+
+/// A character for each byte.
+std::string fromBytes(std::string_view bytes) {
+    const std::span codes(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
+    return orThrow(Host::String::create(codes))->utf8();
+}
+
+std::string literalText(const Host::String& text) {
+    if (text.length() < 2 || text[0] != 0xFE || text[1] != 0xFF) return text.utf8();
+    const TextFont codePage = TextFont::helvetica();
+    std::string bytes;
+    for (std::uint64_t index = 0; index < text.length(); ++index)
+        bytes += byteOf(text[index], codePage);
+    return fromUtf16(bytes);
+}
+
+int digitOf(char character) noexcept {
+    if (character >= '0' && character <= '9') return character - '0';
+    if (character >= 'A' && character <= 'F') return character - 'A' + 10;
+    if (character >= 'a' && character <= 'f') return character - 'a' + 10;
+    return -1;
+}
+
+} // namespace
+
+std::u32string charactersOf(std::string_view utf8) {
+    const Ref<Host::String> text = orThrow(Host::String::create(utf8));
+    std::u32string characters(text->length(), 0);
+    for (std::uint64_t index = 0; index < characters.size(); ++index)
+        characters[index] = (*text)[index];
+    return characters;
+}
+
+std::string textOf(const String& string) {
+    if (const Ref<Host::String> text = string.text()) return literalText(*text);
+    const auto bytes = string.bytes();
+    if (!bytes) return {};
+    const std::string_view view(reinterpret_cast<const char*>(bytes->data()), bytes->size());
+    return isUtf16(view) ? fromUtf16(view) : fromBytes(view);
+}
+
+std::string textOf(const Ref<Value>& value) {
+    const Ref<String> string = Host::cast<String>(value);
+    return string ? textOf(*string) : std::string();
+}
+
+std::string textOf(const Name& name) {
+    const std::string raw = name.name()->utf8();
+    std::string text;
+    for (std::size_t index = 0; index < raw.size(); ++index) {
+        const bool whole = raw[index] == '#' && index + 2 < raw.size();
+        const int high = whole ? digitOf(raw[index + 1]) : -1;
+        const int low = whole ? digitOf(raw[index + 2]) : -1;
+        if (high >= 0 && low >= 0) index += 2;
+        text += high >= 0 && low >= 0 ? static_cast<char>(high * 16 + low) : raw[index];
+    }
+    // Names are mostly UTF-8; what is none was made for a page of 256 codes.
+    const bool valid = orThrow(Host::String::create(std::string_view(text)))->utf8() == text;
+    return valid ? text : fromBytes(text);
+}
+
+} // namespace Libraries::Files::PDF::Tools

@@ -1,0 +1,171 @@
+#include "tools/forms/text_layout.h"
+
+#include "tools/forms/form_text.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace Libraries::Files::PDF::Tools {
+
+namespace {
+
+constexpr unsigned char newline = '\n';
+constexpr unsigned char space = ' ';
+constexpr double smallest = 4; // below that nobody reads
+constexpr double usual = 12;   // of several lines, where the field does not say
+constexpr double step = 0.5;
+constexpr std::size_t longest = 65536; // codes that any field has room for
+
+/// Of a list of texts that no size was given for.
+double given(double size) noexcept {
+    return size > 0 ? size : usual;
+}
+
+} // namespace
+
+double TextLayout::leading(double size) noexcept {
+    constexpr double factor = 1.15;
+    return size * factor;
+}
+
+std::optional<Codes> TextLayout::encoded(const TextFont& font, std::string_view utf8) {
+    Codes codes;
+    char32_t before = 0;
+    for (char32_t character : charactersOf(utf8)) {
+        const bool secondOfTwo = before == '\r' && character == '\n';
+        before = character;
+        if (secondOfTwo) continue;
+        if (character == '\r' || character == '\n') {
+            codes.push_back(newline);
+            continue;
+        }
+        const auto code = font.codeOf(character == '\t' ? U' ' : character);
+        // A code that is a line feed would end a line where the text does not.
+        if (!code || *code == newline || codes.size() == longest) return std::nullopt;
+        codes.push_back(*code);
+    }
+    return codes;
+}
+
+double TextLayout::widthOf(const Codes& codes, double size) const noexcept {
+    double width = 0;
+    for (const unsigned char code : codes)
+        width += font_.widthOf(code);
+    return width * size / 1000;
+}
+
+double TextLayout::startOf(const Codes& codes, double size) const noexcept {
+    const double rest = place_.area.width() - widthOf(codes, size);
+    // What is too long begins where its reader begins.
+    if (rest < 0 || place_.quadding == Quadding::Left || place_.quadding == Quadding::NotSet) {
+        return place_.area.left;
+    }
+    return place_.area.left + (place_.quadding == Quadding::Centered ? rest / 2 : rest);
+}
+
+double TextLayout::middleBaseline(double size) const noexcept {
+    const double reach = (font_.ascent() - font_.descent()) * size / 1000;
+    const double below = (place_.area.height() - reach) / 2;
+    return place_.area.bottom + below - font_.descent() * size / 1000;
+}
+
+TextBlock TextLayout::single(Codes codes) const {
+    std::ranges::replace(codes, newline, space);
+    double size = place_.size;
+    if (size <= 0) {
+        const double wide = widthOf(codes, 1);
+        size = place_.area.height() / leading(1);
+        if (wide > 0) size = std::min(size, place_.area.width() / wide);
+        size = std::max(std::floor(size * 100) / 100, smallest);
+    }
+    TextBlock block{size, {}};
+    if (codes.empty()) return block;
+    const double x = startOf(codes, size);
+    block.lines.push_back({x, middleBaseline(size), std::move(codes)});
+    return block;
+}
+
+TextBlock TextLayout::wrapped(const Codes& codes) const {
+    if (place_.size > 0) return stacked(broken(codes, place_.size), place_.size);
+    for (double size = usual; size > smallest; size -= step) {
+        auto lines = broken(codes, size);
+        const double height = leading(size) * static_cast<double>(lines.size());
+        if (height <= place_.area.height()) return stacked(std::move(lines), size);
+    }
+    return stacked(broken(codes, smallest), smallest);
+}
+
+std::vector<Codes> TextLayout::broken(const Codes& codes, double size) const {
+    std::vector<Codes> lines;
+    for (auto from = codes.begin(); from != codes.end();) {
+        const auto to = std::find(from, codes.end(), newline);
+        breakParagraph(Codes(from, to), size, lines);
+        from = to == codes.end() ? to : to + 1;
+    }
+    return lines;
+}
+
+/// Breaks behind spaces, which may stand out, or within a word that is too long for a line.
+void TextLayout::breakParagraph(const Codes& paragraph, double size,
+                                std::vector<Codes>& lines) const {
+    const double room = place_.area.width() * 1000 / size;
+    std::size_t start = 0;
+    std::size_t afterSpace = 0;
+    double width = 0;
+    for (std::size_t at = 0; at < paragraph.size(); ++at) {
+        width += font_.widthOf(paragraph[at]);
+        if (paragraph[at] == space) {
+            afterSpace = at + 1;
+        } else if (width > room && at > start) {
+            const std::size_t end = afterSpace > start ? afterSpace : at;
+            lines.emplace_back(paragraph.begin() + static_cast<std::ptrdiff_t>(start),
+                               paragraph.begin() + static_cast<std::ptrdiff_t>(end));
+            start = end;
+            width = 0;
+            for (std::size_t index = start; index <= at; ++index)
+                width += font_.widthOf(paragraph[index]);
+        }
+    }
+    lines.emplace_back(paragraph.begin() + static_cast<std::ptrdiff_t>(start), paragraph.end());
+}
+
+TextBlock TextLayout::stacked(std::vector<Codes> lines, double size) const {
+    TextBlock block{size, {}};
+    double y = place_.area.top - font_.ascent() * size / 1000;
+    for (Codes& line : lines) {
+        if (y + size < place_.area.bottom) break; // nobody sees it
+        while (!line.empty() && line.back() == space)
+            line.pop_back();
+        const double x = startOf(line, size);
+        if (!line.empty()) block.lines.push_back({x, y, std::move(line)});
+        y -= leading(size);
+    }
+    return block;
+}
+
+TextBlock TextLayout::list(std::vector<Codes> lines) const {
+    for (Codes& line : lines)
+        std::ranges::replace(line, newline, space);
+    return stacked(std::move(lines), given(place_.size));
+}
+
+TextBlock TextLayout::comb(const Codes& codes, std::uint64_t cells) const {
+    const double cell = place_.area.width() / static_cast<double>(cells);
+    double size = place_.size;
+    if (size <= 0) size = std::max(std::min(place_.area.height() / leading(1), cell), smallest);
+    TextBlock block{size, {}};
+    const std::uint64_t used = std::min<std::uint64_t>(codes.size(), cells);
+    const std::uint64_t rest = cells - used;
+    const std::uint64_t first = place_.quadding == Quadding::Right      ? rest
+                                : place_.quadding == Quadding::Centered ? rest / 2
+                                                                        : 0;
+    for (std::uint64_t index = 0; index < used; ++index) {
+        const Codes code(1, codes[index] == newline ? space : codes[index]);
+        const double middle = place_.area.left + cell * (static_cast<double>(first + index) + 0.5);
+        block.lines.push_back({middle - widthOf(code, size) / 2, middleBaseline(size), code});
+    }
+    return block;
+}
+
+} // namespace Libraries::Files::PDF::Tools

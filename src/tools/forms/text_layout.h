@@ -1,0 +1,70 @@
+#pragma once
+
+#include "tools/fonts/text_font.h"
+#include "tools/geometry.h"
+
+#include <pdf/form.h>
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Libraries::Files::PDF::Tools {
+
+/// Text in the codes of a font.
+using Codes = std::vector<unsigned char>;
+
+/// One line of text, and where it begins: on the baseline.
+struct TextLine {
+    double x = 0, y = 0;
+    Codes codes;
+};
+
+/// A text that has its place in an area.
+struct TextBlock {
+    double size = 0; ///< of the font, in points
+    std::vector<TextLine> lines;
+};
+
+/// How a text is placed.
+struct TextPlace {
+    Rectangle area;
+    double size = 0; ///< of the font; 0: as large as fits
+    Quadding quadding = Quadding::Left;
+};
+
+/// Places texts that are set in one font. Everything throws `std::bad_alloc`.
+class TextLayout {
+public:
+    TextLayout(const TextFont& font, const TextPlace& place) noexcept
+        : font_(font), place_(place) {}
+
+    /// The codes for a text, line ends as line feeds; nothing where the font lacks a character, nor
+    /// for more than 65,536 of them.
+    [[nodiscard]] static std::optional<Codes> encoded(const TextFont& font, std::string_view utf8);
+
+    /// One line, in the middle of the height.
+    [[nodiscard]] TextBlock single(Codes codes) const;
+    /// Lines from the top on, broken where they become too long.
+    [[nodiscard]] TextBlock wrapped(const Codes& codes) const;
+    /// Each code in the middle of one of `cells` of equal width.
+    [[nodiscard]] TextBlock comb(const Codes& codes, std::uint64_t cells) const;
+    /// Lines of a list from the top on, each as it is.
+    [[nodiscard]] TextBlock list(std::vector<Codes> lines) const;
+    /// The distance of two lines for a font size.
+    [[nodiscard]] static double leading(double size) noexcept;
+
+private:
+    [[nodiscard]] double widthOf(const Codes& codes, double size) const noexcept;
+    [[nodiscard]] double middleBaseline(double size) const noexcept;
+    [[nodiscard]] double startOf(const Codes& codes, double size) const noexcept;
+    [[nodiscard]] std::vector<Codes> broken(const Codes& codes, double size) const;
+    void breakParagraph(const Codes& paragraph, double size, std::vector<Codes>& lines) const;
+    [[nodiscard]] TextBlock stacked(std::vector<Codes> lines, double size) const;
+
+    const TextFont& font_;
+    TextPlace place_;
+};
+
+} // namespace Libraries::Files::PDF::Tools
