@@ -24,14 +24,14 @@ name0 text 0x0 x
 ok0 button 0x2 Off Yes
 ch0 choice 0x20000 A A,_B,_C
 r0 button 0xC002 v1 v1,_v2
-r0.0 button 0x0 v1 v1
-r0.1 button 0x0 v1 v2
+r0.0 button 0x0 v1 v1,_v2
+r0.1 button 0x0 v1 v1,_v2
 name1 text 0x0 x
 ok1 button 0x2 Off Yes
 ch1 choice 0x20000 A A,_B,_C
 r1 button 0xC002 v1 v1,_v2
-r1.0 button 0x0 v1 v1
-r1.1 button 0x0 v1 v2
+r1.0 button 0x0 v1 v1,_v2
+r1.1 button 0x0 v1 v1,_v2
 ROWS
 }
 
@@ -51,14 +51,14 @@ name0 text 0x0 Turin=1
 ok0 button 0x2 Off Yes
 ch0 choice 0x20000 B A,_B,_C
 r0 button 0xC002 Off v1,_v2
-r0.0 button 0x0 Off v1
-r0.1 button 0x0 Off v2
+r0.0 button 0x0 Off v1,_v2
+r0.1 button 0x0 Off v1,_v2
 name1 text 0x0_
 ok1 button 0x2 Yes Yes
 ch1 choice 0x20000 A A,_B,_C
 r1 button 0xC002 v2 v1,_v2
-r1.0 button 0x0 v2 v1
-r1.1 button 0x0 v2 v2
+r1.0 button 0x0 v2 v1,_v2
+r1.1 button 0x0 v2 v1,_v2
 ROWS
     # Shown as set: the box by its state, of the radio buttons the second alone, texts by new looks.
     [ "$(grep -ac '/AS /Yes' "$work/filled.pdf")" -eq 1 ] || fail "the box is not shown as checked"
