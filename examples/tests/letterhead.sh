@@ -5,7 +5,7 @@
 # contents FILE prints how many content streams each page has.
 contents() {
     grep -ao '/Contents [^/]*' "$1" | while read -r _ streams; do
-        # shellcheck disable=SC2086 # the streams are words
+        # shellcheck disable=SC2046 # the streams are words
         count $(printf '%s\n' "$streams" | grep -o '[0-9]* 0 R')
     done | tr '\n' ' ' | sed 's/ $//'
 }
