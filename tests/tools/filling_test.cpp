@@ -174,6 +174,8 @@ TEST(Filling, LeavesToViewersWhatNoFontShows) {
         const bool asked = filled == Filled::ViewerNeeded;
         EXPECT_EQ(entry(document, 5, "NeedAppearances"), asked ? "true" : "(null)") << entries;
         EXPECT_EQ(entry(document, 10, "AP") == "(null)", asked) << entries;
+        const bool marks = entry(document, 5, "DR").find("ZaDb ->") != std::string::npos;
+        EXPECT_EQ(marks, asked) << "viewers draw buttons anew as well";
         EXPECT_EQ(entry(document, 10, "V"), text);
     }
     // A form that names no font at all gets one.

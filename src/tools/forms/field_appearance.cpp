@@ -200,6 +200,12 @@ const std::vector<ChoiceOption>& FieldAppearances::options(const FieldEntries& w
     return options_;
 }
 
+bool FieldAppearances::provideFor(const FieldEntries& field) {
+    fonts_.provideMarks(field);
+    const Ref<Value> text = orThrow(textString("/Helv 0 Tf 0 g"));
+    return field.find("DA") || changes_.set(field.form(), "DA", text);
+}
+
 bool FieldAppearances::clear(const Ref<Dictionary>& widget) {
     return changes_.drop(widget, "AP");
 }

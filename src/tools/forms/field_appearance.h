@@ -28,6 +28,8 @@ public:
                                   const std::vector<std::string>& selection);
     /// Looks for a button's state and for "Off".
     [[nodiscard]] Filled showStates(const FieldEntries& widget, std::string_view state);
+    /// Gives viewers what they need to draw fields: a default appearance, the marks of buttons.
+    [[nodiscard]] bool provideFor(const FieldEntries& field);
     /// Takes the looks of a widget away.
     [[nodiscard]] bool clear(const Ref<Dictionary>& widget);
     /// `optionsOf`, kept for the next widget of the same field.

@@ -50,6 +50,7 @@ private:
     [[nodiscard]] bool dropStale();
     template <class Show>
     [[nodiscard]] Filled showAll(Show show);
+    [[nodiscard]] bool areViewersAsked() const;
     [[nodiscard]] bool askViewers();
     [[nodiscard]] std::string name() const;
 
@@ -112,12 +113,17 @@ Filled Filling::showAll(Show show) {
     return result == Filled::Shown || askViewers() ? result : Filled::Failed;
 }
 
+bool Filling::areViewersAsked() const {
+    const Ref<Dictionary>& form = entries_.form();
+    const auto asked =
+        form ? Host::cast<Boolean>(followEntry(document_, *form, "NeedAppearances")) : nullptr;
+    return asked && asked->value();
+}
+
 bool Filling::askViewers() {
     const Ref<Dictionary>& form = entries_.form();
     if (!form) return fail(FormNotFound);
-    if (!entries_.find("DA") && !changes_.set(form, "DA", orThrow(textString("/Helv 0 Tf 0 g")))) {
-        return false;
-    }
+    if (!appearances_.provideFor(entries_)) return false;
     changes_.remember(form, "NeedAppearances");
     return form_.setNeedAppearances(true);
 }
@@ -222,7 +228,8 @@ Filled Filling::setButton(std::string_view text) {
     }
     const bool shown = std::ranges::all_of(
         widgets_, [&](const Ref<Dictionary>& widget) { return showState(widget, *state); });
-    return shown ? Filled::Shown : Filled::Failed;
+    if (!shown || (areViewersAsked() && !appearances_.provideFor(entries_))) return Filled::Failed;
+    return Filled::Shown;
 }
 
 /// The name of the state that a text means, as it stands in the document.

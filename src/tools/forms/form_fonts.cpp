@@ -72,7 +72,8 @@ std::optional<FormFont> FormFonts::find(const FieldEntries& field, std::string_v
     const auto fonts =
         resources ? Host::cast<Dictionary>(followEntry(document_, *resources, "Font")) : nullptr;
     Ref<Value> entry = fonts ? entryOf(document_, *fonts, name) : nullptr;
-    if (!entry && !(entry = add(field, name))) return std::nullopt;
+    if (!entry) entry = add(field, name, TextFont::helveticaDictionary());
+    if (!entry) return std::nullopt;
     const auto dictionary = Host::cast<Dictionary>(follow(document_, entry));
     if (!dictionary) return std::nullopt;
     const auto font = TextFont::read(document_, *dictionary);
@@ -80,11 +81,22 @@ std::optional<FormFont> FormFonts::find(const FieldEntries& field, std::string_v
     return FormFont{*font, std::move(entry)};
 }
 
-Ref<Value> FormFonts::add(const FieldEntries& field, std::string_view name) {
+void FormFonts::provideMarks(const FieldEntries& field) {
+    const Ref<Dictionary> font =
+        orThrow(Dictionary::create({{"Type", orThrow(Name::create("Font"))},
+                                    {"Subtype", orThrow(Name::create("Type1"))},
+                                    {"BaseFont", orThrow(Name::create("ZapfDingbats"))}}));
+    static_cast<void>(add(field, "ZaDb", font));
+}
+
+/// The font of the form's resources that has the name, which is the given one where there was none.
+Ref<Value> FormFonts::add(const FieldEntries& field, std::string_view name,
+                          const Ref<Dictionary>& font) {
     const auto resources = dictionaryIn(field.form(), "DR");
     const auto fonts = resources ? dictionaryIn(resources, "Font") : nullptr;
     if (!fonts) return nullptr;
-    const Ref<Object> object = changes_.add(TextFont::helveticaDictionary());
+    if (Ref<Value> former = entryOf(document_, *fonts, name)) return former;
+    const Ref<Object> object = changes_.add(font);
     if (!object) return nullptr;
     Ref<Value> entry = orThrow(referenceTo(object));
     return changes_.set(fonts, name, entry) ? entry : nullptr;

@@ -36,9 +36,13 @@ public:
 
     /// Nothing where text cannot be set in that font here; throws where a resource cannot be made.
     [[nodiscard]] std::optional<FormFont> find(const FieldEntries& field, std::string_view name);
+    /// Sees to the font that viewers take for the marks of buttons, under the name by which they
+    /// look for it, where the form's resources can have one.
+    void provideMarks(const FieldEntries& field);
 
 private:
-    [[nodiscard]] Ref<Value> add(const FieldEntries& field, std::string_view name);
+    [[nodiscard]] Ref<Value> add(const FieldEntries& field, std::string_view name,
+                                 const Ref<Dictionary>& font);
     [[nodiscard]] Ref<Dictionary> dictionaryIn(const Ref<Dictionary>& from, std::string_view key);
 
     Document& document_;
