@@ -23,7 +23,7 @@ bool setInfo(Document& document, std::string_view key, std::string_view value) {
         const auto text = entry ? entry->asText() : nullptr;
         if (text) std::printf("%s: %s\n", name->utf8().c_str(), text->utf8().c_str());
     }
-    const auto string = String::create(value); // in any script
+    const auto string = Tools::textString(value); // in any script
     return string && info->set(key, string);
 }
 // page end
