@@ -203,16 +203,18 @@ TEST(Filling, SetsStatesByNameAndByWhatPeopleRead) {
     const std::string looks = "/Rect [ 0 0 9 9 ] /AS /Off /Parent 10 0 R /AP << /N << /Off 7 0 R /";
     for (const auto& row : rows) {
         const auto document = openForm({
-            {10, "<< /FT /Btn /Ff 32768 /T (r) /Kids [ 11 0 R 12 0 R ] " +
+            {10, "<< /FT /Btn /Ff 32768 /T (r) /Kids [ 11 0 R 12 0 R 13 0 R ] " +
                      std::string(row.options) + " >>"},
             {11, "<< " + looks + "1 7 0 R >> >> >>"},
             {12, "<< " + looks + "a#20b 7 0 R >> >> >>"},
+            {13, "<< /Rect [ 0 0 9 9 ] /Parent 10 0 R >>"},
         });
         EXPECT_EQ(fill(document, "r", row.text), Filled::Shown) << row.name;
         EXPECT_EQ(entry(document, 10, "V"), row.value) << row.name;
         EXPECT_EQ(entry(document, 11, "AS"), row.first) << row.name;
         EXPECT_EQ(entry(document, 12, "AS"), row.second) << row.name;
         EXPECT_EQ(entry(document, 12, "AP").find("a#20b ->"), 24U) << "looks stay as they are";
+        EXPECT_EQ(entry(document, 13, "AS") + entry(document, 13, "AP"), "Off(null)") << row.name;
     }
 }
 
@@ -222,11 +224,13 @@ TEST(Filling, MakesLooksForButtonsWithout) {
         {"/MK << /CA (l) /BC [ 0 ] >>", "0 g\n14.5 10 m"},
         {"/Ff 32768 /MK << /BC [ 1 ] >>", "1 G\n1 w\n19.5 10 m"},
         {"/AP << /N << >> >>", "0 g\n3.7 9.55 m"},
+        {"/Kids [ 11 0 R ]", "0 g\n3.7 9.55 m"},
     };
     for (const auto& [entries, drawn] : rows) {
         const auto document =
             openForm({{10, "<< /FT /Btn /T (c) /DA (/ZaDb 0 Tf 0 g) /Rect [ 0 0 20 20 ] " +
-                               std::string(entries) + " >>"}});
+                               std::string(entries) + " >>"},
+                      {11, "<< /Rect [ 0 0 20 20 ] /Parent 10 0 R >>"}});
         EXPECT_EQ(fill(document, "c", "I agree"), Filled::Shown) << entries;
         EXPECT_EQ(entry(document, 10, "V"), "I#20agree");
         EXPECT_EQ(entry(document, 10, "AS"), "I#20agree");

@@ -43,8 +43,9 @@ private:
     [[nodiscard]] Filled setButton(std::string_view text);
     [[nodiscard]] bool findChoice(std::span<const std::string_view> texts, Choice& choice) const;
     [[nodiscard]] bool storeChoice(const Choice& choice);
-    [[nodiscard]] std::optional<std::string> findState(std::string_view text) const;
-    [[nodiscard]] bool showState(const Ref<Dictionary>& widget, std::string_view state);
+    [[nodiscard]] std::optional<std::string> findState(const std::vector<FieldOption>& known,
+                                                       std::string_view text) const;
+    [[nodiscard]] bool showState(const Ref<Dictionary>& widget, std::string_view state, bool bare);
     template <class Kind, class Held>
     [[nodiscard]] bool store(const Ref<Held>& value);
     [[nodiscard]] bool dropStale();
@@ -148,9 +149,7 @@ Filled Filling::setText(std::string_view text) {
                                  : value->text() ? value->text()->length()
                                                  : value->bytes()->size() / 2 - 1;
     if (most != 0 && length > most) {
-        static_cast<void>(
-            fail(InvalidArgument, "Text is longer than ", most, " for field ", name()));
-        return Filled::Failed;
+        return fail(InvalidArgument, "Text is longer than ", most, " for field ", name());
     }
     if (!store<Fields::Text>(value) || !dropStale()) return Filled::Failed;
     return showAll([&](const FieldEntries& widget) { return appearances_.showText(widget, text); });
@@ -219,39 +218,42 @@ Filled Filling::setButton(std::string_view text) {
     if (entries_.has(FieldFlags::pushButton)) {
         return fail(ButtonHasNoValue, "A push button has no value: ", name());
     }
-    const auto state = findState(text);
-    if (!state) {
-        return fail(InvalidArgument, "Field ", name(), " has no state ", text);
-    }
+    const auto known = statesOf(entries_, widgets_);
+    const auto state = findState(known, text);
+    if (!state) return fail(InvalidArgument, "Field ", name(), " has no state ", text);
     if (!store<Fields::Button>(orThrow(Name::create(*state))) || !dropStale()) {
         return Filled::Failed;
     }
-    const bool shown = std::ranges::all_of(
-        widgets_, [&](const Ref<Dictionary>& widget) { return showState(widget, *state); });
-    if (!shown || (areViewersAsked() && !appearances_.provideFor(entries_))) return Filled::Failed;
+    for (const Ref<Dictionary>& widget : widgets_) {
+        if (!showState(widget, *state, known.empty())) return Filled::Failed;
+    }
+    if (areViewersAsked() && !appearances_.provideFor(entries_)) return Filled::Failed;
     return Filled::Shown;
 }
 
 /// The name of the state that a text means, as it stands in the document.
-std::optional<std::string> Filling::findState(std::string_view text) const {
+std::optional<std::string> Filling::findState(const std::vector<FieldOption>& known,
+                                              std::string_view text) const {
     if (text.empty() || text == off) return std::string(off);
-    const auto options = statesOf(entries_, widgets_);
     for (const auto part : {&FieldOption::value, &FieldOption::text}) {
-        const auto found = std::ranges::find(options, text, part);
-        if (found != options.end()) return found->value;
+        const auto found = std::ranges::find(known, text, part);
+        if (found != known.end()) return found->value;
     }
-    // A check box that has no looks takes any state; of several buttons nobody knows which.
-    if (!options.empty() || widgets_.size() > 1) return std::nullopt;
+    // A check box that has no looks takes any state; of several radio buttons nobody knows which.
+    const bool several = widgets_.size() > 1 && entries_.has(FieldFlags::radio);
+    if (!known.empty() || several) return std::nullopt;
     return nameFor(text);
 }
 
-bool Filling::showState(const Ref<Dictionary>& widget, std::string_view state) {
-    auto states = statesOf(document_, *widget);
-    if (states.empty() && state != off) {
+/// Shows the state in a widget that has looks for it, or in one of those of which none has any.
+bool Filling::showState(const Ref<Dictionary>& widget, std::string_view state, bool bare) {
+    bool on = bare && state != off;
+    if (on) {
         if (appearances_.showStates(entries_.of(widget), state) != Filled::Shown) return false;
-        states.emplace_back(state);
+    } else {
+        const auto states = statesOf(document_, *widget);
+        on = std::ranges::find(states, state) != states.end();
     }
-    const bool on = std::ranges::find(states, state) != states.end();
     return changes_.set(widget, "AS", orThrow(Name::create(on ? state : off)));
 }
 

@@ -139,7 +139,9 @@ std::vector<ChoiceOption> optionsOf(const FieldEntries& field) {
 std::optional<std::size_t> optionAt(const std::vector<ChoiceOption>& options,
                                     std::string_view text) {
     for (const auto part : {&ChoiceOption::text, &ChoiceOption::value}) {
-        const auto found = std::ranges::find(options, text, part);
+        const auto found = std::ranges::find_if(options, [&](const ChoiceOption& option) {
+            return option.*part == text && Host::cast<String>(option.exported);
+        });
         if (found != options.end()) return static_cast<std::size_t>(found - options.begin());
     }
     return std::nullopt;
