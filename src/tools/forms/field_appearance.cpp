@@ -13,6 +13,9 @@ namespace Libraries::Files::PDF::Tools {
 
 namespace {
 
+/// Bytes that are worth the time and the entry that deflating takes.
+constexpr std::size_t shortest = 512;
+
 /// What a text leaves free beside the border.
 Rectangle textArea(const WidgetFrame& frame, bool above) {
     Rectangle area = frame.inside();
@@ -177,7 +180,7 @@ Filled FieldAppearances::showStates(const FieldEntries& widget, std::string_view
 
 Ref<Value> FieldAppearances::stream(const WidgetFrame& frame, const std::string& content,
                                     const Ref<Dictionary>& resources) {
-    const Ref<Stream> stream = newStream(content, true);
+    const Ref<Stream> stream = newStream(content, content.size() > shortest);
     if (!stream) return nullptr;
     frame.describe(*stream->dict());
     if (!stream->dict()->set("Resources", resources)) throw std::bad_alloc();
