@@ -78,9 +78,9 @@ TEST(Filling, PlacesTextWhereViewersDo) {
         {"as large as the width takes", "/DA (/Helv 0 Tf) /Rect [ 0 0 17.34 20 ]", "AA",
          "/Helv 10 Tf\n1 0 0 1 2 7.445 Tm <4141> Tj\n"},
         {"line ends on one line", "", "A\r\nA", "/Helv 10 Tf\n1 0 0 1 2 7.445 Tm <412041> Tj\n"},
-        {"wrapped at spaces and ends", "/Ff 4096 /Rect [ 9 9 30 70 ]", "AA A\nA i\n\ni",
-         "/Helv 10 Tf\n1 0 0 1 2 51.82 Tm <4141> Tj\n1 0 0 1 2 40.32 Tm <41> Tj\n"
-         "1 0 0 1 2 28.82 Tm <412069> Tj\n1 0 0 1 2 5.82 Tm <69> Tj\n"},
+        {"wrapped at spaces and ends", "/Ff 4096 /Rect [ 9 9 30 70 ]", "A iAi iA\n\ni",
+         "/Helv 10 Tf\n1 0 0 1 2 51.82 Tm <41> Tj\n1 0 0 1 2 40.32 Tm <694169> Tj\n"
+         "1 0 0 1 2 28.82 Tm <6941> Tj\n1 0 0 1 2 5.82 Tm <69> Tj\n"},
         {"a word that is too long", "/Ff 4096 /Rect [ 0 0 19 60 ]", "AAA",
          "/Helv 10 Tf\n1 0 0 1 2 50.82 Tm <4141> Tj\n1 0 0 1 2 39.32 Tm <41> Tj\n"},
         {"lines as large as fit", "/Ff 4096 /DA (/Helv 0 Tf) /Rect [ 0 0 100 20 ]", "A\nA",
@@ -204,6 +204,7 @@ TEST(Filling, LeavesToViewersWhatNoFontShows) {
     const auto bare =
         openForm({{10, "<< /FT /Tx /T (t) /Rect [ 0 0 9 9 ] >>"}}, "<< /Fields [ 10 0 R ] >>");
     EXPECT_EQ(fill(bare, "t", "A"), Filled::Shown);
+    EXPECT_NE(looksOf(bare, 10).find("BT\n0 g\n/Helv"), std::string::npos);
     const auto resources = Host::cast<Dictionary>(dictionary(bare, 5)->find("DR"));
     ASSERT_TRUE(resources);
     EXPECT_NE(textOf(resources).find("Helv ->"), std::string::npos);
@@ -282,9 +283,9 @@ TEST(Filling, ChoosesOptionsByWhatTheyShowOrExport) {
          "[DESpain ]",
          "[0.02.0 ]",
          "rg 1 86.5 98 11.5 re f\n0.6 0.757 0.855 rg 1 63.5 98 11.5 re f\nBT"},
-        {combo, {"Oz"}, nullptr, "", ""},
-        {combo | FieldFlags::edit, {"Oz", "IT"}, nullptr, "", ""},
-        {0, {"IT", "DE"}, nullptr, "", ""},
+        {combo, {"Oz"}, nullptr, "", "Field c has no option Oz\n"},
+        {combo | FieldFlags::edit, {"Oz", "IT"}, nullptr, "", "Field c has no option Oz\n"},
+        {0, {"IT", "DE"}, nullptr, "", "Field takes one option only: c\n"},
     };
     for (const auto& row : rows) {
         const auto document =
@@ -294,10 +295,12 @@ TEST(Filling, ChoosesOptionsByWhatTheyShowOrExport) {
                       {7, "[ [ (DE) (Germany) ] [ (IT) <FEFF004900740061006C0079> ] (Spain) ]"}});
         const std::string before = write(*document);
         const auto form = Tools::openForm(*document);
+        RecordingLog log;
         const Filled filled = Tools::chooseOptions(*document, *form, "c", row.options);
         ASSERT_EQ(filled == Filled::Shown, row.value != nullptr);
         if (row.value == nullptr) {
             EXPECT_EQ(Host::Error::get(), InvalidArgument);
+            EXPECT_EQ(log.text(), row.drawn);
             EXPECT_EQ(write(*document), before);
             continue;
         }
@@ -394,7 +397,7 @@ TEST(Flattening, DrawsFieldsOnTheirPages) {
           "<< /Type /Page /Parent 2 0 R /MediaBox [ 0 0 99 99 ] /Contents 4 0 R /Annots [ 10 0 R "
           "11 0 R 12 0 R 13 0 R 14 0 R 15 0 R 16 0 R ] /Resources << /XObject << /Field1 8 0 R >> "
           ">> >>"},
-         {10, "<< /Subtype /Widget /FT /Tx /T (t) /V <41> /Rect [ 10 10 30 20 ] >>"},
+         {10, "<< /Subtype /Widget /Parent 17 0 R /Rect [ 10 10 30 20 ] >>"},
          {11, "<< /Subtype /Link /Rect [ 0 0 9 9 ] >>"},
          {12,
           "<< /Subtype /Widget /FT /Btn /AS /On /AP << /N << /On 20 0 R /Off 21 0 R >> >> /Rect "
@@ -402,7 +405,10 @@ TEST(Flattening, DrawsFieldsOnTheirPages) {
          {13, "<< /Subtype /Widget /F 2 /FT /Tx /V (hidden) /Rect [ 0 0 9 9 ] >>"},
          {14, "<< /Subtype /Widget /FT /Btn /V /Ja /Rect [ 70 70 80 80 ] >>"},
          {15, "<< /Subtype /Widget /FT /Sig /Rect [ 0 0 9 9 ] >>"},
-         {16, "<< /Subtype /Widget /FT /Ch /V [ (b) ] /Opt [ (a) (b) ] /Rect [ 0 0 30 40 ] >>"},
+         {16,
+          "<< /Subtype /Widget /FT /Ch /V [ (b) ] /Opt [ (a) (b) ] /DA (/Helv 0 Tf) /Rect [ 0 0 "
+          "30 40 ] >>"},
+         {17, "<< /FT /Tx /T (t) /V <41> >>"},
          {20, "<< /Length 0 /BBox [ 1 0 11 20 ] /Matrix [ 0 1 -1 0 0 0 ] >>\nstream\n\nendstream"},
          {21, "<< >>"}});
     ASSERT_TRUE(Tools::flattenForm(*document));
@@ -420,7 +426,7 @@ TEST(Flattening, DrawsFieldsOnTheirPages) {
               "cm\n/Field3 Do\nQ\nq\n1 0 0 1 70 70 cm\n/Field4 Do\nQ\nq\n1 0 0 1 0 0 cm\n/Field5 "
               "Do\nQ\n|");
     EXPECT_NE(looksOf(document, 10).find("<41> Tj"), std::string::npos);
-    EXPECT_NE(looksOf(document, 16).find("rg 1 15 28 11.5 re f"), std::string::npos)
+    EXPECT_NE(looksOf(document, 16).find("rg 1 10.4 28 13.8 re f"), std::string::npos)
         << looksOf(document, 16);
     EXPECT_TRUE(Tools::flattenForm(*document)) << "nothing is left to do";
     EXPECT_TRUE(open(write(*document)));
