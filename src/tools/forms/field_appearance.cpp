@@ -7,6 +7,7 @@
 #include <pdf/tools/editing.h>
 
 #include <algorithm>
+#include <unordered_set>
 #include <utility>
 
 namespace Libraries::Files::PDF::Tools {
@@ -58,6 +59,11 @@ std::string textOperators(const TextBlock& block, const TextStyle& style) {
 std::string rectangleOperands(const Rectangle& box) {
     return spelled(box.left) + " " + spelled(box.bottom) + " " + spelled(box.width()) + " " +
            spelled(box.height());
+}
+
+/// The ground of an option that is selected.
+std::string marked(const Rectangle& area) {
+    return "0.6 0.757 0.855 rg " + rectangleOperands(area) + " re f\n";
 }
 
 /// How many characters a comb has; 0 where the field is none.
@@ -124,24 +130,19 @@ Filled FieldAppearances::showList(const FieldEntries& widget,
     const Rectangle area = textArea(frame, true);
     const TextLayout layout(font->font, textPlace(widget, area, style.size));
     const double line = TextLayout::leading(layout.list({}).size);
+    const auto first = static_cast<std::size_t>(std::max<std::int64_t>(widget.number("TI"), 0));
     const auto& options = this->options(widget);
-    std::vector<std::optional<std::size_t>> selected;
-    selected.reserve(selection.size());
-    for (const std::string& text : selection)
-        selected.push_back(optionAt(options, text));
+    const std::unordered_set<std::string> selected(selection.begin(), selection.end());
     std::vector<Codes> texts;
     std::string marks;
-    const auto first = static_cast<std::size_t>(std::max<std::int64_t>(widget.number("TI"), 0));
     double top = area.top;
     for (std::size_t index = first; index < options.size() && top > area.bottom; ++index) {
         auto codes = TextLayout::encoded(font->font, options[index].text);
         if (!codes) return Filled::ViewerNeeded;
         texts.push_back(std::move(*codes));
-        if (std::ranges::find(selected, index) != selected.end()) {
-            const Rectangle behind{frame.inside().left, top - line, frame.inside().right, top};
-            marks += "0.6 0.757 0.855 rg " + rectangleOperands(behind) + " re f\n";
-        }
-        top -= line;
+        const Rectangle behind{frame.inside().left, top - line, frame.inside().right, top};
+        if (selected.contains(options[index].value)) marks += marked(behind);
+        top = behind.bottom;
     }
     return show(widget, frame, marks + textOperators(layout.list(std::move(texts)), style), style,
                 *font);

@@ -23,7 +23,7 @@ public:
 
     /// What a text field shows, or a choice field that shows one text.
     [[nodiscard]] Filled showText(const FieldEntries& widget, std::string_view text);
-    /// What a list box shows.
+    /// What a list box shows, with the values that are selected.
     [[nodiscard]] Filled showList(const FieldEntries& widget,
                                   const std::vector<std::string>& selection);
     /// Looks for a button's state and for "Off".

@@ -35,7 +35,7 @@ private:
     struct Choice {
         std::vector<std::size_t> places;
         std::vector<Ref<Value>> values;
-        std::vector<std::string> shown;
+        std::string shown; ///< by a field that shows one
     };
 
     [[nodiscard]] bool isField() const;
@@ -163,9 +163,10 @@ Filled Filling::choose(std::span<const std::string_view> texts) {
     Choice choice;
     if (!findChoice(texts, choice) || !storeChoice(choice) || !dropStale()) return Filled::Failed;
     const bool list = !entries_.has(FieldFlags::combo);
+    const auto selected = selectionOf(entries_);
     return showAll([&](const FieldEntries& widget) {
-        if (list) return appearances_.showList(widget, choice.shown);
-        return appearances_.showText(widget, choice.shown.empty() ? "" : choice.shown.front());
+        return list ? appearances_.showList(widget, selected)
+                    : appearances_.showText(widget, choice.shown);
     });
 }
 
@@ -177,7 +178,7 @@ bool Filling::findChoice(std::span<const std::string_view> texts, Choice& choice
             choice.places.push_back(*place);
         } else if (free && texts.size() == 1) {
             choice.values.emplace_back(orThrow(textString(text)));
-            choice.shown.emplace_back(text);
+            choice.shown = text;
         } else {
             return fail(InvalidArgument, "Field ", name(), " has no option ", text);
         }
@@ -185,10 +186,9 @@ bool Filling::findChoice(std::span<const std::string_view> texts, Choice& choice
     std::ranges::sort(choice.places);
     choice.places.erase(std::unique(choice.places.begin(), choice.places.end()),
                         choice.places.end());
-    for (const std::size_t place : choice.places) {
+    for (const std::size_t place : choice.places)
         choice.values.push_back(options[place].exported);
-        choice.shown.push_back(options[place].text);
-    }
+    if (!choice.places.empty()) choice.shown = options[choice.places.front()].text;
     return true;
 }
 

@@ -11,6 +11,7 @@
 #include <pdf/tools/editing.h>
 #include <pdf/tools/filling.h>
 
+#include <optional>
 #include <unordered_map>
 #include <utility>
 
@@ -42,6 +43,8 @@ private:
     [[nodiscard]] bool flattenPage(const Page& page);
     [[nodiscard]] bool draw(const Page& page, const Ref<Dictionary>& widget,
                             std::string& operators);
+    [[nodiscard]] std::optional<Matrix> placeOf(const Dictionary& widget,
+                                                const Dictionary& looks) const;
     [[nodiscard]] bool complete(const Ref<Dictionary>& widget);
     [[nodiscard]] bool completeText(const FieldEntries& widget);
     [[nodiscard]] bool completeStates(const FieldEntries& widget);
@@ -95,28 +98,34 @@ bool FormFlattening::flattenPage(const Page& page) {
     return operators.empty() || append(page.dictionary, operators);
 }
 
-/// Adds what draws a widget where its viewer would (ISO 32000-1, 12.5.5).
+/// From the appearance's coordinates to those of the page (ISO 32000-1, 12.5.5); nothing where the
+/// widget shows nothing.
+std::optional<Matrix> FormFlattening::placeOf(const Dictionary& widget,
+                                              const Dictionary& looks) const {
+    const auto area = rectangleOf(document_, followEntry(document_, widget, "Rect"));
+    const auto box = rectangleOf(document_, followEntry(document_, looks, "BBox"));
+    const auto turn = matrixOf(document_, followEntry(document_, looks, "Matrix"));
+    const Rectangle shown = turn.value_or(Matrix()).bounds(box.value_or(Rectangle()));
+    if (!area || shown.width() <= 0 || shown.height() <= 0) return std::nullopt;
+    const double wide = area->width() / shown.width();
+    const double high = area->height() / shown.height();
+    return Matrix{
+        wide, 0, 0, high, area->left - shown.left * wide, area->bottom - shown.bottom * high};
+}
+
+/// Adds what draws a widget where its viewer would.
 bool FormFlattening::draw(const Page& page, const Ref<Dictionary>& widget, std::string& operators) {
     if (widgets_++ == mostWidgets) return fail(OutOfRange, "The pages have too many fields");
     const auto flags = Host::cast<Number>(followEntry(document_, *widget, "F"));
     if (flags && (flags->integer() & unseen) != 0) return true;
     if (!complete(widget)) return false;
     const Ref<Object> looks = normalLooks(*widget);
-    const auto area = rectangleOf(document_, followEntry(document_, *widget, "Rect"));
     const Ref<Dictionary> entries = looks ? looks->valueAsStream()->dict() : nullptr;
-    if (!entries || !area) return true;
-    const auto box = rectangleOf(document_, followEntry(document_, *entries, "BBox"));
-    const Matrix turn =
-        matrixOf(document_, followEntry(document_, *entries, "Matrix")).value_or(Matrix());
-    const Rectangle shown = turn.bounds(box.value_or(Rectangle()));
-    if (shown.width() <= 0 || shown.height() <= 0) return true;
-    const double wide = area->width() / shown.width();
-    const double high = area->height() / shown.height();
-    const Matrix place{
-        wide, 0, 0, high, area->left - shown.left * wide, area->bottom - shown.bottom * high};
+    const auto place = entries ? placeOf(*widget, *entries) : std::nullopt;
+    if (!place) return true;
     std::string& name = drawn_[looks->id()];
     if (name.empty()) name = names_.next();
-    operators += "q\n" + spelled(place) + " cm\n/" + name + " Do\nQ\n";
+    operators += "q\n" + spelled(*place) + " cm\n/" + name + " Do\nQ\n";
     // Streams of appearances are taken for what they are, whatever they call themselves.
     return changes_.set(entries, "Subtype", orThrow(Name::create("Form"))) &&
            resources_.addXObject(page, name, orThrow(referenceTo(looks)));
