@@ -19,9 +19,6 @@ namespace {
 struct Party {
     explicit Party(Fuzzing::Bytes bytes) : document(Document::create(Fuzzing::stripeOf(bytes))) {
         if (!document) return;
-        // Numbers that no object has become objects when one is added, and stay that.
-        const auto probe = document->addObject(Dictionary::create());
-        claim(!probe || document->removeObject(probe), "what was added can be removed");
         before = Fuzzing::write(*document).bytes;
         isKept = Fuzzing::expectedOf(*document) == Fuzzing::Rewriting::Kept;
         Fuzzing::visitAll(*document, [&](const Ref<Value>& value) {

@@ -133,9 +133,9 @@ public:
     [[nodiscard]] virtual Ref<PDF::Object> addObject(Ref<Value> value) noexcept;
 
     /// Removes an object of this document: the one with the highest number goes with its number,
-    /// which the next new object gets; any other one makes room for an object with an empty
-    /// dictionary. What refers to it does so on: take those references away. Handles of the object
-    /// keep its value. Takes no memory.
+    /// which the next new object gets, and with the empty dictionaries before it that stand for no
+    /// object; any other one makes room for such a one. What refers to it does so on: take those
+    /// references away. Handles of the object keep its value. Takes no memory.
     ///
     /// False with `NullArgument`, `ObjectNotFound` or `NotSupported` (as for `getObjects`) set.
     [[nodiscard]] virtual bool removeObject(const Ref<PDF::Object>& object) noexcept;

@@ -18,6 +18,11 @@ std::uint64_t firstFreeId(const DocumentState& state) noexcept {
     return slots.empty() ? state.nextObjectId : std::uint64_t{slots.back().id()} + 1;
 }
 
+/// Whether nobody asked for what stands there since it was put there.
+bool isPlaceholder(const ObjectTable::Slot& slot) noexcept {
+    return !slot.touched() && slot.packed().bytes.data() == placeholder.bytes.data();
+}
+
 } // namespace
 
 Ref<Object> addObject(DocumentState& state, Ref<Value> value) {
@@ -47,7 +52,10 @@ bool removeObject(DocumentState& state, const Object& object) noexcept {
     if (slot == nullptr || !slot->is(object)) return fail(ObjectNotFound);
     if (slot == &state.objects.slots().back()) {
         state.nextObjectId = slot->id();
-        state.objects.truncate(state.objects.size() - 1);
+        std::size_t left = state.objects.size() - 1;
+        while (left != 0 && isPlaceholder(state.objects.slots()[left - 1]))
+            --left;
+        state.objects.truncate(left);
     } else {
         state.objects.replace(*slot, placeholder);
     }

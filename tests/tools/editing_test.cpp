@@ -98,6 +98,12 @@ TEST(Objects, ComeAndGoWithoutGaps) {
     EXPECT_EQ(textOf(valueOf(*again, 5)), "<< >>");
     EXPECT_EQ(textOf(valueOf(*again, 7)), "Again");
     EXPECT_FALSE(again->removeObject(document->getObjects()[0])) << "of another document";
+
+    const auto other = Support::open(bytes);
+    const std::string before = write(*other);
+    const auto one = Tools::addObject(*other, number(6)), two = Tools::addObject(*other, number(7));
+    EXPECT_TRUE(Tools::removeObject(*other, one) && Tools::removeObject(*other, two));
+    EXPECT_EQ(write(*other), before) << "as if nothing had come";
 }
 
 TEST(Resolve, FollowsReferencesAndNoFurther) {

@@ -75,8 +75,7 @@ struct LetterheadOptions {
 /// they leave behind; contents that take back more than they saved are not held by that.
 ///
 /// All or nothing: after a failure `document` writes what it would have written before.
-/// `letterhead` does so in any case. For both goes what `addObject` says of numbers at the end of
-/// the table.
+/// `letterhead` does so in any case.
 ///
 /// False with `NullArgument`, `InvalidArgument` (the same document twice; another mode; a range
 /// from a later page to an earlier one), `OutOfRange` (a range behind the last page),
