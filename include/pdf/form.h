@@ -16,7 +16,8 @@
 /// and MaxLen are read whenever they are asked for; FT, Ff, Kids, T, TU, TM, DA, Q, and which
 /// dictionaries AP and DR are, once, when the form is built. Those dictionaries are the document's:
 /// an N that is set in the AP shows, another AP does not. The form's own entries, but for Fields,
-/// are read whenever they are asked for. Setting a value does not rebuild the field's appearance.
+/// are read whenever they are asked for. Setting a value does not rebuild the field's appearance:
+/// `Tools::fillField` does, and minds what is inherited.
 
 #include <host/export.h>
 #include <host/string.h>
