@@ -44,13 +44,14 @@ std::string sampleBytes(std::string_view content, bool nested = false) {
         .object(7, "<< /Type /Font /BaseFont /Helvetica /W [ 1 -2.5 true null ] /Id <00FE> >>")
         .object(8, "<< /Fields [ 9 0 R ] /DA (/F1 0 Tf) >>")
         .object(9, "<< /T (group) /Kids [ 10 0 R 11 0 R ] >>")
-        .object(10, "<< /FT /Tx /T (name) /V (old) /MaxLen 9 /Parent 9 0 R /Subtype /Widget /Rect "
+        .object(10, "<< /FT /Tx /T (name) /V (old) /MaxLen 9 /Parent 9 0 R /AP << /N 13 0 R >> "
+                    "/Subtype /Widget /Rect "
                     "[ 0 0 50 20 ] /MK << /BG [ 1 ] >> >>")
         .object(11, "<< /FT /Btn /T (check) /V /Off /Parent 9 0 R /Subtype /Widget /Rect [ 60 0 70 "
                     "10 ] >>")
         // A second stream of each kind, so that there is something to undo.
         .stream(12, "/Filter /FlateDecode ", Support::deflated("q Q q Q"))
-        .stream(13, "", "n");
+        .stream(13, "/BBox [ 0 0 9 9 ] ", "n");
     if (nested) {
         builder.object(2, "<< /Type /Pages /Rotate 90 /Kids [ 3 0 R 14 0 R 4 0 R ] >>")
             .object(14, "<< /MediaBox [ 0 0 15 0 R 9 ] /Resources << /A 1 >> /Kids 16 0 R >>")

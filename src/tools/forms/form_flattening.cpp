@@ -120,7 +120,9 @@ bool FormFlattening::draw(const Page& page, const Ref<Dictionary>& widget, std::
     if (flags && (flags->integer() & unseen) != 0) return true;
     if (!complete(widget)) return false;
     const Ref<Object> looks = normalLooks(*widget);
-    const Ref<Dictionary> entries = looks ? looks->valueAsStream()->dict() : nullptr;
+    const Ref<Stream> stream =
+        looks ? Host::cast<Stream>(quietly([&] { return looks->value(); })) : nullptr;
+    const Ref<Dictionary> entries = stream ? stream->dict() : nullptr;
     const auto place = entries ? placeOf(*widget, *entries) : std::nullopt;
     if (!place) return true;
     std::string& name = drawn_[looks->id()];

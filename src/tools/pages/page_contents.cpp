@@ -64,7 +64,7 @@ Ref<ObjectRef> PageContents::closing(const Dictionary& page) {
 const StateBalance& PageContents::balanceOf(const Ref<Object>& object) {
     const auto [place, isNew] = balances_.try_emplace(object->id());
     if (!isNew) return place->second;
-    const Ref<Stream> stream = Host::cast<Stream>(object->value());
+    const Ref<Stream> stream = Host::cast<Stream>(quietly([&] { return object->value(); }));
     const Ref<Dictionary> entries = stream ? stream->dict() : nullptr;
     if (!entries || !canDecode(document_, *entries)) return place->second;
     const auto bytes = quietly([&] { return decodedBytes(document_, stream, mostBytes); });
