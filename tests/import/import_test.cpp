@@ -9,6 +9,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
+#include <random>
+
 namespace {
 
 using namespace Libraries::Files::PDF;
@@ -124,6 +127,39 @@ TEST(Import, SpellsWhatTheLibraryKeeps) {
         ASSERT_TRUE(document) << value;
         const bool isNumber = wanted.find('.') != std::string::npos;
         EXPECT_TRUE(isNumber || third(Support::write(*document)) == wanted) << value;
+    }
+}
+
+/// Names of any bytes, each spelled as it may stand in a file or with a number sign.
+std::string anyName(std::mt19937& random) {
+    constexpr std::string_view delimiters = "()<>[]{}/% ";
+    std::string name = "/";
+    for (std::size_t left = 1 + random() % 3; left-- != 0;) {
+        const char code = static_cast<char>(1 + random() % 255);
+        const bool isPlain = code > ' ' || code < 0;
+        if (isPlain && random() % 2 != 0 && delimiters.find(code) == std::string::npos) {
+            name += code;
+        } else if (random() % 4 == 0) {
+            name += "#";
+        } else {
+            char spelled[4];
+            std::snprintf(spelled, sizeof(spelled), "#%02x", static_cast<unsigned char>(code));
+            name += spelled;
+        }
+    }
+    return name;
+}
+
+TEST(Import, OrdersKeysByOneSpelling) {
+    EXPECT_EQ(third(imported(with("<< /#23#23 1 /#20#23 2 /#~ 3 /#21 4 /#23~ 5 >>").bytes())),
+              "<< /#20#23 2 /! 4 /#23#23 1 /#23~ 5 >>");
+    std::mt19937 random(1);
+    for (int round = 0; round < 200; ++round) {
+        std::string entries;
+        for (int count = 0; count < 40; ++count)
+            entries += anyName(random) + " [ " + anyName(random) + " ] ";
+        const std::string first = imported(with("<< " + entries + ">>").bytes());
+        ASSERT_EQ(imported(first), first) << entries;
     }
 }
 
