@@ -28,12 +28,16 @@ struct Options {
     /// (DCTDecode and its like), and plain data, stays as it is stored.
     bool plainFilters = false;
 
-    /// The most bytes that the cross-reference and object streams of the document may hold
-    /// together once they are decoded. 0 stands for 8 MiB and 16 times the size of the source.
+    /// The most bytes that the filters of the document's cross-reference and object streams may
+    /// give together, those of each filter of a chain counted (ISO 32000-1, 7.4). 0 stands for
+    /// 8 MiB and 16 times the size of the source. Such streams may also have 65,536 entries and one
+    /// more for each byte of the source, or for each 16 bytes of this limit, and 65,536 values and
+    /// two more for each byte of the source, or one for each 8 bytes of this limit.
     std::uint64_t objectLimit = 0;
 
-    /// The most bytes that `plainFilters` decodes one stream to; a stream that holds more stays as
-    /// it is stored. All streams together may hold 64 times the size of the source more than that.
+    /// The most bytes that `plainFilters` has the filters of one stream give, each of them counted;
+    /// a stream that takes more stays as it is stored. All streams together may take 64 times the
+    /// size of the source more than that.
     std::uint64_t streamLimit = std::uint64_t{256} << 20;
 };
 

@@ -36,6 +36,15 @@ std::string repeated(std::string_view text, std::size_t times) {
     return all;
 }
 
+std::string hexed(std::string_view data) {
+    std::string text;
+    for (const char code : data) {
+        text += "0123456789ABCDEF"[static_cast<unsigned char>(code) >> 4U];
+        text += "0123456789ABCDEF"[static_cast<unsigned char>(code) & 15U];
+    }
+    return text + ">";
+}
+
 /// A small document whose catalog refers to object 5, which becomes the third one.
 DocumentBuilder with(std::string_view value) {
     return DocumentBuilder::minimal()
@@ -216,12 +225,28 @@ TEST(Import, DecodesWhatTheLibraryDoesNot) {
         {"/Filter [ /Crypt /FlateDecode ] /DecodeParms [ << /Name /Identity >> null ]", flated,
          "HelloHello"},
         {"/Filter /Crypt", "plain", "plain"},
+        {"/Filter [ ]", "plain", "plain"},
+        {"/Filter [ 6 0 R ] /DecodeParms [ 7 0 R ]", Support::deflated(rows10),
+         "HelloHelloHelloHello"},
+        {"/Filter [ /ASCIIHexDecode /LZWDecode ] /DecodeParms [ null << /EarlyChange 1 >> ]",
+         "800B6050220C0C8501>", "-----A---B"},
+        {"/Filter [ /AHx 6 0 R ] /DecodeParms [ 99 0 R 7 0 R ]", hexed(Support::deflated(rows10)),
+         "HelloHelloHelloHello"},
+        {"/Filter [ /AHx /Fl ] /DecodeParms [ null ]", hexed(flated), "HelloHello"},
+        {"/Filter 6 0 R /DecodeParms [ null null << >> ]", flated, "HelloHello"},
+        {"/Filter [ /AHx /Fl ] /DecodeParms 7 0 R", hexed(Support::deflated(rows10)),
+         "HelloHelloHelloHello"},
+        {"/Filter /FlateDecode /DecodeParms << /Predictor 12 >>",
+         Support::deflated(std::string("\0a\0b", 4)), "ab"},
         {"", "plain", "plain"},
         {"", std::string(300'000, 'p'), std::string(300'000, 'p')},
     };
     for (const auto& row : rows) {
-        const std::string bytes =
-            with("0").stream(5, row.entries + " ", row.data).object(6, "/FlateDecode").bytes();
+        const std::string bytes = with("0")
+                                      .stream(5, row.entries + " ", row.data)
+                                      .object(6, "/FlateDecode")
+                                      .object(7, predictor)
+                                      .bytes();
         const std::string result = imported(bytes, {.plainFilters = true});
         const auto document = Support::open(result);
         ASSERT_TRUE(document) << row.entries;
