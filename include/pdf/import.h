@@ -1,12 +1,13 @@
 #pragma once
 
 /// @file
-/// Any PDF document as one that `Document::create` opens: the library files-pdf-import, which
-/// stands on libqpdf. Nothing else of Files PDF needs it.
+/// Any PDF document, opened, or as one that `Document::create` opens: the library
+/// files-pdf-import, which stands on libqpdf. Nothing else of Files PDF needs it.
 
 #include <host/export.h>
 #include <host/ref.h>
 #include <host/stripe.h>
+#include <pdf/document.h>
 
 #include <cstdint>
 #include <string_view>
@@ -40,6 +41,19 @@ struct Options {
     /// size of the source more than that.
     std::uint64_t streamLimit = std::uint64_t{256} << 20;
 };
+
+/// Opens the document in the file at `path`, of whatever structure, encrypted or damaged, as it is
+/// in its last revision. Numbers are written as they were read (`Document::faithfulNumbers`). The
+/// file is not needed any more afterwards; memory holds the document, and what `normalise` takes
+/// during the call. Numbers of objects are those that `normalise` gives them.
+///
+/// Null with the code of `Host::FileSource::open`, `normalise` or `Document::create` set.
+[[nodiscard]] FILES_PDF_EXPORT Ref<Document> open(std::string_view path,
+                                                  const Options& options = {}) noexcept;
+
+/// The same for the document in `source`, of 32-bit elements, one for each byte.
+[[nodiscard]] FILES_PDF_EXPORT Ref<Document> openFrom(Ref<Interfaces::Stripe> source,
+                                                      const Options& options = {}) noexcept;
 
 /// Writes the document in `source`, as it is in its last revision, to `target`: from the start of
 /// `target` on, which should be empty. `Document::create` opens what was written.

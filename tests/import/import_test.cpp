@@ -10,6 +10,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <filesystem>
+#include <fstream>
 #include <random>
 
 namespace {
@@ -277,6 +279,31 @@ TEST(Import, DecodesWhatTheLibraryDoesNot) {
         EXPECT_EQ(third(result), "<< " + wanted + " /Length " + std::to_string(data.size()) +
                                      " >>\nstream\n" + data + "\nendstream");
     }
+}
+
+TEST(Import, OpensInOneCall) {
+    const auto passwords = [](const Modern& modern) {
+        return Import::Options{.password = modern.password};
+    };
+    for (const Modern& modern : moderns) {
+        const std::string path = ::testing::TempDir() + modern.name + ".pdf";
+        std::ofstream(path, std::ios::binary) << modernBytes(modern);
+        const auto document = Import::open(path, passwords(modern));
+        std::filesystem::remove(path);
+        ASSERT_TRUE(document) << modern.name;
+        EXPECT_EQ(document->getPages().size(), modern.pages) << modern.name;
+        EXPECT_TRUE(document->cacheStreamData()) << modern.name;
+    }
+    const auto numbers = Import::openFrom(stripeOf(with("[ .50 -.5 ]").bytes()));
+    ASSERT_TRUE(numbers);
+    EXPECT_EQ(third(Support::write(*numbers)), "[ .50 -.5 ]");
+
+    EXPECT_FALSE(Import::open(::testing::TempDir() + "missing.pdf"));
+    EXPECT_EQ(Host::Error::get(), Host::FileNotOpened);
+    EXPECT_FALSE(Import::openFrom(nullptr));
+    EXPECT_EQ(Host::Error::get(), NullArgument);
+    EXPECT_FALSE(Import::openFrom(stripeOf(modernBytes(moderns[1]))));
+    EXPECT_EQ(Host::Error::get(), PasswordNeeded);
 }
 
 TEST(Import, FailsWithACode) {
