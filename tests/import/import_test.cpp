@@ -306,6 +306,30 @@ TEST(Import, OpensInOneCall) {
     EXPECT_EQ(Host::Error::get(), PasswordNeeded);
 }
 
+TEST(Import, DecodesStreamsOfOtherProducers) {
+    const std::pair<const char*, const char*> rows[] = {
+        {"hyperref-form", ""}, {"inherited", ""},  {"jpeg-page", "DCTDecode"},
+        {"layers", ""},        {"type3-font", ""}, {"stamped-ascii85", ""},
+    };
+    for (const auto& [name, image] : rows) {
+        const std::string bytes = Support::sample(std::string("users/") + name + ".pdf");
+        const auto document = Import::openFrom(stripeOf(bytes), {.plainFilters = true});
+        ASSERT_TRUE(document) << name;
+        std::size_t streams = 0;
+        for (const auto& object : document->getObjects()) {
+            const auto stream = Support::streamOf(*document, object->id());
+            if (!stream) continue;
+            ++streams;
+            const auto filter = stream->dict()->find("Filter"_str);
+            const bool isImage =
+                *image != '\0' && Support::textOf(filter).find(image) != std::string::npos;
+            EXPECT_TRUE(isImage || document->readStreamData(stream, true))
+                << name << ": " << Support::textOf(filter);
+        }
+        EXPECT_GT(streams, 0U) << name;
+    }
+}
+
 TEST(Import, FailsWithACode) {
     const auto null = Host::Ref<Interfaces::Stripe>();
     const auto bytewise = Adapters::Stripe::ElementSize::create(Host::MemoryStripe::create(), 1);
