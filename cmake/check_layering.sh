@@ -4,7 +4,7 @@
 #   host <- values <- packed <- state <- reader, writer, compose, forms <- document
 #   public headers <- tools <- tools/pages <- tools/letterheads
 #                                          <- tools/forms, on tools/fonts too
-#   public host <- import, which alone knows libqpdf
+#   public headers but for tools <- import, which alone knows libqpdf
 #
 # Tools stand on the public headers alone, and nothing includes what is theirs.
 #
@@ -45,8 +45,8 @@ BEGIN {
     sees["tools/fonts"] = sees["tools"] "tools/fonts "
     sees["tools/letterheads"] = sees["tools/pages"] "tools/letterheads "
     sees["tools/forms"] = sees["tools/pages"] "tools/fonts tools/forms "
-    sees["public-import"] = " public-host public-import "
-    sees["import"] = " public-host public-import codes import "
+    sees["public-import"] = " public-host public-pdf codes public-import "
+    sees["import"] = sees["public-import"] "import "
     # The public error codes are named in one place, which the runtime shares.
     sees["public-pdf"] = sees["public-pdf"] "codes "
     system_header = "^(unistd|fcntl|dlfcn|poll|windows|io|libdeflate|igzip_lib|isa-l)[.]h$" \

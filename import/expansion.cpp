@@ -15,6 +15,10 @@ namespace {
 
 using Position = std::uint64_t;
 
+/// Dictionaries stand side by side, but for what looks like one and is none.
+constexpr std::uint64_t timesScanned = 8;
+constexpr std::uint64_t leastScanned = std::uint64_t{1} << 20;
+
 /// Shows `visit` the source piece by piece, each with where it begins; what `overlap` bytes hold
 /// stands whole in one of them. Ends where `visit` gives false.
 void eachPiece(Source& source, std::size_t overlap,
@@ -67,6 +71,26 @@ bool mayMakeXref(std::string_view text) noexcept {
 
 constexpr std::size_t longestMention = 64;
 
+[[noreturn]] void refuseSize() {
+    fail(LimitExceeded, "the document's structure is larger than allowed");
+}
+
+void take(std::uint64_t& left, std::uint64_t amount) {
+    if (amount > left) refuseSize();
+    left -= amount;
+}
+
+/// How many bytes an entry of a cross-reference stream takes (7.5.8.2); 1 where that is not known.
+std::uint64_t entrySize(QPDFObjectHandle widths) {
+    std::uint64_t size = 0;
+    for (int place = 0; place < 3 && widths.isArray() && place < widths.getArrayNItems(); ++place) {
+        QPDFObjectHandle width = widths.getArrayItem(place);
+        if (width.isInteger() && width.getIntValue() > 0)
+            size += static_cast<std::uint64_t>(width.getIntValue());
+    }
+    return std::max<std::uint64_t>(size, 1);
+}
+
 bool refersTo(QPDFObjectHandle value) {
     if (value.isIndirect()) return true;
     if (value.isArray()) return std::ranges::any_of(value.getArrayAsVector(), refersTo);
@@ -75,20 +99,28 @@ bool refersTo(QPDFObjectHandle value) {
                                [](const auto& entry) { return refersTo(entry.second); });
 }
 
-/// The offsets of the objects in an object stream, as its first numbers give them.
-std::vector<Position> offsetsIn(const std::shared_ptr<InputSource>& data, std::uint64_t first) {
+/// The offsets of the objects in an object stream, as its first numbers give them; those behind
+/// the first that is too many are left out.
+std::vector<Position> offsetsIn(const std::shared_ptr<InputSource>& data, std::uint64_t first,
+                                std::uint64_t most) {
     QPDFTokenizer tokenizer;
     tokenizer.allowEOF();
     std::vector<Position> offsets;
-    for (bool isOffset = false;; isOffset = !isOffset) {
+    for (bool isOffset = false; offsets.size() <= most; isOffset = !isOffset) {
         const auto token = tokenizer.readToken(data, "object stream", true);
         if (!token.isInteger() || static_cast<Position>(data->tell()) > first) return offsets;
         const long long number = std::strtoll(token.getValue().c_str(), nullptr, 10);
         if (isOffset && number >= 0) offsets.push_back(first + static_cast<Position>(number));
     }
+    return offsets;
 }
 
 } // namespace
+
+Expansion::Expansion(std::shared_ptr<Source> source, const Limits& limits)
+    : source_(std::move(source)),
+      left_(limits),
+      scanned_(timesScanned * std::min(source_->size(), UINT64_MAX / 16) + leastScanned) {}
 
 std::string Expansion::slice(Position start, Position end) {
     std::string text(std::min(end, source_->size()) - start, '\0');
@@ -97,13 +129,15 @@ std::string Expansion::slice(Position start, Position end) {
     return text;
 }
 
-/// Decodes a stream and takes off what it gives.
-void Expansion::take(QPDFObjectHandle& stream, Pipeline* next) {
-    Meter meter(left_, next);
-    stream.pipeStreamData(&meter, nullptr, 0, qpdf_dl_specialized, true);
+/// Decodes a stream and takes off what each of its filters gives. Gives what it holds, in bytes.
+std::uint64_t Expansion::decode(QPDFObjectHandle& stream, Pipeline* next) {
+    QPDFObjectHandle dict = stream.getDict();
+    const FilterChain chain = filterChain(dict.getKey("/Filter"), dict.getKey("/DecodeParms"));
+    const Decoded decoded = decoder_.decode(stream, chain, left_.bytes, next);
     source_->check();
-    if (meter.exceeded()) fail(LimitExceeded, "the document's structure is larger than allowed");
-    left_ -= meter.passed();
+    const bool known = decoded.known || !stream.pipeStreamData(nullptr, 0, qpdf_dl_specialized);
+    if (decoded.exceeded || !known) refuseSize();
+    return decoded.given;
 }
 
 void Expansion::measureXrefStreams() {
@@ -114,6 +148,22 @@ void Expansion::measureXrefStreams() {
              at = piece.find(keyword, at + 1)) {
             const bool isEnd = at >= 3 && piece.substr(at - 3, 3) == "end";
             if (!isEnd) measureXrefStream(start + at + keyword.size());
+        }
+        return true;
+    });
+    if (largest_.bytes != 0) countRepeated();
+}
+
+/// A table may name a cross-reference stream beside it (7.5.8.4), and many tables the same one,
+/// which libqpdf reads for each of them.
+void Expansion::countRepeated() {
+    eachPiece(*source_, longestMention, [&](std::string_view piece, Position) {
+        for (std::size_t at = piece.find('/'); at != std::string_view::npos;
+             at = piece.find('/', at + 1)) {
+            std::string_view name = piece.substr(at + 1, longestMention - 1);
+            if (!takeName(name, "XRefStm")) continue;
+            take(left_.bytes, largest_.bytes);
+            take(left_.entries, largest_.entries);
         }
         return true;
     });
@@ -132,7 +182,10 @@ bool Expansion::mentionsXref() {
 }
 
 void Expansion::measureXrefStream(Position start) {
-    const Scanned value = scan(source_, start);
+    const Scanned value = scan(source_, start, {.bytes = scanned_});
+    const Position read = value.end - std::min(value.end, start);
+    if (read > scanned_) fail(BeyondRepair, "what may be objects lies inside each other");
+    scanned_ -= read;
     if (!value.dictionary || !value.mayBeXref) return;
     // Its Length tells how much of the file is the stream, unless it is wrong.
     constexpr Position keywords = 64;
@@ -166,7 +219,11 @@ bool Expansion::measureAlone(Position start, Position end) {
         fail(BeyondRepair, "the filter of a cross-reference stream is a reference");
     }
     const bool whole = !alone.anyWarnings();
-    take(object, nullptr);
+    const std::uint64_t given = decode(object, nullptr);
+    const std::uint64_t entries = given / entrySize(dict.getKey("/W"));
+    take(left_.entries, entries);
+    largest_.bytes = std::max(largest_.bytes, given);
+    largest_.entries = std::max(largest_.entries, entries);
     return whole;
 }
 
@@ -202,7 +259,7 @@ void Expansion::measureObjectStream(QPDFObjectHandle stream) {
     if (!stream.isStream()) return;
     Host::ByteBuffer bytes;
     Collector collector(bytes);
-    take(stream, &collector);
+    static_cast<void>(decode(stream, &collector));
     collector.check();
 
     QPDFObjectHandle first = stream.getDict().getKey("/First");
@@ -214,9 +271,13 @@ void Expansion::measureObjectStream(QPDFObjectHandle stream) {
     // The objects stand side by side. Where each began inside the one before, reading them all
     // would take the square of the size.
     Position budget = 4 * bytes.size();
-    for (const Position offset : offsetsIn(data, begin)) {
+    const std::vector<Position> offsets = offsetsIn(data, begin, left_.values);
+    if (offsets.size() > left_.values) refuseSize();
+    for (const Position offset : offsets) {
         if (offset >= bytes.size()) continue;
-        const Position read = scan(data, offset).end - offset;
+        const Scanned value = scan(data, offset, {.values = left_.values});
+        take(left_.values, value.values);
+        const Position read = value.end - offset;
         if (read > budget) fail(BeyondRepair, "objects in an object stream lie inside each other");
         budget -= read;
     }

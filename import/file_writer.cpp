@@ -15,6 +15,11 @@ namespace {
 /// Ten digits tell where an object begins.
 constexpr std::uint64_t lastOffset = 9'999'999'999;
 
+/// Dictionaries of streams that had a filter behind a reference may take this many times the
+/// source, and this much at least: what streams share is written for each of them.
+constexpr std::uint64_t timesShared = 16;
+constexpr std::uint64_t leastShared = std::uint64_t{512} << 10;
+
 /// A version as one number, 1.4 as 14; 0 where the text is none.
 int versionOf(std::string_view text) noexcept {
     int major = 0;
@@ -49,7 +54,8 @@ FileWriter::FileWriter(QPDF& document, Source& source, Output& output, const Opt
       output_(output),
       streamData_(source, options),
       values_(numbering_),
-      repairs_(document) {}
+      repairs_(document),
+      shared_(timesShared * std::min(source.size(), UINT64_MAX / 64) + leastShared) {}
 
 void FileWriter::write() {
     writeHeader();
@@ -97,6 +103,10 @@ void FileWriter::writeStream(QPDFObjectHandle& stream) {
     const auto data = streamData_.read(stream, entries);
     entries["/Length"] = QPDFObjectHandle::newInteger(static_cast<long long>(data.size()));
     values_.append(text_, std::move(entries));
+    if (streamData_.inlined()) {
+        if (text_.size() > shared_) fail(LimitExceeded, "streams share too large filters");
+        shared_ -= text_.size();
+    }
     text_ += "\nstream\n";
     output_.append(text_);
     output_.append(data);

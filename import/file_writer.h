@@ -37,6 +37,7 @@ private:
     ValueWriter values_;
     Repairs repairs_;
     Entries trailer_;
+    std::uint64_t shared_; // how much more may be written of what streams share
     std::vector<std::uint64_t> offsets_;
     std::string text_;
 };

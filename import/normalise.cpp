@@ -7,6 +7,7 @@
 #include <pdf/errors.h>
 #include <pdf/import.h>
 
+#include <algorithm>
 #include <exception>
 #include <new>
 #include <string>
@@ -16,14 +17,23 @@ namespace Libraries::Files::PDF::Import {
 
 namespace {
 
-constexpr std::uint64_t leastExpansion = std::uint64_t{8} << 20;
-constexpr std::uint64_t timesExpanded = 16;
 constexpr std::size_t reserveSize = std::size_t{64} << 10;
 
-std::uint64_t objectLimit(const Options& options, std::uint64_t sourceSize) noexcept {
-    if (options.objectLimit != 0) return options.objectLimit;
-    const bool fits = sourceSize < (UINT64_MAX - leastExpansion) / timesExpanded;
-    return fits ? leastExpansion + timesExpanded * sourceSize : UINT64_MAX;
+/// `times` the size and `least`, or as much as there can be.
+std::uint64_t grown(std::uint64_t size, std::uint64_t times, std::uint64_t least) noexcept {
+    return size < (UINT64_MAX - least) / times ? least + times * size : UINT64_MAX;
+}
+
+/// A sound document has at most an entry for ten bytes, and a value for one.
+Expansion::Limits limits(const Options& options, std::uint64_t sourceSize) noexcept {
+    Expansion::Limits limits{grown(sourceSize, 16, std::uint64_t{8} << 20),
+                             grown(sourceSize, 1, std::uint64_t{64} << 10),
+                             grown(sourceSize, 2, std::uint64_t{64} << 10)};
+    if (options.objectLimit == 0) return limits;
+    limits.bytes = options.objectLimit;
+    limits.entries = std::max(limits.entries, options.objectLimit / 16);
+    limits.values = std::max(limits.values, options.objectLimit / 8);
+    return limits;
 }
 
 /// Whether there is a header where readers look for one, in the first 1024 bytes.
@@ -35,9 +45,9 @@ bool hasHeader(Source& source) {
 
 void write(const std::shared_ptr<Source>& source, Ref<Interfaces::Stripe> target,
            const Options& options) {
-    Expansion expansion(source, objectLimit(options, source->size()));
+    Expansion expansion(source, limits(options, source->size()));
     expansion.measureXrefStreams();
-    const std::shared_ptr<QPDF> document = open(source, options.password);
+    const std::shared_ptr<QPDF> document = load(source, options.password);
     // Goes before the document does: that takes memory to give memory back, and cannot fail.
     Host::ByteBuffer reserve;
     if (!reserve.reserve(reserveSize)) throw std::bad_alloc();

@@ -33,7 +33,7 @@ std::shared_ptr<QPDF> tryPassword(const std::shared_ptr<Source>& source,
 
 } // namespace
 
-std::shared_ptr<QPDF> open(const std::shared_ptr<Source>& source, std::string_view password) {
+std::shared_ptr<QPDF> load(const std::shared_ptr<Source>& source, std::string_view password) {
     // The one given comes first; older documents take it in other encodings.
     auto passwords = QUtil::possible_repaired_encodings(std::string(password));
     if (!password.empty()) passwords.emplace_back();

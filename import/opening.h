@@ -10,7 +10,7 @@ namespace Libraries::Files::PDF::Import {
 
 /// The document in `source` as libqpdf has it, its objects still unread. Throws `Failed`, with the
 /// code of what libqpdf gave up for.
-[[nodiscard]] std::shared_ptr<QPDF> open(const std::shared_ptr<Source>& source,
+[[nodiscard]] std::shared_ptr<QPDF> load(const std::shared_ptr<Source>& source,
                                          std::string_view password);
 
 /// Hands what libqpdf repaired since the last call on to the log. Throws `std::bad_alloc` where an

@@ -13,6 +13,10 @@ namespace Libraries::Files::PDF::Import {
 
 namespace {
 
+/// How many kids nodes may take from arrays that another node has had already. No sound document
+/// has such: a page has one parent.
+constexpr int mostShared = 1 << 16;
+
 /// A node of the tree that has kids.
 struct Node {
     QPDFObjectHandle dict;
@@ -30,14 +34,17 @@ private:
     [[nodiscard]] QPDFObjectHandle asObject(QPDFObjectHandle& dict, const char* key);
     void addRoot();
     void add(QPDFObjectHandle& dict, std::size_t parent);
+    void countShared(QPDFObjectHandle& kids);
     void walkKids(std::size_t index);
     [[nodiscard]] bool isKid(QPDFObjectHandle& kid);
     void setType(QPDFObjectHandle& dict, const char* type);
     void count();
 
     QPDF& document_;
-    std::vector<Node> nodes_;   // each behind its parent
-    std::set<QPDFObjGen> seen_; // the catalog, and what has kids
+    std::vector<Node> nodes_;     // each behind its parent
+    std::set<QPDFObjGen> seen_;   // the catalog, and what has kids
+    std::set<QPDFObjGen> arrays_; // of kids
+    int shared_ = 0;
     std::size_t lost_ = 0;
 };
 
@@ -86,21 +93,32 @@ bool Tree::isKid(QPDFObjectHandle& kid) {
     return hasKids(kid) || !kid.getKey("/Type").isNameAndEquals("/Pages");
 }
 
+void Tree::countShared(QPDFObjectHandle& kids) {
+    if (!kids.isIndirect() || arrays_.insert(kids.getObjGen()).second) return;
+    const int count = kids.getArrayNItems();
+    if (count > mostShared - shared_) fail(BeyondRepair, "too many pages have several parents");
+    shared_ += count;
+}
+
 void Tree::walkKids(std::size_t index) {
     QPDFObjectHandle former = nodes_[index].dict.getKey("/Kids");
+    countShared(former);
     bool changed = former.isIndirect();
     std::vector<QPDFObjectHandle> kids;
-    for (QPDFObjectHandle& kid : former.getArrayAsVector()) {
-        changed = changed || !kid.isIndirect() || !isKid(kid);
+    for (int place = 0; place < former.getArrayNItems(); ++place) {
+        QPDFObjectHandle kid = former.getArrayItem(place);
         if (!isKid(kid)) {
             ++lost_;
+            changed = true;
             continue;
         }
-        kids.push_back(kid.isIndirect() ? kid : document_.makeIndirectObject(kid));
-        if (hasKids(kids.back())) {
-            add(kids.back(), index);
+        changed = changed || !kid.isIndirect();
+        if (!kid.isIndirect()) kid = document_.makeIndirectObject(kid);
+        kids.push_back(kid);
+        if (hasKids(kid)) {
+            add(kid, index);
         } else {
-            setType(kids.back(), "/Page");
+            setType(kid, "/Page");
             ++nodes_[index].pages;
         }
     }

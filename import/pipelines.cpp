@@ -6,8 +6,9 @@
 namespace Libraries::Files::PDF::Import {
 
 void Meter::write(unsigned char const* data, size_t len) {
-    exceeded_ = exceeded_ || len > limit_ - passed_;
+    exceeded_ = exceeded_ || len > left_;
     if (exceeded_) throw std::length_error("more than the limit allows");
+    left_ -= len;
     passed_ += len;
     if (Pipeline* behind = getNext(true)) behind->write(data, len);
 }

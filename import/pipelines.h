@@ -9,11 +9,11 @@
 
 namespace Libraries::Files::PDF::Import {
 
-/// Counts what passes and stops what is too much: libqpdf would keep all of it.
+/// Takes what passes off what is left, and stops what is too much: libqpdf would keep all of it.
 class Meter final : public Pipeline {
 public:
-    explicit Meter(std::uint64_t limit, Pipeline* behind = nullptr)
-        : Pipeline("meter", behind), limit_(limit) {}
+    explicit Meter(std::uint64_t& left, Pipeline* behind = nullptr)
+        : Pipeline("meter", behind), left_(left) {}
 
     void write(unsigned char const* data, size_t len) override;
     void finish() override;
@@ -22,7 +22,7 @@ public:
     [[nodiscard]] bool exceeded() const noexcept { return exceeded_; }
 
 private:
-    std::uint64_t limit_;
+    std::uint64_t& left_;
     std::uint64_t passed_ = 0;
     bool exceeded_ = false;
 };

@@ -17,7 +17,7 @@ public:
     }
 
     void skip(int tokens);
-    Scanned run();
+    Scanned run(const ScanLimits& limits);
 
 private:
     [[nodiscard]] Token read() { return tokenizer_.readToken(source_, "object", true); }
@@ -38,13 +38,16 @@ void Scanner::skip(int tokens) {
         static_cast<void>(read());
 }
 
-Scanned Scanner::run() {
+Scanned Scanner::run(const ScanLimits& limits) {
+    const auto start = static_cast<std::uint64_t>(source_->tell());
     Token token = read();
     result_.dictionary = token.getType() == QPDFTokenizer::tt_dict_open;
     take(token);
     while (!open_.empty()) {
         token = read();
-        if (token.getType() == QPDFTokenizer::tt_eof) {
+        const bool isBeyond = result_.values > limits.values ||
+                              static_cast<std::uint64_t>(source_->tell()) - start > limits.bytes;
+        if (isBeyond || token.getType() == QPDFTokenizer::tt_eof) {
             result_.dictionary = false;
             break;
         }
@@ -57,12 +60,16 @@ Scanned Scanner::run() {
 void Scanner::take(const Token& token) {
     const auto type = token.getType();
     const bool isName = type == QPDFTokenizer::tt_name;
+    ++result_.values;
     if (isName ? token.getValue() == "/XRef" : name_ == "/Type") result_.mayBeXref = true;
     if (token.isInteger()) {
         takeNumber(token);
         return;
     }
-    if (token.isWord("R") && numbers_.size() == 2) result_.references.push_back(numbers_.front());
+    if (token.isWord("R") && numbers_.size() == 2) {
+        result_.references.push_back(numbers_.front());
+        result_.values -= 2;
+    }
     numbers_.clear();
     name_ = isName ? token.getValue() : std::string();
     if (type == QPDFTokenizer::tt_dict_open || type == QPDFTokenizer::tt_array_open) {
@@ -88,14 +95,15 @@ void Scanner::takeNumber(const Token& token) {
 
 } // namespace
 
-Scanned scan(const std::shared_ptr<InputSource>& source, std::uint64_t start) {
-    return Scanner(source, start).run();
+Scanned scan(const std::shared_ptr<InputSource>& source, std::uint64_t start,
+             const ScanLimits& limits) {
+    return Scanner(source, start).run(limits);
 }
 
 Scanned scanObject(const std::shared_ptr<InputSource>& source, std::uint64_t start) {
     Scanner scanner(source, start);
     scanner.skip(3); // number, generation, "obj"
-    return scanner.run();
+    return scanner.run({});
 }
 
 } // namespace Libraries::Files::PDF::Import

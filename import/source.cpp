@@ -14,10 +14,11 @@ namespace {
 
 constexpr std::uint64_t blockSize = std::uint64_t{16} << 10;
 
-/// How many times the source may be read, and how much at least. A sound document is read a few
-/// times; one that has libqpdf search for its parts again and again would take quadratic time.
+/// How many times the source may be read, and how much at least. A sound document is read three to
+/// twelve times; one that has libqpdf search for its parts again and again would take quadratic
+/// time.
 constexpr std::uint64_t timesRead = 64;
-constexpr std::uint64_t leastRead = std::uint64_t{64} << 20;
+constexpr std::uint64_t leastRead = std::uint64_t{1} << 20;
 
 /// References that must be followed to read an object lead libqpdf deeper, without end of its own.
 constexpr std::uintptr_t stackLimit = std::uintptr_t{256} << 10;

@@ -22,38 +22,6 @@ Handle find(const Entries& entries, const std::string& key) {
     return found == entries.end() ? Handle::newNull() : found->second;
 }
 
-/// An entry that may be one thing or an array of them.
-Handles listOf(const Entries& entries, const std::string& key) {
-    Handle value = find(entries, key);
-    if (value.isArray()) return value.getArrayAsVector();
-    return value.isNull() ? Handles() : Handles{value};
-}
-
-void set(Entries& entries, const std::string& key, const Handles& items, bool wasArray) {
-    if (items.empty()) {
-        entries.erase(key);
-    } else {
-        entries[key] = wasArray ? Handle::newArray(items) : items.front();
-    }
-}
-
-/// Takes out the filter for encryption (7.4.10): the data is decrypted by now.
-void dropCrypt(Entries& entries) {
-    Handles filters = listOf(entries, filterKey);
-    Handles parms = listOf(entries, parmsKey);
-    const bool wasArray = find(entries, filterKey).isArray();
-    const std::size_t former = filters.size();
-    for (std::size_t index = filters.size(); index-- > 0;) {
-        if (!filters[index].isNameAndEquals("/Crypt")) continue;
-        const auto place = static_cast<std::ptrdiff_t>(index);
-        filters.erase(filters.begin() + place);
-        if (index < parms.size()) parms.erase(parms.begin() + place);
-    }
-    if (filters.size() == former) return;
-    set(entries, filterKey, filters, wasArray);
-    set(entries, parmsKey, parms, wasArray);
-}
-
 /// The library looks at the entry itself.
 void makeDirect(Entries& entries, const std::string& key) {
     Handle value = find(entries, key);
@@ -62,17 +30,37 @@ void makeDirect(Entries& entries, const std::string& key) {
     if (value.isArray()) entries[key] = Handle::newArray(value.getArrayAsVector());
 }
 
-bool hasPredictor(Handle parms) {
-    if (!parms.isDictionary()) return false;
-    Handle predictor = parms.getKey("/Predictor");
-    return predictor.isInteger() && predictor.getIntValue() > 1;
+/// Makes the entry an array of what the chain says.
+void setList(Entries& entries, const std::string& key, const FilterChain& chain,
+             Handle Filter::*part) {
+    Handles items;
+    for (const Filter& filter : chain)
+        items.push_back(filter.*part);
+    entries[key] = Handle::newArray(items);
+}
+
+bool isCrypt(const Filter& filter) {
+    return Handle(filter.name).isNameAndEquals("/Crypt");
+}
+
+/// Takes out the filter for encryption (7.4.10): the data is decrypted by now.
+void dropCrypt(Entries& entries, FilterChain& chain) {
+    if (std::erase_if(chain, isCrypt) == 0) return;
+    setList(entries, filterKey, chain, &Filter::name);
+    if (find(entries, parmsKey).isArray()) setList(entries, parmsKey, chain, &Filter::parms);
+    if (!chain.empty()) return;
+    entries.erase(filterKey);
+    entries.erase(parmsKey);
+}
+
+bool hasPredictor(const Filter& filter) {
+    return predictorRow(filter) != 0;
 }
 
 /// Whether the data is what FlateDecode alone decodes, however that is said.
-bool isFlateAlone(const Entries& entries) {
-    const Handles filters = listOf(entries, filterKey);
-    return filters.size() == 1 && Handle(filters.front()).isNameAndEquals(flate) &&
-           std::ranges::none_of(listOf(entries, parmsKey), hasPredictor);
+bool isFlateAlone(const FilterChain& chain) {
+    return chain.size() == 1 && Handle(chain.front().name).isNameAndEquals(flate) &&
+           !hasPredictor(chain.front());
 }
 
 } // namespace
@@ -85,18 +73,31 @@ StreamData::StreamData(Source& source, const Options& options)
             64 * std::min(source.size(), UINT64_MAX / 128)) {}
 
 std::span<const std::uint8_t> StreamData::read(Handle& stream, Entries& entries) {
-    dropCrypt(entries);
-    makeDirect(entries, filterKey);
-    makeDirect(entries, parmsKey);
-    const bool isFlate = isFlateAlone(entries);
-    const bool isPlain = listOf(entries, filterKey).empty();
-    if (plainFilters_ && !isPlain && (isFlate || deflate(stream))) {
+    const FilterChain chain = takeChain(entries);
+    const bool isFlate = isFlateAlone(chain);
+    if (plainFilters_ && chain.empty()) entries.erase(filterKey);
+    if (plainFilters_ && !chain.empty() && (isFlate || deflate(stream, chain))) {
         entries[filterKey] = Handle::newName(flate);
         entries.erase(parmsKey);
         if (!isFlate) return bytes_.span();
     }
     readStored(stream);
     return bytes_.span();
+}
+
+/// The filters that are left when the data is decrypted, as `entries` say them then.
+FilterChain StreamData::takeChain(Entries& entries) {
+    Handle filter = find(entries, filterKey);
+    Handle parms = find(entries, parmsKey);
+    inlined_ = filter.isIndirect() || parms.isIndirect();
+    FilterChain chain = filterChain(filter, parms);
+    // What is told to more filters than there are is told to none.
+    const bool isLonger = parms.isArray() && parms.getArrayNItems() > std::ssize(chain);
+    if (isLonger) setList(entries, parmsKey, chain, &Filter::parms);
+    makeDirect(entries, filterKey);
+    makeDirect(entries, parmsKey);
+    dropCrypt(entries, chain);
+    return chain;
 }
 
 void StreamData::readStored(Handle& stream) {
@@ -108,17 +109,19 @@ void StreamData::readStored(Handle& stream) {
 }
 
 /// Decodes and deflates the data. False where it stays as it is.
-bool StreamData::deflate(Handle& stream) {
-    if (!stream.pipeStreamData(nullptr, 0, qpdf_dl_specialized)) return false;
+bool StreamData::deflate(Handle& stream, const FilterChain& chain) {
     Collector collector(bytes_);
     Pl_Flate deflater("deflater", &collector, Pl_Flate::a_deflate);
-    Meter meter(std::min(streamLimit_, left_), &deflater);
-    const bool done = stream.pipeStreamData(&meter, nullptr, 0, qpdf_dl_specialized, false, true);
+    const std::uint64_t allowed = std::min(streamLimit_, left_);
+    std::uint64_t left = allowed;
+    const Decoded decoded = decoder_.decode(stream, chain, left, &deflater);
     collector.check();
     source_.check();
-    left_ -= meter.passed();
-    if (meter.exceeded()) warn("a stream that holds more than the limit stays as it is stored");
-    return done && !meter.exceeded();
+    left_ -= allowed - left;
+    if (decoded.exceeded) warn("a stream that holds more than the limit stays as it is stored");
+    if (!decoded.known || decoded.exceeded) return false;
+    if (!decoded.whole) warn("a stream that cannot be decoded stays as it is stored");
+    return decoded.whole;
 }
 
 } // namespace Libraries::Files::PDF::Import

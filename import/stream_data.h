@@ -1,5 +1,6 @@
 #pragma once
 
+#include "decoder.h"
 #include "source.h"
 #include "value_writer.h"
 
@@ -20,14 +21,21 @@ public:
     /// dictionary.
     [[nodiscard]] std::span<const std::uint8_t> read(QPDFObjectHandle& stream, Entries& entries);
 
+    /// Whether the entries of the last one hold what stood behind a reference, which others may
+    /// share.
+    [[nodiscard]] bool inlined() const noexcept { return inlined_; }
+
 private:
+    [[nodiscard]] FilterChain takeChain(Entries& entries);
     void readStored(QPDFObjectHandle& stream);
-    [[nodiscard]] bool deflate(QPDFObjectHandle& stream);
+    [[nodiscard]] bool deflate(QPDFObjectHandle& stream, const FilterChain& chain);
 
     Source& source_;
     bool plainFilters_;
     std::uint64_t streamLimit_;
     std::uint64_t left_; // of what all streams may give
+    bool inlined_ = false;
+    Decoder decoder_;
     Host::ByteBuffer bytes_;
 };
 

@@ -39,6 +39,24 @@ bool isStorage(QPDFObjectHandle& object) {
     return type.isNameAndEquals("/XRef") || type.isNameAndEquals("/ObjStm");
 }
 
+/// Keys as they are written: libqpdf keeps a number sign that encodes nothing as NUL, which would
+/// have a place of its own in the order. Of two keys that are the same then one is kept.
+Entries spelledAlike(Entries entries) {
+    const auto isNul = [](const auto& entry) {
+        return entry.first.find('\0') != std::string::npos;
+    };
+    for (auto place = entries.begin(); place != entries.end();) {
+        const auto next = std::next(place);
+        if (isNul(*place)) {
+            auto entry = entries.extract(place);
+            std::ranges::replace(entry.key(), '\0', '#');
+            entries.insert(std::move(entry));
+        }
+        place = next;
+    }
+    return entries;
+}
+
 } // namespace
 
 std::uint32_t Numbering::of(QPDFObjectHandle& reference) {
@@ -121,7 +139,7 @@ void ValueWriter::beginArray(std::string& text, QPDFObjectHandle& array) {
 void ValueWriter::beginDictionary(std::string& text, Entries entries) {
     text += "<<";
     entries.erase("/");
-    levels_.push_back({false, std::move(entries), {}});
+    levels_.push_back({false, spelledAlike(std::move(entries)), {}});
 }
 
 void ValueWriter::finish(std::string& text) {

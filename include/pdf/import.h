@@ -1,12 +1,13 @@
 #pragma once
 
 /// @file
-/// Any PDF document as one that `Document::create` opens: the library files-pdf-import, which
-/// stands on libqpdf. Nothing else of Files PDF needs it.
+/// Any PDF document, opened, or as one that `Document::create` opens: the library
+/// files-pdf-import, which stands on libqpdf. Nothing else of Files PDF needs it.
 
 #include <host/export.h>
 #include <host/ref.h>
 #include <host/stripe.h>
+#include <pdf/document.h>
 
 #include <cstdint>
 #include <string_view>
@@ -28,14 +29,31 @@ struct Options {
     /// (DCTDecode and its like), and plain data, stays as it is stored.
     bool plainFilters = false;
 
-    /// The most bytes that the cross-reference and object streams of the document may hold
-    /// together once they are decoded. 0 stands for 8 MiB and 16 times the size of the source.
+    /// The most bytes that the filters of the document's cross-reference and object streams may
+    /// give together, those of each filter of a chain counted (ISO 32000-1, 7.4). 0 stands for
+    /// 8 MiB and 16 times the size of the source. Such streams may also have 65,536 entries and one
+    /// more for each byte of the source, or for each 16 bytes of this limit, and 65,536 values and
+    /// two more for each byte of the source, or one for each 8 bytes of this limit.
     std::uint64_t objectLimit = 0;
 
-    /// The most bytes that `plainFilters` decodes one stream to; a stream that holds more stays as
-    /// it is stored. All streams together may hold 64 times the size of the source more than that.
+    /// The most bytes that `plainFilters` has the filters of one stream give, each of them counted;
+    /// a stream that takes more stays as it is stored. All streams together may take 64 times the
+    /// size of the source more than that.
     std::uint64_t streamLimit = std::uint64_t{256} << 20;
 };
+
+/// Opens the document in the file at `path`, of whatever structure, encrypted or damaged, as it is
+/// in its last revision. Numbers are written as they were read (`Document::faithfulNumbers`). The
+/// file is not needed any more afterwards; memory holds the document, and what `normalise` takes
+/// during the call. Numbers of objects are those that `normalise` gives them.
+///
+/// Null with the code of `Host::FileSource::open`, `normalise` or `Document::create` set.
+[[nodiscard]] FILES_PDF_EXPORT Ref<Document> open(std::string_view path,
+                                                  const Options& options = {}) noexcept;
+
+/// The same for the document in `source`, of 32-bit elements, one for each byte.
+[[nodiscard]] FILES_PDF_EXPORT Ref<Document> openFrom(Ref<Interfaces::Stripe> source,
+                                                      const Options& options = {}) noexcept;
 
 /// Writes the document in `source`, as it is in its last revision, to `target`: from the start of
 /// `target` on, which should be empty. `Document::create` opens what was written.

@@ -9,6 +9,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <random>
+
 namespace {
 
 using namespace Libraries::Files::PDF;
@@ -31,6 +36,15 @@ std::string repeated(std::string_view text, std::size_t times) {
     while (times-- != 0)
         all += text;
     return all;
+}
+
+std::string hexed(std::string_view data) {
+    std::string text;
+    for (const char code : data) {
+        text += "0123456789ABCDEF"[static_cast<unsigned char>(code) >> 4U];
+        text += "0123456789ABCDEF"[static_cast<unsigned char>(code) & 15U];
+    }
+    return text + ">";
 }
 
 /// A small document whose catalog refers to object 5, which becomes the third one.
@@ -127,6 +141,39 @@ TEST(Import, SpellsWhatTheLibraryKeeps) {
     }
 }
 
+/// Names of any bytes, each spelled as it may stand in a file or with a number sign.
+std::string anyName(std::mt19937& random) {
+    constexpr std::string_view delimiters = "()<>[]{}/% ";
+    std::string name = "/";
+    for (std::size_t left = 1 + random() % 3; left-- != 0;) {
+        const char code = static_cast<char>(1 + random() % 255);
+        const bool isPlain = code > ' ' || code < 0;
+        if (isPlain && random() % 2 != 0 && delimiters.find(code) == std::string::npos) {
+            name += code;
+        } else if (random() % 4 == 0) {
+            name += "#";
+        } else {
+            char spelled[4];
+            std::snprintf(spelled, sizeof(spelled), "#%02x", static_cast<unsigned char>(code));
+            name += spelled;
+        }
+    }
+    return name;
+}
+
+TEST(Import, OrdersKeysByOneSpelling) {
+    EXPECT_EQ(third(imported(with("<< /#23#23 1 /#20#23 2 /#~ 3 /#21 4 /#23~ 5 >>").bytes())),
+              "<< /#20#23 2 /! 4 /#23#23 1 /#23~ 5 >>");
+    std::mt19937 random(1);
+    for (int round = 0; round < 200; ++round) {
+        std::string entries;
+        for (int count = 0; count < 40; ++count)
+            entries += anyName(random) + " [ " + anyName(random) + " ] ";
+        const std::string first = imported(with("<< " + entries + ">>").bytes());
+        ASSERT_EQ(imported(first), first) << entries;
+    }
+}
+
 TEST(Import, LeavesStorageBehind) {
     const std::string held = "9 0 [ 8 0 R 10 0 R (a) ]"; // its own stream and the table's
     Support::ModernFile file;
@@ -180,12 +227,28 @@ TEST(Import, DecodesWhatTheLibraryDoesNot) {
         {"/Filter [ /Crypt /FlateDecode ] /DecodeParms [ << /Name /Identity >> null ]", flated,
          "HelloHello"},
         {"/Filter /Crypt", "plain", "plain"},
+        {"/Filter [ ]", "plain", "plain"},
+        {"/Filter [ 6 0 R ] /DecodeParms [ 7 0 R ]", Support::deflated(rows10),
+         "HelloHelloHelloHello"},
+        {"/Filter [ /ASCIIHexDecode /LZWDecode ] /DecodeParms [ null << /EarlyChange 1 >> ]",
+         "800B6050220C0C8501>", "-----A---B"},
+        {"/Filter [ /AHx 6 0 R ] /DecodeParms [ 99 0 R 7 0 R ]", hexed(Support::deflated(rows10)),
+         "HelloHelloHelloHello"},
+        {"/Filter [ /AHx /Fl ] /DecodeParms [ null ]", hexed(flated), "HelloHello"},
+        {"/Filter 6 0 R /DecodeParms [ null null << >> ]", flated, "HelloHello"},
+        {"/Filter [ /AHx /Fl ] /DecodeParms 7 0 R", hexed(Support::deflated(rows10)),
+         "HelloHelloHelloHello"},
+        {"/Filter /FlateDecode /DecodeParms << /Predictor 12 >>",
+         Support::deflated(std::string("\0a\0b", 4)), "ab"},
         {"", "plain", "plain"},
         {"", std::string(300'000, 'p'), std::string(300'000, 'p')},
     };
     for (const auto& row : rows) {
-        const std::string bytes =
-            with("0").stream(5, row.entries + " ", row.data).object(6, "/FlateDecode").bytes();
+        const std::string bytes = with("0")
+                                      .stream(5, row.entries + " ", row.data)
+                                      .object(6, "/FlateDecode")
+                                      .object(7, predictor)
+                                      .bytes();
         const std::string result = imported(bytes, {.plainFilters = true});
         const auto document = Support::open(result);
         ASSERT_TRUE(document) << row.entries;
@@ -215,6 +278,55 @@ TEST(Import, DecodesWhatTheLibraryDoesNot) {
         const std::string result = imported(bytes, {.plainFilters = true, .streamLimit = 99'999});
         EXPECT_EQ(third(result), "<< " + wanted + " /Length " + std::to_string(data.size()) +
                                      " >>\nstream\n" + data + "\nendstream");
+    }
+}
+
+TEST(Import, OpensInOneCall) {
+    const auto passwords = [](const Modern& modern) {
+        return Import::Options{.password = modern.password};
+    };
+    for (const Modern& modern : moderns) {
+        const std::string path = ::testing::TempDir() + modern.name + ".pdf";
+        std::ofstream(path, std::ios::binary) << modernBytes(modern);
+        const auto document = Import::open(path, passwords(modern));
+        std::filesystem::remove(path);
+        ASSERT_TRUE(document) << modern.name;
+        EXPECT_EQ(document->getPages().size(), modern.pages) << modern.name;
+        EXPECT_TRUE(document->cacheStreamData()) << modern.name;
+    }
+    const auto numbers = Import::openFrom(stripeOf(with("[ .50 -.5 ]").bytes()));
+    ASSERT_TRUE(numbers);
+    EXPECT_EQ(third(Support::write(*numbers)), "[ .50 -.5 ]");
+
+    EXPECT_FALSE(Import::open(::testing::TempDir() + "missing.pdf"));
+    EXPECT_EQ(Host::Error::get(), Host::FileNotOpened);
+    EXPECT_FALSE(Import::openFrom(nullptr));
+    EXPECT_EQ(Host::Error::get(), NullArgument);
+    EXPECT_FALSE(Import::openFrom(stripeOf(modernBytes(moderns[1]))));
+    EXPECT_EQ(Host::Error::get(), PasswordNeeded);
+}
+
+TEST(Import, DecodesStreamsOfOtherProducers) {
+    const std::pair<const char*, const char*> rows[] = {
+        {"hyperref-form", ""}, {"inherited", ""},  {"jpeg-page", "DCTDecode"},
+        {"layers", ""},        {"type3-font", ""}, {"stamped-ascii85", ""},
+    };
+    for (const auto& [name, image] : rows) {
+        const std::string bytes = Support::sample(std::string("users/") + name + ".pdf");
+        const auto document = Import::openFrom(stripeOf(bytes), {.plainFilters = true});
+        ASSERT_TRUE(document) << name;
+        std::size_t streams = 0;
+        for (const auto& object : document->getObjects()) {
+            const auto stream = Support::streamOf(*document, object->id());
+            if (!stream) continue;
+            ++streams;
+            const auto filter = stream->dict()->find("Filter"_str);
+            const bool isImage =
+                *image != '\0' && Support::textOf(filter).find(image) != std::string::npos;
+            EXPECT_TRUE(isImage || document->readStreamData(stream, true))
+                << name << ": " << Support::textOf(filter);
+        }
+        EXPECT_GT(streams, 0U) << name;
     }
 }
 
