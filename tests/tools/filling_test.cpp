@@ -64,38 +64,38 @@ std::string placed(const std::string& looks) {
 }
 
 TEST(Filling, PlacesTextWhereViewersDo) {
-    // Helvetica: ascent 718, descent -207; A is 667 wide, i 222, a space 278.
+    // Helvetica: from -225 to 950 with accents; A is 667 wide, i 222, a space 278.
     const struct {
         const char *name, *entries, *text, *drawn;
     } rows[] = {
-        {"left, in the middle of the height", "", "A", "/Helv 10 Tf\n1 0 0 1 2 7.445 Tm <41> Tj\n"},
-        {"right", "/Q 2", "A", "/Helv 10 Tf\n1 0 0 1 91.33 7.445 Tm <41> Tj\n"},
-        {"centred", "/Q 1", "A", "/Helv 10 Tf\n1 0 0 1 46.665 7.445 Tm <41> Tj\n"},
+        {"left, in the middle of the height", "", "A", "/Helv 10 Tf\n1 0 0 1 2 6.375 Tm <41> Tj\n"},
+        {"right", "/Q 2", "A", "/Helv 10 Tf\n1 0 0 1 91.33 6.375 Tm <41> Tj\n"},
+        {"centred", "/Q 1", "A", "/Helv 10 Tf\n1 0 0 1 46.665 6.375 Tm <41> Tj\n"},
         {"too long for its field", "/Q 1 /Rect [ 0 0 9 20 ]", "AAAA",
-         "/Helv 10 Tf\n1 0 0 1 2 7.445 Tm <41414141> Tj\n"},
+         "/Helv 10 Tf\n1 0 0 1 2 6.375 Tm <41414141> Tj\n"},
         {"as large as the height takes", "/DA (/Helv 0 Tf)", "A",
-         "/Helv 15.65 Tf\n1 0 0 1 2 6.00143 Tm <41> Tj\n"},
+         "/Helv 15.31 Tf\n1 0 0 1 2 4.45013 Tm <41> Tj\n"},
         {"as large as the width takes", "/DA (/Helv 0 Tf) /Rect [ 0 0 17.34 20 ]", "AA",
-         "/Helv 10 Tf\n1 0 0 1 2 7.445 Tm <4141> Tj\n"},
-        {"line ends on one line", "", "A\r\nA", "/Helv 10 Tf\n1 0 0 1 2 7.445 Tm <412041> Tj\n"},
+         "/Helv 10 Tf\n1 0 0 1 2 6.375 Tm <4141> Tj\n"},
+        {"line ends on one line", "", "A\r\nA", "/Helv 10 Tf\n1 0 0 1 2 6.375 Tm <412041> Tj\n"},
         {"wrapped at spaces and ends", "/Ff 4096 /Rect [ 9 9 30 70 ]", "A iAi iA\n\ni",
-         "/Helv 10 Tf\n1 0 0 1 2 51.82 Tm <41> Tj\n1 0 0 1 2 40.32 Tm <694169> Tj\n"
-         "1 0 0 1 2 28.82 Tm <6941> Tj\n1 0 0 1 2 5.82 Tm <69> Tj\n"},
+         "/Helv 10 Tf\n1 0 0 1 2 49.5 Tm <41> Tj\n1 0 0 1 2 38 Tm <694169> Tj\n"
+         "1 0 0 1 2 26.5 Tm <6941> Tj\n1 0 0 1 2 3.5 Tm <69> Tj\n"},
         {"a word that is too long", "/Ff 4096 /Rect [ 0 0 19 60 ]", "AAA",
-         "/Helv 10 Tf\n1 0 0 1 2 50.82 Tm <4141> Tj\n1 0 0 1 2 39.32 Tm <41> Tj\n"},
+         "/Helv 10 Tf\n1 0 0 1 2 48.5 Tm <4141> Tj\n1 0 0 1 2 37 Tm <41> Tj\n"},
         {"lines as large as fit", "/Ff 4096 /DA (/Helv 0 Tf) /Rect [ 0 0 100 20 ]", "A\nA",
-         "/Helv 6.5 Tf\n1 0 0 1 2 13.333 Tm <41> Tj\n1 0 0 1 2 5.858 Tm <41> Tj\n"},
+         "/Helv 6.5 Tf\n1 0 0 1 2 11.825 Tm <41> Tj\n1 0 0 1 2 4.35 Tm <41> Tj\n"},
         {"a comb", "/Ff 16777216 /MaxLen 4 /Rect [ 0 0 42 20 ]", "Ai",
-         "/Helv 10 Tf\n1 0 0 1 2.665 7.445 Tm <41> Tj\n1 0 0 1 14.89 7.445 Tm <69> Tj\n"},
+         "/Helv 10 Tf\n1 0 0 1 2.665 6.375 Tm <41> Tj\n1 0 0 1 14.89 6.375 Tm <69> Tj\n"},
         {"a comb from the right", "/Q 2 /Ff 16777216 /MaxLen 4 /Rect [ 0 0 42 20 ]", "A",
-         "/Helv 10 Tf\n1 0 0 1 32.665 7.445 Tm <41> Tj\n"},
-        {"a password", "/Ff 8192", "Ai", "/Helv 10 Tf\n1 0 0 1 2 7.445 Tm <2A2A> Tj\n"},
+         "/Helv 10 Tf\n1 0 0 1 32.665 6.375 Tm <41> Tj\n"},
+        {"a password", "/Ff 8192", "Ai", "/Helv 10 Tf\n1 0 0 1 2 6.375 Tm <2A2A> Tj\n"},
         {"turned", "/MK << /R 90 >> /Rect [ 0 0 20 100 ]", "A",
-         "/Helv 10 Tf\n1 0 0 1 2 7.445 Tm <41> Tj\n"},
-        {"characters beyond ASCII", "", "é€", "/Helv 10 Tf\n1 0 0 1 2 7.445 Tm <E980> Tj\n"},
+         "/Helv 10 Tf\n1 0 0 1 2 6.375 Tm <41> Tj\n"},
+        {"characters beyond ASCII", "", "é€", "/Helv 10 Tf\n1 0 0 1 2 6.375 Tm <E980> Tj\n"},
         {"nothing", "", "", "/Helv 10 Tf\n"},
         {"lines as small as can be read", "/Ff 4096 /DA (/Helv 0 Tf) /Rect [ 0 0 9 9 ]",
-         "A\nA\nA\nA", "/Helv 4 Tf\n1 0 0 1 2 4.128 Tm <41> Tj\n1 0 0 1 2 -0.472 Tm <41> Tj\n"},
+         "A\nA\nA\nA", "/Helv 4 Tf\n1 0 0 1 2 3.2 Tm <41> Tj\n1 0 0 1 2 -1.4 Tm <41> Tj\n"},
     };
     for (const auto& row : rows) {
         const std::string field =
@@ -103,6 +103,47 @@ TEST(Filling, PlacesTextWhereViewersDo) {
         const auto document = openForm({{10, field}});
         EXPECT_EQ(fill(document, "t", row.text), Filled::Shown) << row.name;
         EXPECT_EQ(placed(looksOf(document, 10)), row.drawn) << row.name;
+    }
+}
+
+TEST(Filling, CutsNoLineThatItsFieldHasRoomFor) {
+    // A line of 12 points is 14.1 high, from -2.7 to 11.4.
+    const struct {
+        const char *name, *entries, *drawn;
+    } rows[] = {
+        {"within the border", "/Rect [ 0 0 50 18 ]", "1 1 48 16 re W n\n2 4.65 Tm"},
+        {"over the border", "/Rect [ 0 0 50 15 ]", "1 0 48 15 re W n\n2 3.15 Tm"},
+        {"over a border in a turned field", "/Rect [ 0 0 15 50 ] /MK << /R 90 >>",
+         "1 0 48 15 re W n\n2 3.15 Tm"},
+        {"higher than the field", "/Rect [ 0 0 50 11 ]", "1 0 48 11 re W n\n2 1.15 Tm"},
+        {"in a comb", "/Rect [ 0 0 50 11 ] /Ff 16777216 /MaxLen 1",
+         "1 0 48 11 re W n\n19.336 1.15 Tm"},
+        {"of several", "/Rect [ 0 0 50 11 ] /Ff 4096", "1 0 48 11 re W n\n2 1.15 Tm"},
+        {"of several within the border", "/Rect [ 0 0 50 18 ] /Ff 4096",
+         "1 1 48 16 re W n\n2 4.65 Tm"},
+        {"of several with room", "/Rect [ 0 0 50 19 ] /Ff 4096", "1 1 48 17 re W n\n2 5.6 Tm"},
+        {"in a list", "/FT /Ch /Rect [ 0 0 50 11 ]", "1 0 48 11 re W n\n2 1.15 Tm"},
+        {"by a font that is embedded", "/Rect [ 0 0 50 15 ] /DA (/Own 12 Tf)",
+         "1 1 48 13 re W n\n2 3.6 Tm"}, // from -1.8 to 9.6
+    };
+    for (const auto& row : rows) {
+        const std::string field =
+            "<< /FT /Tx /T (t) /DA (/Helv 12 Tf) /Opt [ (W) ] /DR << /Font << "
+            "/Helv 9 0 R /Own 11 0 R >> >> " +
+            std::string(row.entries) + " >>";
+        const auto document = openForm(
+            {{10, field},
+             {11, "<< /Subtype /TrueType /BaseFont /Own /FirstChar 87 /Widths [ 500 ] "
+                  "/FontDescriptor << /Ascent 750 /Descent 250 /FontFile2 7 0 R /FontBBox [ "
+                  "0 -150 900 800 ] >> >>"}});
+        EXPECT_EQ(fill(document, "t", "W"), Filled::Shown) << row.name;
+        const std::string looks = looksOf(document, 10);
+        const auto clip = looks.find("q\n") + 2;
+        const auto line = looks.find("1 0 0 1 ") + 8;
+        EXPECT_EQ(looks.substr(clip, looks.find('\n', clip) + 1 - clip) +
+                      looks.substr(line, looks.find(" <", line) - line),
+                  row.drawn)
+            << row.name;
     }
 }
 

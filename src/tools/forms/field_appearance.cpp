@@ -61,6 +61,16 @@ std::string rectangleOperands(const Rectangle& box) {
            spelled(box.height());
 }
 
+/// Where a text may be drawn: within the border, but over the whole height where its lines need
+/// that.
+Rectangle textClip(const WidgetFrame& frame, double lineHeight) {
+    Rectangle area = frame.inside();
+    if (lineHeight <= area.height()) return area;
+    area.bottom = 0;
+    area.top = frame.height();
+    return area;
+}
+
 /// The ground of an option that is selected.
 std::string marked(const Rectangle& area) {
     return "0.6 0.757 0.855 rg " + rectangleOperands(area) + " re f\n";
@@ -117,7 +127,7 @@ Filled FieldAppearances::showText(const FieldEntries& widget, std::string_view t
     const std::uint64_t cells = combCells(widget);
     const TextBlock block = laidOut(widget, frame, font->font, std::move(*codes), style.size);
     const std::string lines = cells == 0 ? "" : combLines(frame, cells);
-    return show(widget, frame, lines + textOperators(block, style), style, *font);
+    return show(widget, frame, lines, block, style, *font);
 }
 
 Filled FieldAppearances::showList(const FieldEntries& widget,
@@ -144,16 +154,15 @@ Filled FieldAppearances::showList(const FieldEntries& widget,
         if (selected.contains(options[index].value)) marks += marked(behind);
         top = behind.bottom;
     }
-    return show(widget, frame, marks + textOperators(layout.list(std::move(texts)), style), style,
-                *font);
+    return show(widget, frame, marks, layout.list(std::move(texts)), style, *font);
 }
 
 Filled FieldAppearances::show(const FieldEntries& widget, const WidgetFrame& frame,
-                              const std::string& operators, const TextStyle& style,
-                              const FormFont& font) {
-    const std::string content = frame.rectangle() + "/Tx BMC\nq\n" +
-                                rectangleOperands(frame.inside()) + " re W n\n" + operators +
-                                "Q\nEMC\n";
+                              const std::string& ground, const TextBlock& block,
+                              const TextStyle& style, const FormFont& font) {
+    const Rectangle area = textClip(frame, font.font.lineHeight(block.size));
+    const std::string content = frame.rectangle() + "/Tx BMC\nq\n" + rectangleOperands(area) +
+                                " re W n\n" + ground + textOperators(block, style) + "Q\nEMC\n";
     const Ref<Dictionary> fonts = orThrow(Dictionary::create());
     if (!fonts->set(style.fontName, font.entry)) throw std::bad_alloc();
     const Ref<Dictionary> resources = orThrow(Dictionary::create({{"Font", fonts}}));

@@ -37,8 +37,8 @@ public:
 
 private:
     [[nodiscard]] Filled show(const FieldEntries& widget, const WidgetFrame& frame,
-                              const std::string& operators, const TextStyle& style,
-                              const FormFont& font);
+                              const std::string& ground, const TextBlock& block,
+                              const TextStyle& style, const FormFont& font);
     [[nodiscard]] Ref<Value> stream(const WidgetFrame& frame, const std::string& content,
                                     const Ref<Dictionary>& resources);
     [[nodiscard]] bool setNormal(const Ref<Dictionary>& widget, const Ref<Value>& looks);

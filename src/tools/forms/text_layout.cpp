@@ -65,8 +65,7 @@ double TextLayout::startOf(const Codes& codes, double size) const noexcept {
 }
 
 double TextLayout::middleBaseline(double size) const noexcept {
-    const double reach = (font_.ascent() - font_.descent()) * size / 1000;
-    const double below = (place_.area.height() - reach) / 2;
+    const double below = (place_.area.height() - font_.lineHeight(size)) / 2;
     return place_.area.bottom + below - font_.descent() * size / 1000;
 }
 
@@ -75,7 +74,7 @@ TextBlock TextLayout::single(Codes codes) const {
     double size = place_.size;
     if (size <= 0) {
         const double wide = widthOf(codes, 1);
-        size = place_.area.height() / leading(1);
+        size = place_.area.height() / font_.lineHeight(1);
         if (wide > 0) size = std::min(size, place_.area.width() / wide);
         size = std::max(std::floor(size * 100) / 100, smallest);
     }
@@ -90,7 +89,8 @@ TextBlock TextLayout::wrapped(const Codes& codes) const {
     if (place_.size > 0) return stacked(broken(codes, place_.size), place_.size);
     for (double size = usual; size > smallest; size -= step) {
         auto lines = broken(codes, size);
-        const double height = leading(size) * static_cast<double>(lines.size());
+        const double more = lines.empty() ? 0 : static_cast<double>(lines.size() - 1);
+        const double height = font_.lineHeight(size) + leading(size) * more;
         if (height <= place_.area.height()) return stacked(std::move(lines), size);
     }
     return stacked(broken(codes, smallest), smallest);
@@ -132,7 +132,8 @@ void TextLayout::breakParagraph(const Codes& paragraph, double size,
 
 TextBlock TextLayout::stacked(std::vector<Codes> lines, double size) const {
     TextBlock block{size, {}};
-    double y = place_.area.top - font_.ascent() * size / 1000;
+    const bool fits = font_.lineHeight(size) <= place_.area.height();
+    double y = fits ? place_.area.top - font_.ascent() * size / 1000 : middleBaseline(size);
     for (Codes& line : lines) {
         if (y + size < place_.area.bottom) break; // nobody sees it
         while (!line.empty() && line.back() == space)
@@ -153,7 +154,8 @@ TextBlock TextLayout::list(std::vector<Codes> lines) const {
 TextBlock TextLayout::comb(const Codes& codes, std::uint64_t cells) const {
     const double cell = place_.area.width() / static_cast<double>(cells);
     double size = place_.size;
-    if (size <= 0) size = std::max(std::min(place_.area.height() / leading(1), cell), smallest);
+    if (size <= 0)
+        size = std::max(std::min(place_.area.height() / font_.lineHeight(1), cell), smallest);
     TextBlock block{size, {}};
     const std::uint64_t used = std::min<std::uint64_t>(codes.size(), cells);
     const std::uint64_t rest = cells - used;

@@ -44,9 +44,10 @@ public:
     /// for more than 65,536 of them.
     [[nodiscard]] static std::optional<Codes> encoded(const TextFont& font, std::string_view utf8);
 
-    /// One line, in the middle of the height.
+    /// One line, in the middle of the height, also where it is higher than that.
     [[nodiscard]] TextBlock single(Codes codes) const;
-    /// Lines from the top on, broken where they become too long.
+    /// Lines from the top on, broken where they become too long. A line that is higher than the
+    /// area stands in its middle, here and in lists.
     [[nodiscard]] TextBlock wrapped(const Codes& codes) const;
     /// Each code in the middle of one of `cells` of equal width.
     [[nodiscard]] TextBlock comb(const Codes& codes, std::uint64_t cells) const;
