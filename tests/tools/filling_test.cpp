@@ -288,6 +288,7 @@ TEST(Filling, MakesLooksForButtonsWithout) {
         {"/MK << /CA (l) /BC [ 0 ] >>", "0 g\n14.5 10 m"},
         {"/Ff 32768 /MK << /BC [ 1 ] >>", "1 G\n1 w\n19.5 10 m"},
         {"/AP << /N << >> >>", "0 g\n3.7 9.55 m"},
+        {"/AP << /N << /I#20agree << >> >> >>", "0 g\n3.7 9.55 m"},
         {"/MK << /CA (u) >>", "0 g\n3.7 10 m"},
         {"/MK << /CA (n) >>", "0 g\n4.6 4.6 m"},
         {"/MK << /CA (H) >>", "0 g\n10 16.75 m"},
@@ -471,6 +472,50 @@ TEST(Flattening, DrawsFieldsOnTheirPages) {
         << looksOf(document, 16);
     EXPECT_TRUE(Tools::flattenForm(*document)) << "nothing is left to do";
     EXPECT_TRUE(open(write(*document)));
+}
+
+TEST(Flattening, GivesLooksToWhatHasNoStream) {
+    const std::string box = "0 G\n1 w\n0.5 0.5 19 19 re S\n";
+    const std::string mark = box + "1 0 0 rg\n3.7 9.55 m";
+    const std::string caption = box + "/Tx BMC\nq\n1 1 18 18 re W n\nBT\n1 0 0 rg\n";
+    const struct {
+        const char *name, *entries, *state;
+        std::string drawn;
+        bool asked = false;
+    } rows[] = {
+        {"an empty look", "/FT /Btn /AS /On /AP << /N << /On << >> >> >>", "On", mark},
+        {"empty looks, off", "/FT /Btn /AS /Off /AP << /N << /On << >> >> >>", "Off", box},
+        {"no AS", "/FT /Btn /V /On /AP << /N << /On << >> >> >>", "On", mark},
+        {"the value of another", "/FT /Btn /V /X /AP << /N << /On << >> >> >>", "Off", box},
+        {"no looks at all", "/FT /Btn /V /On /AP << /N << >> >>", "On", mark},
+        {"drawn by its author", "/FT /Btn /V /On /AP << /N << /On 4 0 R >> >>", "On", "0 0 9 9 re"},
+        {"not drawn when off", "/FT /Btn /AP << /N << /On 4 0 R >> >>", "Off", "none"},
+        {"the same, asked for", "/FT /Btn /AP << /N << /On 4 0 R >> >>", "Off", box, true},
+        {"on, asked for", "/FT /Btn /V /On /AP << /N << /On 4 0 R >> >>", "On", mark, true},
+        {"asked for without need", "/FT /Btn /V /On /AP << /N << /On 4 0 R /Off 4 0 R >> >>", "On",
+         "0 0 9 9 re", true},
+        {"a push button", "/FT /Btn /Ff 65536", "",
+         caption + "/Helv 10 Tf\n1 0 0 1 8.335 6.375 Tm"},
+        {"an empty one", "/FT /Btn /Ff 65536 /AP << /N << >> >>", "", caption},
+        {"an icon's", "/FT /Btn /Ff 65536 /MK << /BC [ 0 ] /CA (i) /TP 1 >>", "", box},
+        {"one with looks", "/FT /Btn /Ff 65536 /AP << /N 4 0 R >>", "", "0 0 9 9 re"},
+        {"a signature", "/FT /Sig", "", box},
+        {"nothing to draw", "/FT /Sig /MK << >>", "", "none"},
+    };
+    for (const auto& row : rows) {
+        const auto document = openForm(
+            {{3, "<< /Type /Page /Parent 2 0 R /MediaBox [ 0 0 9 9 ] /Annots [ 10 0 R ] >>"},
+             {10, "<< /Subtype /Widget /Rect [ 0 0 20 20 ] /MK << /BC [ 0 ] /CA (`) >> " +
+                      std::string(row.entries) + " >>"}},
+            row.asked ? "<< /DA (/Helv 10 Tf 1 0 0 rg) /NeedAppearances true >>"
+                      : "<< /DA (/Helv 10 Tf 1 0 0 rg) >>");
+        const RecordingLog log;
+        ASSERT_TRUE(Tools::flattenForm(*document)) << row.name << log.text();
+        EXPECT_TRUE(looksOf(document, 10, row.state).starts_with(row.drawn))
+            << row.name << ": " << looksOf(document, 10, row.state);
+        const std::string state = entry(document, 10, "AS");
+        EXPECT_EQ(state, *row.state == 0 ? "(null)" : row.state) << row.name;
+    }
 }
 
 TEST(Flattening, LosesNoValueThatItCannotDraw) {

@@ -17,20 +17,6 @@ namespace {
 /// Bytes that are worth the time and the entry that deflating takes.
 constexpr std::size_t shortest = 512;
 
-/// What a text leaves free beside the border.
-Rectangle textArea(const WidgetFrame& frame, bool above) {
-    Rectangle area = frame.inside();
-    const double rim =
-        std::min({std::max(frame.borderWidth(), 1.0), area.width() / 4, area.height() / 4});
-    area.left += rim;
-    area.right -= rim;
-    if (above) {
-        area.bottom += rim;
-        area.top -= rim;
-    }
-    return area;
-}
-
 TextPlace textPlace(const FieldEntries& widget, const Rectangle& area, double size) {
     const std::int64_t quadding = widget.number("Q");
     const bool known = quadding >= 0 && quadding <= 2;
@@ -112,6 +98,19 @@ TextBlock laidOut(const FieldEntries& widget, const WidgetFrame& frame, const Te
 
 } // namespace
 
+Rectangle textArea(const WidgetFrame& frame, bool stacked) {
+    Rectangle area = frame.inside();
+    const double rim =
+        std::min({std::max(frame.borderWidth(), 1.0), area.width() / 4, area.height() / 4});
+    area.left += rim;
+    area.right -= rim;
+    if (stacked) {
+        area.bottom += rim;
+        area.top -= rim;
+    }
+    return area;
+}
+
 Filled FieldAppearances::showText(const FieldEntries& widget, std::string_view text) {
     const WidgetFrame frame(document_, *widget.own());
     if (!frame.hasArea()) return Filled::Shown;
@@ -168,24 +167,6 @@ Filled FieldAppearances::show(const FieldEntries& widget, const WidgetFrame& fra
     const Ref<Dictionary> resources = orThrow(Dictionary::create({{"Font", fonts}}));
     const Ref<Value> looks = stream(frame, content, resources);
     return looks && setNormal(widget.own(), looks) ? Filled::Shown : Filled::Failed;
-}
-
-Filled FieldAppearances::showStates(const FieldEntries& widget, std::string_view state) {
-    const WidgetFrame frame(document_, *widget.own());
-    const bool radio = widget.has(FieldFlags::radio);
-    const auto looks = Host::cast<Dictionary>(widget.find("MK"));
-    const auto caption = looks ? Host::cast<String>(followEntry(document_, *looks, "CA")) : nullptr;
-    const std::string style = caption && caption->text() ? caption->text()->utf8() : "";
-    const char mark = style.size() == 1 ? style.front() : radio ? 'l' : '4';
-    const std::string around = radio && mark == 'l' ? frame.circle() : frame.rectangle();
-    const std::string on = around + styleOf(widget).colour + buttonMark(mark, frame.inside());
-    const Ref<Dictionary> none = orThrow(Dictionary::create());
-    const Ref<Value> shown = stream(frame, on, none);
-    const Ref<Value> hidden = shown ? stream(frame, around, none) : nullptr;
-    if (!hidden) return Filled::Failed;
-    const Ref<Dictionary> states = orThrow(Dictionary::create({{"Off", hidden}}));
-    if (!states->set(state, shown)) throw std::bad_alloc();
-    return setNormal(widget.own(), states) ? Filled::Shown : Filled::Failed;
 }
 
 Ref<Value> FieldAppearances::stream(const WidgetFrame& frame, const std::string& content,

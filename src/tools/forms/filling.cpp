@@ -245,14 +245,16 @@ std::optional<std::string> Filling::findState(const std::vector<FieldOption>& kn
     return nameFor(text);
 }
 
-/// Shows the state in a widget that has looks for it, or in one of those of which none has any.
+/// Shows the state in a widget that names it, or in one of those of which none names any.
 bool Filling::showState(const Ref<Dictionary>& widget, std::string_view state, bool bare) {
-    bool on = bare && state != off;
-    if (on) {
-        if (appearances_.showStates(entries_.of(widget), state) != Filled::Shown) return false;
-    } else {
-        const auto states = statesOf(document_, *widget);
-        on = std::ranges::find(states, state) != states.end();
+    const auto states = statesOf(document_, *widget);
+    const bool own = std::ranges::find(states, state) != states.end();
+    const bool on = state != off && (own || bare);
+    const std::string_view drawn = on ? state : states.empty() ? off : states.front();
+    if (!states.empty() || bare) {
+        const FieldEntries entries = entries_.of(widget);
+        if (appearances_.showStates(entries, drawn, areViewersAsked()) != Filled::Shown)
+            return false;
     }
     return changes_.set(widget, "AS", orThrow(Name::create(on ? state : off)));
 }
