@@ -353,6 +353,33 @@ TEST(Filling, ChoosesOptionsByWhatTheyShowOrExport) {
     }
 }
 
+TEST(Filling, ScrollsListsToTheirSelection) {
+    const struct {
+        const char *entries, *chosen, *top, *drawn; // 3 of 5 options are seen
+    } rows[] = {
+        {"", "a", "(null)", "<61> <62> <63> "},   {"", "c", "(null)", "<61> <62> <63> "},
+        {"", "d", "1.0", "<62> <63> <64> "},      {"", "e", "2.0", "<63> <64> <65> "},
+        {"/TI 3", "b", "1.0", "<62> <63> <64> "}, {"/TI 1", "b", "1.0", "<62> <63> <64> "},
+        {"/TI 1", "", "1.0", "<62> <63> <64> "},  {"/TI 3", "e", "3.0", "<64> <65> "},
+        {"/TI 5", "e", "2.0", "<63> <64> <65> "}, {"/TI -1", "", "0.0", "<61> <62> <63> "},
+    };
+    for (const auto& row : rows) {
+        const auto document = openForm(
+            {{10, "<< /FT /Ch /T (l) /Kids [ 11 0 R ] /Opt [ (a) (b) (c) (d) (e) ] " +
+                      std::string(row.entries) + " >>"},
+             {11, "<< /Parent 10 0 R /Rect [ 0 0 50 38.5 ] >>"}}); // 34.5 within, lines of 11.5
+        EXPECT_EQ(fill(document, "l", row.chosen), Filled::Shown);
+        EXPECT_EQ(entry(document, 10, "TI"), row.top) << row.entries << row.chosen;
+        const std::string looks = looksOf(document, 11);
+        std::string drawn;
+        for (auto at = looks.find(" Tm <"); at != std::string::npos;
+             at = looks.find(" Tm <", at + 1))
+            drawn += looks.substr(at + 4, 4) + " ";
+        EXPECT_EQ(drawn, row.drawn) << row.entries << row.chosen;
+        EXPECT_EQ(looks.find(" rg 1 ") != std::string::npos, *row.chosen != 0) << looks;
+    }
+}
+
 TEST(Filling, FindsFieldsThatInheritAndArraysElsewhere) {
     const auto document = openForm(
         {{5, "<< /Fields 20 0 R /DR << /Font << /Helv 9 0 R >> >> >>"},

@@ -138,14 +138,14 @@ Filled FieldAppearances::showList(const FieldEntries& widget,
     if (!font) return Filled::ViewerNeeded;
     const Rectangle area = textArea(frame, true);
     const TextLayout layout(font->font, textPlace(widget, area, style.size));
-    const double line = TextLayout::leading(layout.list({}).size);
-    const auto first = static_cast<std::size_t>(std::max<std::int64_t>(widget.number("TI"), 0));
+    const double line = TextLayout::leading(TextLayout::listSize(style.size));
     const auto& options = this->options(widget);
     const std::unordered_set<std::string> selected(selection.begin(), selection.end());
     std::vector<Codes> texts;
     std::string marks;
     double top = area.top;
-    for (std::size_t index = first; index < options.size() && top > area.bottom; ++index) {
+    for (std::size_t index = listTop(widget, selection);
+         index < options.size() && top > area.bottom; ++index) {
         auto codes = TextLayout::encoded(font->font, options[index].text);
         if (!codes) return Filled::ViewerNeeded;
         texts.push_back(std::move(*codes));
@@ -154,6 +154,23 @@ Filled FieldAppearances::showList(const FieldEntries& widget,
         top = behind.bottom;
     }
     return show(widget, frame, marks, layout.list(std::move(texts)), style, *font);
+}
+
+std::size_t FieldAppearances::listTop(const FieldEntries& widget,
+                                      const std::vector<std::string>& selection) {
+    const auto& options = this->options(widget);
+    const auto given = static_cast<std::uint64_t>(widget.number("TI")); // negative: beyond the last
+    const std::size_t top = given < options.size() ? given : 0;
+    const std::unordered_set<std::string> selected(selection.begin(), selection.end());
+    const auto found = std::ranges::find_if(
+        options, [&](const ChoiceOption& option) { return selected.contains(option.value); });
+    if (found == options.end()) return top;
+    const double height = textArea(WidgetFrame(document_, *widget.own()), true).height();
+    const double line = TextLayout::leading(TextLayout::listSize(styleOf(widget).size));
+    const auto lines = static_cast<std::size_t>(std::clamp(height / line, 1.0, 1e6));
+    const auto first = static_cast<std::size_t>(found - options.begin());
+    if (first < top) return first;
+    return std::max(top, first + 1 - std::min(lines, first + 1));
 }
 
 Filled FieldAppearances::show(const FieldEntries& widget, const WidgetFrame& frame,

@@ -26,6 +26,10 @@ public:
     /// What a list box shows, with the values that are selected.
     [[nodiscard]] Filled showList(const FieldEntries& widget,
                                   const std::vector<std::string>& selection);
+    /// The place of the option that a list box begins with: TI's (ISO 32000-1, table 231), or one
+    /// from which the first of the selection is seen.
+    [[nodiscard]] std::size_t listTop(const FieldEntries& widget,
+                                      const std::vector<std::string>& selection);
     /// Looks for the state of a check box or radio button, and for "Off", where the state has none:
     /// no stream, that is. `whole` asks for both where one of them has none.
     [[nodiscard]] Filled showStates(const FieldEntries& widget, std::string_view state, bool whole);

@@ -43,6 +43,7 @@ private:
     [[nodiscard]] Filled setButton(std::string_view text);
     [[nodiscard]] bool findChoice(std::span<const std::string_view> texts, Choice& choice) const;
     [[nodiscard]] bool storeChoice(const Choice& choice);
+    [[nodiscard]] bool scrollTo(const std::vector<std::string>& selection);
     [[nodiscard]] std::optional<std::string> findState(const std::vector<FieldOption>& known,
                                                        std::string_view text) const;
     [[nodiscard]] bool showState(const Ref<Dictionary>& widget, std::string_view state, bool bare);
@@ -164,6 +165,7 @@ Filled Filling::choose(std::span<const std::string_view> texts) {
     if (!findChoice(texts, choice) || !storeChoice(choice) || !dropStale()) return Filled::Failed;
     const bool list = !entries_.has(FieldFlags::combo);
     const auto selected = selectionOf(entries_);
+    if (list && !scrollTo(selected)) return Filled::Failed;
     return showAll([&](const FieldEntries& widget) {
         return list ? appearances_.showList(widget, selected)
                     : appearances_.showText(widget, choice.shown);
@@ -212,6 +214,14 @@ bool Filling::storeChoice(const Choice& choice) {
     for (const std::size_t place : choice.places)
         places.emplace_back(orThrow(Number::create(static_cast<std::int64_t>(place))));
     return changes_.set(entries_.own(), "I", orThrow(Array::create(places)));
+}
+
+/// Has viewers begin a list with an option from which the selection is seen.
+bool Filling::scrollTo(const std::vector<std::string>& selection) {
+    const auto top =
+        static_cast<std::int64_t>(appearances_.listTop(entries_.of(widgets_.front()), selection));
+    return top == entries_.number("TI") ||
+           changes_.set(entries_.own(), "TI", orThrow(Number::create(top)));
 }
 
 Filled Filling::setButton(std::string_view text) {

@@ -17,12 +17,11 @@ constexpr double usual = 12;   // of several lines, where the field does not say
 constexpr double step = 0.5;
 constexpr std::size_t longest = 65536; // codes that any field has room for
 
-/// Of a list of texts that no size was given for.
-double given(double size) noexcept {
+} // namespace
+
+double TextLayout::listSize(double size) noexcept {
     return size > 0 ? size : usual;
 }
-
-} // namespace
 
 double TextLayout::leading(double size) noexcept {
     constexpr double factor = 1.15;
@@ -148,7 +147,7 @@ TextBlock TextLayout::stacked(std::vector<Codes> lines, double size) const {
 TextBlock TextLayout::list(std::vector<Codes> lines) const {
     for (Codes& line : lines)
         std::ranges::replace(line, newline, space);
-    return stacked(std::move(lines), given(place_.size));
+    return stacked(std::move(lines), listSize(place_.size));
 }
 
 TextBlock TextLayout::comb(const Codes& codes, std::uint64_t cells) const {

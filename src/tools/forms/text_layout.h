@@ -53,6 +53,8 @@ public:
     [[nodiscard]] TextBlock comb(const Codes& codes, std::uint64_t cells) const;
     /// Lines of a list from the top on, each as it is.
     [[nodiscard]] TextBlock list(std::vector<Codes> lines) const;
+    /// The size of a list's text, where 0 says none.
+    [[nodiscard]] static double listSize(double size) noexcept;
     /// The distance of two lines for a font size.
     [[nodiscard]] static double leading(double size) noexcept;
 
