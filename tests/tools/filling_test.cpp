@@ -282,6 +282,66 @@ TEST(Filling, SetsStatesByNameAndByWhatPeopleRead) {
     }
 }
 
+TEST(Filling, SetsRadioButtonsOfOneNameTogether) {
+    const std::string lone = "<< /Subtype /Widget /FT /Btn /Ff 32768 /T (r) /Rect [ 0 0 9 9 ] ";
+    const auto looks = [&](const std::string& state) {
+        return lone + "/V /Off /AP << /N << /" + state + " << >> >> >> >>";
+    };
+    const auto opened = [&](std::string_view fields) {
+        return openForm(
+            {{3,
+              "<< /Type /Page /Parent 2 0 R /MediaBox [ 0 0 9 9 ] /Annots [ 10 0 R 12 0 R 13 0 R "
+              "] >>"},
+             {5, fields},
+             {10, looks("1")},
+             {11, looks("2")},
+             {12, looks("\\376\\377\\000c\\000\\d")},
+             {13, "<< /Subtype /Widget /FT /Btn /T (r) /Rect [ 0 0 9 9 ] >>"},
+             {14, lone + "/Parent 15 0 R >>"},
+             {15, "<< /T (p) /Kids [ 14 0 R ] >>"}});
+    };
+    // 12 is on the page alone, 13 is a check box, 14 is another's kid.
+    const auto document = opened("<< /Fields [ 15 0 R 11 0 R 13 0 R 10 0 R ] >>");
+    const std::string_view states[] = {"1", "2", "cd"};
+    for (const std::string_view state : states) {
+        const RecordingLog log;
+        EXPECT_EQ(fill(document, "r", state), Filled::Shown) << log.text();
+        for (std::size_t index = 0; index < 3; ++index) {
+            const bool on = states[index] == state;
+            EXPECT_EQ(entry(document, 10 + static_cast<std::uint32_t>(index), "AS") != "Off", on);
+        }
+    }
+    EXPECT_EQ(entry(document, 5, "Fields"), "[15 (0)16 (0)13 (0) ]");
+    EXPECT_EQ(entry(document, 16, "Kids"), "[11 (0)10 (0)12 (0) ]");
+    EXPECT_EQ(entry(document, 16, "Ff"), "32768.0");
+    EXPECT_EQ(entry(document, 12, "Parent") + entry(document, 12, "T"), "16 (0)(null)");
+    const auto options = Tools::fieldOptions(*document, *document->form()->field(1));
+    ASSERT_EQ(options.size(), 3U);
+    EXPECT_EQ(options[2].text, "cd");
+
+    // One button is a group already, and a form that was built before stays what it was.
+    const auto single = opened("<< /Fields [ 13 0 R 15 0 R ] >>");
+    const auto built = opened("<< /Fields [ 10 0 R 11 0 R ] >>");
+    ASSERT_TRUE(built->form());
+    for (const auto& same : {single, built}) {
+        const std::string before = write(*same);
+        EXPECT_TRUE(Tools::openForm(*same));
+        EXPECT_EQ(write(*same), before);
+    }
+}
+
+TEST(Filling, LogsNothingOfWhatIsInherited) {
+    for (const bool sound : {true, false}) {
+        const auto document = openForm({{10, "<< /FT /Tx /T (g) /Kids [ 11 0 R ] >>"},
+                                        {11, sound ? "<< /T (a) >>" : "<< /T (a) /FT /No >>"}});
+        const RecordingLog log;
+        Host::Error::set(4711);
+        EXPECT_TRUE(Tools::openForm(*document));
+        EXPECT_EQ(log.text().empty(), sound) << log.text();
+        EXPECT_EQ(Host::Error::get(), sound ? 4711U : std::uint32_t{FormIncomplete});
+    }
+}
+
 TEST(Filling, MakesLooksForButtonsWithout) {
     const std::pair<const char*, const char*> rows[] = {
         {"/MK << /CA (8) >>", "0 g\n4.15 5.95 m"},
