@@ -608,10 +608,12 @@ TEST(Flattening, GivesLooksToWhatHasNoStream) {
 TEST(Flattening, LosesNoValueThatItCannotDraw) {
     const auto document =
         openForm({{3, "<< /Type /Page /Parent 2 0 R /MediaBox [ 0 0 9 9 ] /Annots [ 10 0 R ] >>"},
-                  {10, "<< /Subtype /Widget /FT /Tx /V <FEFF03A9> /Rect [ 0 0 9 9 ] >>"}});
+                  {10, "<< /Subtype /Widget /FT /Tx /T (t) /V <FEFF03A9> /Rect [ 0 0 9 9 ] >>"}});
     const std::string before = write(*document);
+    const RecordingLog log;
     EXPECT_FALSE(Tools::flattenForm(*document));
     EXPECT_EQ(Host::Error::get(), NotSupported);
+    EXPECT_EQ(log.text(), "No appearance can be made for the text of field t\n");
     EXPECT_EQ(write(*document), before);
 }
 

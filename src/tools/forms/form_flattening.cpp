@@ -25,9 +25,9 @@ constexpr std::int64_t unseen = 0x2 | 0x20;
 /// Widgets that are drawn in one call: pages may share a list of them.
 constexpr std::uint64_t mostWidgets = 1 << 20;
 
-bool finished(Filled shown) {
+bool finished(const FieldEntries& widget, Filled shown) {
     if (shown != Filled::ViewerNeeded) return shown == Filled::Shown;
-    return fail(NotSupported, "No appearance can be made for the value of a field");
+    return fail(NotSupported, "No appearance can be made for the text of field ", widget.text("T"));
 }
 
 /// Draws the widgets of a document's form on its pages.
@@ -160,7 +160,7 @@ bool FormFlattening::complete(const Ref<Dictionary>& widget) {
         }
         [[fallthrough]];
     default:
-        return normalLooks(*widget) || finished(appearances_.showCaption(entries));
+        return normalLooks(*widget) || finished(entries, appearances_.showCaption(entries));
     }
 }
 
@@ -177,7 +177,7 @@ bool FormFlattening::completeText(const FieldEntries& widget) {
         if (const auto place = optionAt(options, text)) text = options[*place].text;
         shown = appearances_.showText(widget, text);
     }
-    return (looks && shown == Filled::ViewerNeeded) || finished(shown);
+    return (looks && shown == Filled::ViewerNeeded) || finished(widget, shown);
 }
 
 bool FormFlattening::append(const Ref<Dictionary>& page, const std::string& operators) {
