@@ -107,15 +107,18 @@ TEST(Filling, PlacesTextWhereViewersDo) {
 }
 
 TEST(Filling, CutsNoLineThatItsFieldHasRoomFor) {
-    // A line of 12 points is 14.1 high, from -2.7 to 11.4.
+    // A line of 12 points is 14.1 high, from -2.7 to 11.4; without accents to 9.
     const struct {
-        const char *name, *entries, *drawn;
+        const char *name, *entries, *drawn, *text = "W";
     } rows[] = {
         {"within the border", "/Rect [ 0 0 50 18 ]", "1 1 48 16 re W n\n2 4.65 Tm"},
         {"over the border", "/Rect [ 0 0 50 15 ]", "1 0 48 15 re W n\n2 3.15 Tm"},
         {"over a border in a turned field", "/Rect [ 0 0 15 50 ] /MK << /R 90 >>",
          "1 0 48 15 re W n\n2 3.15 Tm"},
         {"higher than the field", "/Rect [ 0 0 50 11 ]", "1 0 48 11 re W n\n2 1.15 Tm"},
+        {"with accents", "/Rect [ 0 0 50 12 ]", "1 0 48 12 re W n\n2 0.6 Tm", "ÄH"},
+        {"below the baseline", "/Rect [ 0 0 50 12 ]", "1 0 48 12 re W n\n2 2.7 Tm", "Hg"},
+        {"with both", "/Rect [ 0 0 50 12 ]", "1 0 48 12 re W n\n2 1.65 Tm", "Äg"},
         {"in a comb", "/Rect [ 0 0 50 11 ] /Ff 16777216 /MaxLen 1",
          "1 0 48 11 re W n\n19.336 1.15 Tm"},
         {"of several", "/Rect [ 0 0 50 11 ] /Ff 4096", "1 0 48 11 re W n\n2 1.15 Tm"},
@@ -136,7 +139,7 @@ TEST(Filling, CutsNoLineThatItsFieldHasRoomFor) {
              {11, "<< /Subtype /TrueType /BaseFont /Own /FirstChar 87 /Widths [ 500 ] "
                   "/FontDescriptor << /Ascent 750 /Descent 250 /FontFile2 7 0 R /FontBBox [ "
                   "0 -150 900 800 ] >> >>"}});
-        EXPECT_EQ(fill(document, "t", "W"), Filled::Shown) << row.name;
+        EXPECT_EQ(fill(document, "t", row.text), Filled::Shown) << row.name;
         const std::string looks = looksOf(document, 10);
         const auto clip = looks.find("q\n") + 2;
         const auto line = looks.find("1 0 0 1 ") + 8;

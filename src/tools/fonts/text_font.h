@@ -31,6 +31,10 @@ public:
     /// are several; nothing where the font has none. What looks the same shares a glyph: a no-break
     /// space is a space, a soft hyphen a hyphen.
     [[nodiscard]] std::optional<unsigned char> codeOf(char32_t character) const noexcept;
+    /// What a code shows; 0 for nothing.
+    [[nodiscard]] char32_t characterOf(unsigned char code) const noexcept {
+        return characters_[code];
+    }
     /// In thousandths of the font size; 0 where the font does not say.
     [[nodiscard]] double widthOf(unsigned char code) const noexcept { return widths_[code]; }
     /// How far glyphs reach above the baseline, capitals with accents too, in thousandths of the

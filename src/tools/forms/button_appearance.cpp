@@ -98,7 +98,7 @@ Filled FieldAppearances::showCaption(const FieldEntries& widget) {
     const auto font = fonts_.find(widget, style.fontName);
     auto codes = font ? TextLayout::encoded(font->font, caption) : std::nullopt;
     if (!codes) return Filled::ViewerNeeded;
-    const TextPlace place{textArea(frame, false), style.size, Quadding::Centered};
+    const TextPlace place{textArea(frame, false), frame.height(), style.size, Quadding::Centered};
     const TextBlock block = TextLayout(font->font, place).single(std::move(*codes));
     return show(widget, frame, {}, block, style, *font);
 }

@@ -17,10 +17,12 @@ namespace {
 /// Bytes that are worth the time and the entry that deflating takes.
 constexpr std::size_t shortest = 512;
 
-TextPlace textPlace(const FieldEntries& widget, const Rectangle& area, double size) {
+TextPlace textPlace(const FieldEntries& widget, const WidgetFrame& frame, const Rectangle& area,
+                    double size) {
     const std::int64_t quadding = widget.number("Q");
     const bool known = quadding >= 0 && quadding <= 2;
-    return {area, size, known ? static_cast<Quadding>(quadding + 1) : Quadding::Left};
+    return {area, frame.height(), size,
+            known ? static_cast<Quadding>(quadding + 1) : Quadding::Left};
 }
 
 std::string hexOf(const Codes& codes) {
@@ -89,10 +91,10 @@ std::string combLines(const WidgetFrame& frame, std::uint64_t cells) {
 TextBlock laidOut(const FieldEntries& widget, const WidgetFrame& frame, const TextFont& font,
                   Codes codes, double size) {
     if (const std::uint64_t cells = combCells(widget); cells != 0) {
-        return TextLayout(font, textPlace(widget, frame.inside(), size)).comb(codes, cells);
+        return TextLayout(font, textPlace(widget, frame, frame.inside(), size)).comb(codes, cells);
     }
     const bool multiline = widget.kind() == Field::Kind::Text && widget.has(FieldFlags::multiline);
-    const TextLayout layout(font, textPlace(widget, textArea(frame, multiline), size));
+    const TextLayout layout(font, textPlace(widget, frame, textArea(frame, multiline), size));
     return multiline ? layout.wrapped(codes) : layout.single(std::move(codes));
 }
 
@@ -137,7 +139,7 @@ Filled FieldAppearances::showList(const FieldEntries& widget,
     const auto font = fonts_.find(widget, style.fontName);
     if (!font) return Filled::ViewerNeeded;
     const Rectangle area = textArea(frame, true);
-    const TextLayout layout(font->font, textPlace(widget, area, style.size));
+    const TextLayout layout(font->font, textPlace(widget, frame, area, style.size));
     const double line = TextLayout::leading(TextLayout::listSize(style.size));
     const auto& options = this->options(widget);
     const std::unordered_set<std::string> selected(selection.begin(), selection.end());

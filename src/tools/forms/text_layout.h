@@ -30,7 +30,8 @@ struct TextBlock {
 /// How a text is placed.
 struct TextPlace {
     Rectangle area;
-    double size = 0; ///< of the font; 0: as large as fits
+    double height = 0; ///< of the field: nothing is seen below 0 and above that
+    double size = 0;   ///< of the font; 0: as large as fits
     Quadding quadding = Quadding::Left;
 };
 
@@ -44,7 +45,8 @@ public:
     /// for more than 65,536 of them.
     [[nodiscard]] static std::optional<Codes> encoded(const TextFont& font, std::string_view utf8);
 
-    /// One line, in the middle of the height, also where it is higher than that.
+    /// One line, in the middle of the height. Where it is higher than the field it stands where
+    /// most of what this text draws is seen.
     [[nodiscard]] TextBlock single(Codes codes) const;
     /// Lines from the top on, broken where they become too long. A line that is higher than the
     /// area stands in its middle, here and in lists.
@@ -60,7 +62,7 @@ public:
 
 private:
     [[nodiscard]] double widthOf(const Codes& codes, double size) const noexcept;
-    [[nodiscard]] double middleBaseline(double size) const noexcept;
+    [[nodiscard]] double middleBaseline(const Codes& codes, double size) const noexcept;
     [[nodiscard]] double startOf(const Codes& codes, double size) const noexcept;
     [[nodiscard]] std::vector<Codes> broken(const Codes& codes, double size) const;
     void breakParagraph(const Codes& paragraph, double size, std::vector<Codes>& lines) const;
