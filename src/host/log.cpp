@@ -1,3 +1,5 @@
+#include "host/held_log.h"
+
 #include <host/log.h>
 
 #include <array>
@@ -92,6 +94,7 @@ LogPrinter& SysLogStream::stdOutPrinter() noexcept {
 }
 
 LogPrinter& SysLogStream::printer() noexcept {
+    if (LogPrinter* const own = threadPrinter(); own != nullptr) return *own;
     LogPrinter* current = filters.printer.load(std::memory_order_acquire);
     return current != nullptr ? *current : stdOutPrinter();
 }

@@ -64,38 +64,38 @@ std::string placed(const std::string& looks) {
 }
 
 TEST(Filling, PlacesTextWhereViewersDo) {
-    // Helvetica: ascent 718, descent -207; A is 667 wide, i 222, a space 278.
+    // Helvetica: from -225 to 950 with accents; A is 667 wide, i 222, a space 278.
     const struct {
         const char *name, *entries, *text, *drawn;
     } rows[] = {
-        {"left, in the middle of the height", "", "A", "/Helv 10 Tf\n1 0 0 1 2 7.445 Tm <41> Tj\n"},
-        {"right", "/Q 2", "A", "/Helv 10 Tf\n1 0 0 1 91.33 7.445 Tm <41> Tj\n"},
-        {"centred", "/Q 1", "A", "/Helv 10 Tf\n1 0 0 1 46.665 7.445 Tm <41> Tj\n"},
+        {"left, in the middle of the height", "", "A", "/Helv 10 Tf\n1 0 0 1 2 6.375 Tm <41> Tj\n"},
+        {"right", "/Q 2", "A", "/Helv 10 Tf\n1 0 0 1 91.33 6.375 Tm <41> Tj\n"},
+        {"centred", "/Q 1", "A", "/Helv 10 Tf\n1 0 0 1 46.665 6.375 Tm <41> Tj\n"},
         {"too long for its field", "/Q 1 /Rect [ 0 0 9 20 ]", "AAAA",
-         "/Helv 10 Tf\n1 0 0 1 2 7.445 Tm <41414141> Tj\n"},
+         "/Helv 10 Tf\n1 0 0 1 2 6.375 Tm <41414141> Tj\n"},
         {"as large as the height takes", "/DA (/Helv 0 Tf)", "A",
-         "/Helv 15.65 Tf\n1 0 0 1 2 6.00143 Tm <41> Tj\n"},
+         "/Helv 15.31 Tf\n1 0 0 1 2 4.45013 Tm <41> Tj\n"},
         {"as large as the width takes", "/DA (/Helv 0 Tf) /Rect [ 0 0 17.34 20 ]", "AA",
-         "/Helv 10 Tf\n1 0 0 1 2 7.445 Tm <4141> Tj\n"},
-        {"line ends on one line", "", "A\r\nA", "/Helv 10 Tf\n1 0 0 1 2 7.445 Tm <412041> Tj\n"},
+         "/Helv 10 Tf\n1 0 0 1 2 6.375 Tm <4141> Tj\n"},
+        {"line ends on one line", "", "A\r\nA", "/Helv 10 Tf\n1 0 0 1 2 6.375 Tm <412041> Tj\n"},
         {"wrapped at spaces and ends", "/Ff 4096 /Rect [ 9 9 30 70 ]", "A iAi iA\n\ni",
-         "/Helv 10 Tf\n1 0 0 1 2 51.82 Tm <41> Tj\n1 0 0 1 2 40.32 Tm <694169> Tj\n"
-         "1 0 0 1 2 28.82 Tm <6941> Tj\n1 0 0 1 2 5.82 Tm <69> Tj\n"},
+         "/Helv 10 Tf\n1 0 0 1 2 49.5 Tm <41> Tj\n1 0 0 1 2 38 Tm <694169> Tj\n"
+         "1 0 0 1 2 26.5 Tm <6941> Tj\n1 0 0 1 2 3.5 Tm <69> Tj\n"},
         {"a word that is too long", "/Ff 4096 /Rect [ 0 0 19 60 ]", "AAA",
-         "/Helv 10 Tf\n1 0 0 1 2 50.82 Tm <4141> Tj\n1 0 0 1 2 39.32 Tm <41> Tj\n"},
+         "/Helv 10 Tf\n1 0 0 1 2 48.5 Tm <4141> Tj\n1 0 0 1 2 37 Tm <41> Tj\n"},
         {"lines as large as fit", "/Ff 4096 /DA (/Helv 0 Tf) /Rect [ 0 0 100 20 ]", "A\nA",
-         "/Helv 6.5 Tf\n1 0 0 1 2 13.333 Tm <41> Tj\n1 0 0 1 2 5.858 Tm <41> Tj\n"},
+         "/Helv 6.5 Tf\n1 0 0 1 2 11.825 Tm <41> Tj\n1 0 0 1 2 4.35 Tm <41> Tj\n"},
         {"a comb", "/Ff 16777216 /MaxLen 4 /Rect [ 0 0 42 20 ]", "Ai",
-         "/Helv 10 Tf\n1 0 0 1 2.665 7.445 Tm <41> Tj\n1 0 0 1 14.89 7.445 Tm <69> Tj\n"},
+         "/Helv 10 Tf\n1 0 0 1 2.665 6.375 Tm <41> Tj\n1 0 0 1 14.89 6.375 Tm <69> Tj\n"},
         {"a comb from the right", "/Q 2 /Ff 16777216 /MaxLen 4 /Rect [ 0 0 42 20 ]", "A",
-         "/Helv 10 Tf\n1 0 0 1 32.665 7.445 Tm <41> Tj\n"},
-        {"a password", "/Ff 8192", "Ai", "/Helv 10 Tf\n1 0 0 1 2 7.445 Tm <2A2A> Tj\n"},
+         "/Helv 10 Tf\n1 0 0 1 32.665 6.375 Tm <41> Tj\n"},
+        {"a password", "/Ff 8192", "Ai", "/Helv 10 Tf\n1 0 0 1 2 6.375 Tm <2A2A> Tj\n"},
         {"turned", "/MK << /R 90 >> /Rect [ 0 0 20 100 ]", "A",
-         "/Helv 10 Tf\n1 0 0 1 2 7.445 Tm <41> Tj\n"},
-        {"characters beyond ASCII", "", "é€", "/Helv 10 Tf\n1 0 0 1 2 7.445 Tm <E980> Tj\n"},
+         "/Helv 10 Tf\n1 0 0 1 2 6.375 Tm <41> Tj\n"},
+        {"characters beyond ASCII", "", "é€", "/Helv 10 Tf\n1 0 0 1 2 6.375 Tm <E980> Tj\n"},
         {"nothing", "", "", "/Helv 10 Tf\n"},
         {"lines as small as can be read", "/Ff 4096 /DA (/Helv 0 Tf) /Rect [ 0 0 9 9 ]",
-         "A\nA\nA\nA", "/Helv 4 Tf\n1 0 0 1 2 4.128 Tm <41> Tj\n1 0 0 1 2 -0.472 Tm <41> Tj\n"},
+         "A\nA\nA\nA", "/Helv 4 Tf\n1 0 0 1 2 3.2 Tm <41> Tj\n1 0 0 1 2 -1.4 Tm <41> Tj\n"},
     };
     for (const auto& row : rows) {
         const std::string field =
@@ -103,6 +103,50 @@ TEST(Filling, PlacesTextWhereViewersDo) {
         const auto document = openForm({{10, field}});
         EXPECT_EQ(fill(document, "t", row.text), Filled::Shown) << row.name;
         EXPECT_EQ(placed(looksOf(document, 10)), row.drawn) << row.name;
+    }
+}
+
+TEST(Filling, CutsNoLineThatItsFieldHasRoomFor) {
+    // A line of 12 points is 14.1 high, from -2.7 to 11.4; without accents to 9.
+    const struct {
+        const char *name, *entries, *drawn, *text = "W";
+    } rows[] = {
+        {"within the border", "/Rect [ 0 0 50 18 ]", "1 1 48 16 re W n\n2 4.65 Tm"},
+        {"over the border", "/Rect [ 0 0 50 15 ]", "1 0 48 15 re W n\n2 3.15 Tm"},
+        {"over a border in a turned field", "/Rect [ 0 0 15 50 ] /MK << /R 90 >>",
+         "1 0 48 15 re W n\n2 3.15 Tm"},
+        {"higher than the field", "/Rect [ 0 0 50 11 ]", "1 0 48 11 re W n\n2 1.15 Tm"},
+        {"with accents", "/Rect [ 0 0 50 12 ]", "1 0 48 12 re W n\n2 0.6 Tm", "ÄH"},
+        {"below the baseline", "/Rect [ 0 0 50 12 ]", "1 0 48 12 re W n\n2 2.7 Tm", "Hg"},
+        {"with both", "/Rect [ 0 0 50 12 ]", "1 0 48 12 re W n\n2 1.65 Tm", "Äg"},
+        {"in a comb", "/Rect [ 0 0 50 11 ] /Ff 16777216 /MaxLen 1",
+         "1 0 48 11 re W n\n19.336 1.15 Tm"},
+        {"of several", "/Rect [ 0 0 50 11 ] /Ff 4096", "1 0 48 11 re W n\n2 1.15 Tm"},
+        {"of several within the border", "/Rect [ 0 0 50 18 ] /Ff 4096",
+         "1 1 48 16 re W n\n2 4.65 Tm"},
+        {"of several with room", "/Rect [ 0 0 50 19 ] /Ff 4096", "1 1 48 17 re W n\n2 5.6 Tm"},
+        {"in a list", "/FT /Ch /Rect [ 0 0 50 11 ]", "1 0 48 11 re W n\n2 1.15 Tm"},
+        {"by a font that is embedded", "/Rect [ 0 0 50 15 ] /DA (/Own 12 Tf)",
+         "1 1 48 13 re W n\n2 3.6 Tm"}, // from -1.8 to 9.6
+    };
+    for (const auto& row : rows) {
+        const std::string field =
+            "<< /FT /Tx /T (t) /DA (/Helv 12 Tf) /Opt [ (W) ] /DR << /Font << "
+            "/Helv 9 0 R /Own 11 0 R >> >> " +
+            std::string(row.entries) + " >>";
+        const auto document = openForm(
+            {{10, field},
+             {11, "<< /Subtype /TrueType /BaseFont /Own /FirstChar 87 /Widths [ 500 ] "
+                  "/FontDescriptor << /Ascent 750 /Descent 250 /FontFile2 7 0 R /FontBBox [ "
+                  "0 -150 900 800 ] >> >>"}});
+        EXPECT_EQ(fill(document, "t", row.text), Filled::Shown) << row.name;
+        const std::string looks = looksOf(document, 10);
+        const auto clip = looks.find("q\n") + 2;
+        const auto line = looks.find("1 0 0 1 ") + 8;
+        EXPECT_EQ(looks.substr(clip, looks.find('\n', clip) + 1 - clip) +
+                      looks.substr(line, looks.find(" <", line) - line),
+                  row.drawn)
+            << row.name;
     }
 }
 
@@ -241,12 +285,73 @@ TEST(Filling, SetsStatesByNameAndByWhatPeopleRead) {
     }
 }
 
+TEST(Filling, SetsRadioButtonsOfOneNameTogether) {
+    const std::string lone = "<< /Subtype /Widget /FT /Btn /Ff 32768 /T (r) /Rect [ 0 0 9 9 ] ";
+    const auto looks = [&](const std::string& state) {
+        return lone + "/V /Off /AP << /N << /" + state + " << >> >> >> >>";
+    };
+    const auto opened = [&](std::string_view fields) {
+        return openForm(
+            {{3,
+              "<< /Type /Page /Parent 2 0 R /MediaBox [ 0 0 9 9 ] /Annots [ 10 0 R 12 0 R 13 0 R "
+              "] >>"},
+             {5, fields},
+             {10, looks("1")},
+             {11, looks("2")},
+             {12, looks("\\376\\377\\000c\\000\\d")},
+             {13, "<< /Subtype /Widget /FT /Btn /T (r) /Rect [ 0 0 9 9 ] >>"},
+             {14, lone + "/Parent 15 0 R >>"},
+             {15, "<< /T (p) /Kids [ 14 0 R ] >>"}});
+    };
+    // 12 is on the page alone, 13 is a check box, 14 is another's kid.
+    const auto document = opened("<< /Fields [ 15 0 R 11 0 R 13 0 R 10 0 R ] >>");
+    const std::string_view states[] = {"1", "2", "cd"};
+    for (const std::string_view state : states) {
+        const RecordingLog log;
+        EXPECT_EQ(fill(document, "r", state), Filled::Shown) << log.text();
+        for (std::size_t index = 0; index < 3; ++index) {
+            const bool on = states[index] == state;
+            EXPECT_EQ(entry(document, 10 + static_cast<std::uint32_t>(index), "AS") != "Off", on);
+        }
+    }
+    EXPECT_EQ(entry(document, 5, "Fields"), "[15 (0)16 (0)13 (0) ]");
+    EXPECT_EQ(entry(document, 16, "Kids"), "[11 (0)10 (0)12 (0) ]");
+    EXPECT_EQ(entry(document, 16, "Ff"), "32768.0");
+    EXPECT_EQ(entry(document, 12, "Parent") + entry(document, 12, "T"), "16 (0)(null)");
+    const auto options = Tools::fieldOptions(*document, *document->form()->field(1));
+    ASSERT_EQ(options.size(), 3U);
+    EXPECT_EQ(options[2].text, "cd");
+
+    // One button is a group already, and a form that was built before stays what it was.
+    const auto single = opened("<< /Fields [ 13 0 R 15 0 R ] >>");
+    const auto built = opened("<< /Fields [ 10 0 R 11 0 R ] >>");
+    ASSERT_TRUE(built->form());
+    for (const auto& same : {single, built}) {
+        const std::string before = write(*same);
+        EXPECT_TRUE(Tools::openForm(*same));
+        EXPECT_EQ(write(*same), before);
+    }
+}
+
+TEST(Filling, LogsNothingOfWhatIsInherited) {
+    for (const bool sound : {true, false}) {
+        const auto document = openForm({{10, "<< /FT /Tx /T (g) /Kids [ 11 0 R ] >>"},
+                                        {11, sound ? "<< /T (a) >>" : "<< /T (a) /FT /No >>"}});
+        const RecordingLog log;
+        Host::Error::set(4711);
+        EXPECT_TRUE(Tools::openForm(*document));
+        EXPECT_EQ(log.text().empty(), sound) << log.text();
+        EXPECT_EQ(Host::Error::get(), sound ? 4711U : std::uint32_t{FormIncomplete});
+    }
+}
+
 TEST(Filling, MakesLooksForButtonsWithout) {
     const std::pair<const char*, const char*> rows[] = {
         {"/MK << /CA (8) >>", "0 g\n4.15 5.95 m"},
         {"/MK << /CA (l) /BC [ 0 ] >>", "0 g\n14.5 10 m"},
         {"/Ff 32768 /MK << /BC [ 1 ] >>", "1 G\n1 w\n19.5 10 m"},
         {"/AP << /N << >> >>", "0 g\n3.7 9.55 m"},
+        {"/AP << /N << /I#20agree << >> >> >>", "0 g\n3.7 9.55 m"},
         {"/MK << /CA (u) >>", "0 g\n3.7 10 m"},
         {"/MK << /CA (n) >>", "0 g\n4.6 4.6 m"},
         {"/MK << /CA (H) >>", "0 g\n10 16.75 m"},
@@ -308,6 +413,33 @@ TEST(Filling, ChoosesOptionsByWhatTheyShowOrExport) {
         EXPECT_EQ(entry(document, 10, "I"), row.places);
         EXPECT_NE(looksOf(document, 11).find(row.drawn), std::string::npos)
             << looksOf(document, 11);
+    }
+}
+
+TEST(Filling, ScrollsListsToTheirSelection) {
+    const struct {
+        const char *entries, *chosen, *top, *drawn; // 3 of 5 options are seen
+    } rows[] = {
+        {"", "a", "(null)", "<61> <62> <63> "},   {"", "c", "(null)", "<61> <62> <63> "},
+        {"", "d", "1.0", "<62> <63> <64> "},      {"", "e", "2.0", "<63> <64> <65> "},
+        {"/TI 3", "b", "1.0", "<62> <63> <64> "}, {"/TI 1", "b", "1.0", "<62> <63> <64> "},
+        {"/TI 1", "", "1.0", "<62> <63> <64> "},  {"/TI 3", "e", "3.0", "<64> <65> "},
+        {"/TI 5", "e", "2.0", "<63> <64> <65> "}, {"/TI -1", "", "0.0", "<61> <62> <63> "},
+    };
+    for (const auto& row : rows) {
+        const auto document = openForm(
+            {{10, "<< /FT /Ch /T (l) /Kids [ 11 0 R ] /Opt [ (a) (b) (c) (d) (e) ] " +
+                      std::string(row.entries) + " >>"},
+             {11, "<< /Parent 10 0 R /Rect [ 0 0 50 38.5 ] >>"}}); // 34.5 within, lines of 11.5
+        EXPECT_EQ(fill(document, "l", row.chosen), Filled::Shown);
+        EXPECT_EQ(entry(document, 10, "TI"), row.top) << row.entries << row.chosen;
+        const std::string looks = looksOf(document, 11);
+        std::string drawn;
+        for (auto at = looks.find(" Tm <"); at != std::string::npos;
+             at = looks.find(" Tm <", at + 1))
+            drawn += looks.substr(at + 4, 4) + " ";
+        EXPECT_EQ(drawn, row.drawn) << row.entries << row.chosen;
+        EXPECT_EQ(looks.find(" rg 1 ") != std::string::npos, *row.chosen != 0) << looks;
     }
 }
 
@@ -432,13 +564,59 @@ TEST(Flattening, DrawsFieldsOnTheirPages) {
     EXPECT_TRUE(open(write(*document)));
 }
 
+TEST(Flattening, GivesLooksToWhatHasNoStream) {
+    const std::string box = "0 G\n1 w\n0.5 0.5 19 19 re S\n";
+    const std::string mark = box + "1 0 0 rg\n3.7 9.55 m";
+    const std::string caption = box + "/Tx BMC\nq\n1 1 18 18 re W n\nBT\n1 0 0 rg\n";
+    const struct {
+        const char *name, *entries, *state;
+        std::string drawn;
+        bool asked = false;
+    } rows[] = {
+        {"an empty look", "/FT /Btn /AS /On /AP << /N << /On << >> >> >>", "On", mark},
+        {"empty looks, off", "/FT /Btn /AS /Off /AP << /N << /On << >> >> >>", "Off", box},
+        {"no AS", "/FT /Btn /V /On /AP << /N << /On << >> >> >>", "On", mark},
+        {"the value of another", "/FT /Btn /V /X /AP << /N << /On << >> >> >>", "Off", box},
+        {"no looks at all", "/FT /Btn /V /On /AP << /N << >> >>", "On", mark},
+        {"drawn by its author", "/FT /Btn /V /On /AP << /N << /On 4 0 R >> >>", "On", "0 0 9 9 re"},
+        {"not drawn when off", "/FT /Btn /AP << /N << /On 4 0 R >> >>", "Off", "none"},
+        {"the same, asked for", "/FT /Btn /AP << /N << /On 4 0 R >> >>", "Off", box, true},
+        {"on, asked for", "/FT /Btn /V /On /AP << /N << /On 4 0 R >> >>", "On", mark, true},
+        {"asked for without need", "/FT /Btn /V /On /AP << /N << /On 4 0 R /Off 4 0 R >> >>", "On",
+         "0 0 9 9 re", true},
+        {"a push button", "/FT /Btn /Ff 65536", "",
+         caption + "/Helv 10 Tf\n1 0 0 1 8.335 6.375 Tm"},
+        {"an empty one", "/FT /Btn /Ff 65536 /AP << /N << >> >>", "", caption},
+        {"an icon's", "/FT /Btn /Ff 65536 /MK << /BC [ 0 ] /CA (i) /TP 1 >>", "", box},
+        {"one with looks", "/FT /Btn /Ff 65536 /AP << /N 4 0 R >>", "", "0 0 9 9 re"},
+        {"a signature", "/FT /Sig", "", box},
+        {"nothing to draw", "/FT /Sig /MK << >>", "", "none"},
+    };
+    for (const auto& row : rows) {
+        const auto document = openForm(
+            {{3, "<< /Type /Page /Parent 2 0 R /MediaBox [ 0 0 9 9 ] /Annots [ 10 0 R ] >>"},
+             {10, "<< /Subtype /Widget /Rect [ 0 0 20 20 ] /MK << /BC [ 0 ] /CA (`) >> " +
+                      std::string(row.entries) + " >>"}},
+            row.asked ? "<< /DA (/Helv 10 Tf 1 0 0 rg) /NeedAppearances true >>"
+                      : "<< /DA (/Helv 10 Tf 1 0 0 rg) >>");
+        const RecordingLog log;
+        ASSERT_TRUE(Tools::flattenForm(*document)) << row.name << log.text();
+        EXPECT_TRUE(looksOf(document, 10, row.state).starts_with(row.drawn))
+            << row.name << ": " << looksOf(document, 10, row.state);
+        const std::string state = entry(document, 10, "AS");
+        EXPECT_EQ(state, *row.state == 0 ? "(null)" : row.state) << row.name;
+    }
+}
+
 TEST(Flattening, LosesNoValueThatItCannotDraw) {
     const auto document =
         openForm({{3, "<< /Type /Page /Parent 2 0 R /MediaBox [ 0 0 9 9 ] /Annots [ 10 0 R ] >>"},
-                  {10, "<< /Subtype /Widget /FT /Tx /V <FEFF03A9> /Rect [ 0 0 9 9 ] >>"}});
+                  {10, "<< /Subtype /Widget /FT /Tx /T (t) /V <FEFF03A9> /Rect [ 0 0 9 9 ] >>"}});
     const std::string before = write(*document);
+    const RecordingLog log;
     EXPECT_FALSE(Tools::flattenForm(*document));
     EXPECT_EQ(Host::Error::get(), NotSupported);
+    EXPECT_EQ(log.text(), "No appearance can be made for the text of field t\n");
     EXPECT_EQ(write(*document), before);
 }
 

@@ -105,13 +105,13 @@ TEST(TextFont, SaysWhichCodeShowsACharacterAndHowWideItIs) {
 TEST(TextFont, KnowsTheStandardFontsByManyNames) {
     const std::pair<std::string, std::string_view> rows[] = {
         // the width of a brace tells them
-        {"123=334 718 -207", "Helvetica ABCDEF+Helvetica-Oblique Arial ArialMT Arial,Italic"},
-        {"123=389 718 -207", "Helvetica-Bold Helvetica-BoldOblique Arial-BoldMT ArialMT,Bold"},
-        {"123=480 683 -217", "Times-Roman TimesNewRoman TimesNewRomanPSMT"},
-        {"123=394 683 -217", "Times-Bold TimesNewRoman,Bold TimesNewRomanPS-BoldMT"},
-        {"123=400 683 -217", "Times-Italic TimesNewRomanPS-ItalicMT"},
-        {"123=348 683 -217", "Times-BoldItalic TimesNewRoman,BoldItalic"},
-        {"123=600 629 -157", "Courier Courier-BoldOblique CourierNewPS-ItalicMT"},
+        {"123=334 950 -225", "Helvetica ABCDEF+Helvetica-Oblique Arial ArialMT Arial,Italic"},
+        {"123=389 950 -225", "Helvetica-Bold Helvetica-BoldOblique Arial-BoldMT ArialMT,Bold"},
+        {"123=480 935 -220", "Times-Roman TimesNewRoman TimesNewRomanPSMT"},
+        {"123=394 935 -220", "Times-Bold TimesNewRoman,Bold TimesNewRomanPS-BoldMT"},
+        {"123=400 935 -220", "Times-Italic TimesNewRomanPS-ItalicMT"},
+        {"123=348 935 -220", "Times-BoldItalic TimesNewRoman,BoldItalic"},
+        {"123=600 840 -220", "Courier Courier-BoldOblique CourierNewPS-ItalicMT"},
         {"no text",
          "Arial-Black ArialNarrow ABCDE+Arial ABCDEf+Arial ABC1EF+Arial ABCDEF+ Symbol ,Bold -"},
     };
@@ -126,12 +126,17 @@ TEST(TextFont, KnowsTheStandardFontsByManyNames) {
         }
     }
     const std::tuple<std::string, double, double> reaches[] = {
-        {"/Other /FontDescriptor 10 0 R", 800, 0},
-        {"/Other /FontDescriptor 11 0 R", 750, -250},
-        {"/Other /FontDescriptor << /Ascent 0 /Descent 0 >>", 750, -250},
-        {"/Courier /FontDescriptor 10 0 R", 800, 0},
-        {"/Arial /FontDescriptor 11 0 R", 718, -207},
-        {"/Other /FontDescriptor << /Ascent 9 /Descent 9 >>", 750, -250},
+        {"/Other /FontDescriptor 10 0 R", 933, -225},
+        {"/Other /FontDescriptor 11 0 R", 950, -100},
+        {"/Other /FontDescriptor << /Ascent 0 /Descent 0 >>", 950, -225},
+        {"/Other /FontDescriptor << /Ascent 718 /CapHeight 718 /Descent -207 >>", 933, -207},
+        {"/Other /FontDescriptor << /Ascent 1069 /CapHeight 714 /Descent -293 >>", 1069, -293},
+        {"/Other /FontDescriptor << /Ascent 600 /Descent 250 >>", 815, -250},
+        {"/Other /FontDescriptor << /Ascent 928 /CapHeight 358 /Descent -236 >>", 933, -236},
+        {"/Other /FontDescriptor << /CapHeight 600 /FontBBox [ 0 0 0 0 ] >>", 815, -225},
+        {"/Other /FontDescriptor << /CapHeight 1109 /FontBBox [ -9 -99 9 870 ] >>", 870, -99},
+        {"/Courier /FontDescriptor 10 0 R", 933, -220},
+        {"/Arial /FontDescriptor 11 0 R", 950, -225},
     };
     for (const auto& [entries, ascent, descent] : reaches) {
         const auto font = fontOf("/Subtype /Type1 /FirstChar 0 /Widths [ ] /BaseFont " + entries);

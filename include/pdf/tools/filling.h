@@ -27,8 +27,10 @@ enum class Filled : std::uint32_t {
 };
 
 /// The form of a document, as `Document::form` gives it, with Fields and Kids arrays that stand
-/// behind references brought in before, so that their fields are found. To be asked for instead of
-/// `Document::form`, which builds the form once. Null as there.
+/// behind references brought in before, so that their fields are found, and radio buttons that are
+/// several fields of one name joined to one field with as many widgets, also those that a page has
+/// and the form does not list. Nothing is logged of kids that inherit their kind. To be asked for
+/// instead of `Document::form`, which builds the form once. Null as there.
 [[nodiscard]] FILES_PDF_EXPORT Ref<Form> openForm(Document& document) noexcept;
 
 /// Sets the field at a path of names joined by ".", and makes what its widgets look like. Kind,
@@ -40,11 +42,13 @@ enum class Filled : std::uint32_t {
 ///   type one; empty takes the choice away.
 /// - Button: the state of a check box or of radio buttons, by the name of the state or by the
 ///   option that stands for it; "Off" or empty is off. A widget that shows the state already has
-///   its own looks, which stay; one without any gets some.
+///   its own looks, which stay; one without any gets some, also where the state has a name and no
+///   stream. Where viewers are asked to draw the form, "Off" must have looks too.
 ///
 /// What the former value left goes: rich text, indices of a choice, values of widgets, and with
-/// them the form's XFA entry. A field that runs out of room is cut off by its border, as in a
-/// viewer.
+/// them the form's XFA entry. A text that runs out of room is cut off by the border, as in a
+/// viewer, but a line that is higher than the border leaves goes over it, to the field's edge. A
+/// list is scrolled to what is chosen.
 ///
 /// `Failed` with `NullArgument` to `FormNotFound` as of `Form::fieldByPath`, `NotSupported` (a
 /// signature, a group of fields, no kind at all), `ButtonHasNoValue`, `InvalidArgument` (no such
@@ -77,9 +81,9 @@ struct FieldOption {
 
 /// Turns the fields of a document into what they show, for sending out: each widget's appearance
 /// becomes part of its page's content, on top, and goes from the page's annotations; the form goes
-/// from the catalog. Fields without an appearance get one first; hidden ones (ISO 32000-1, 12.5.3)
-/// leave nothing. The page tree is flattened. `Document::form`, once it was asked for, still gives
-/// the former form.
+/// from the catalog. Fields without an appearance get one first, push buttons and signatures too,
+/// as far as MK says; hidden ones (ISO 32000-1, 12.5.3) leave nothing. The page tree is flattened.
+/// `Document::form`, once it was asked for, still gives the former form.
 ///
 /// False, nothing changed, as for `flattenPages`, or with `NotSupported` (a field without an
 /// appearance holds what no appearance can be made for), `OutOfRange` (more than 1,048,576 widgets)

@@ -8,9 +8,9 @@ namespace {
 
 using namespace std::string_view_literals;
 
-constexpr StandardFont helvetica = {718, -207, 0};
-constexpr StandardFont times = {683, -217, 2};
-constexpr StandardFont courier = {629, -157, std::nullopt};
+constexpr StandardFont helvetica = {950, -225, 0};
+constexpr StandardFont times = {935, -220, 2};
+constexpr StandardFont courier = {840, -220, std::nullopt};
 
 constexpr std::pair<std::string_view, StandardFont> families[] = {
     {"Arial", helvetica},     {"Helvetica", helvetica}, {"Times", times},

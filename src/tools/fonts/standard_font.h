@@ -10,7 +10,9 @@ namespace Libraries::Files::PDF::Tools {
 /// One of the standard 14 fonts (ISO 32000-1, 9.6.2.2) that show Latin text. Readers have it, so
 /// that documents need not say how wide its glyphs are.
 struct StandardFont {
-    double ascent = 0, descent = 0; // in thousandths of the font size
+    /// How far capitals with accents reach up, and letters below the baseline down, whatever the
+    /// weight and in what readers show instead; in thousandths of the font size.
+    double ascent = 0, descent = 0;
     /// Where its widths stand in a glyph's; nothing where all glyphs have one width.
     std::optional<std::size_t> column;
 

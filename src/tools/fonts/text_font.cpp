@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <string_view>
 
 namespace Libraries::Files::PDF::Tools {
@@ -169,11 +170,26 @@ TextFont::TextFont(const Characters& characters, const Widths& widths) noexcept
     }
 }
 
-void TextFont::reach(double ascent, double descent) noexcept {
-    constexpr double most = 2000;
-    if (ascent <= 0 || ascent > most || descent > 0 || descent < -most) return;
-    ascent_ = ascent;
-    descent_ = descent;
+/// Producers mean all kinds of things by these entries. Where Ascent leaves the accents of capitals
+/// out they are added, and nothing is larger than the box of all glyphs.
+void TextFont::readReach(const Document& document, const Ref<Dictionary>& descriptor) {
+    constexpr double most = 2000, accents = 215, capitals = 718; // in a usual font
+    const double ascent = numberIn(document, descriptor, "Ascent").value_or(0);
+    const double descent = std::abs(numberIn(document, descriptor, "Descent").value_or(0));
+    const double height = numberIn(document, descriptor, "CapHeight").value_or(0);
+    const bool isHeight = height >= 400 && height <= 900;
+    const bool isAscent = ascent > 0 && ascent <= most;
+    if (isAscent || isHeight) {
+        ascent_ = accents + (isHeight ? height : std::min(ascent, capitals));
+        if (isAscent) ascent_ = std::max(ascent_, ascent);
+    }
+    if (descent > 0 && descent <= most) descent_ = -descent;
+    const auto box = descriptor
+                         ? rectangleOf(document, followEntry(document, *descriptor, "FontBBox"))
+                         : std::nullopt;
+    if (!box || box->top < 400 || box->bottom > 0) return;
+    ascent_ = std::min(ascent_, box->top);
+    descent_ = std::max(descent_, box->bottom);
 }
 
 std::optional<TextFont> TextFont::read(const Document& document, const Dictionary& font) {
@@ -194,10 +210,11 @@ std::optional<TextFont> TextFont::read(const Document& document, const Dictionar
     if (!widths) return std::nullopt;
 
     TextFont result(characters, *widths);
-    if (name.standard) result.reach(name.standard->ascent, name.standard->descent);
-    const auto ascent = numberIn(document, descriptor, "Ascent");
-    const auto descent = numberIn(document, descriptor, "Descent");
-    if (ascent && descent) result.reach(*ascent, *descent);
+    if (name.standard) {
+        result.ascent_ = name.standard->ascent;
+        result.descent_ = name.standard->descent;
+    }
+    if (!readersOwn) result.readReach(document, descriptor);
     return result;
 }
 
@@ -205,7 +222,8 @@ TextFont TextFont::helvetica() {
     const StandardFont font = FontName::read("Helvetica").standard.value();
     const Characters characters = charactersOf(LatinEncoding::WinAnsi);
     TextFont result(characters, widthsOf(font, characters));
-    result.reach(font.ascent, font.descent);
+    result.ascent_ = font.ascent;
+    result.descent_ = font.descent;
     return result;
 }
 

@@ -31,21 +31,30 @@ public:
     /// are several; nothing where the font has none. What looks the same shares a glyph: a no-break
     /// space is a space, a soft hyphen a hyphen.
     [[nodiscard]] std::optional<unsigned char> codeOf(char32_t character) const noexcept;
+    /// What a code shows; 0 for nothing.
+    [[nodiscard]] char32_t characterOf(unsigned char code) const noexcept {
+        return characters_[code];
+    }
     /// In thousandths of the font size; 0 where the font does not say.
     [[nodiscard]] double widthOf(unsigned char code) const noexcept { return widths_[code]; }
-    /// How far glyphs reach above the baseline, in thousandths of the font size; positive.
+    /// How far glyphs reach above the baseline, capitals with accents too, in thousandths of the
+    /// font size; positive.
     [[nodiscard]] double ascent() const noexcept { return ascent_; }
     /// How far they reach below it; negative or 0.
     [[nodiscard]] double descent() const noexcept { return descent_; }
+    /// Both together, for a font size: the height of a line, in the unit of the size.
+    [[nodiscard]] double lineHeight(double size) const noexcept {
+        return (ascent_ - descent_) * size / 1000;
+    }
 
 private:
     TextFont(const Characters& characters, const Widths& widths) noexcept;
-    /// Takes these where they make sense.
-    void reach(double ascent, double descent) noexcept;
+    /// Takes from a descriptor (ISO 32000-1, 9.8) what makes sense there.
+    void readReach(const Document& document, const Ref<Dictionary>& descriptor);
 
     Characters characters_;
     Widths widths_;
-    double ascent_ = 750, descent_ = -250;
+    double ascent_ = 950, descent_ = -225; // wide enough for most
 };
 
 } // namespace Libraries::Files::PDF::Tools

@@ -17,24 +17,12 @@ namespace {
 /// Bytes that are worth the time and the entry that deflating takes.
 constexpr std::size_t shortest = 512;
 
-/// What a text leaves free beside the border.
-Rectangle textArea(const WidgetFrame& frame, bool above) {
-    Rectangle area = frame.inside();
-    const double rim =
-        std::min({std::max(frame.borderWidth(), 1.0), area.width() / 4, area.height() / 4});
-    area.left += rim;
-    area.right -= rim;
-    if (above) {
-        area.bottom += rim;
-        area.top -= rim;
-    }
-    return area;
-}
-
-TextPlace textPlace(const FieldEntries& widget, const Rectangle& area, double size) {
+TextPlace textPlace(const FieldEntries& widget, const WidgetFrame& frame, const Rectangle& area,
+                    double size) {
     const std::int64_t quadding = widget.number("Q");
     const bool known = quadding >= 0 && quadding <= 2;
-    return {area, size, known ? static_cast<Quadding>(quadding + 1) : Quadding::Left};
+    return {area, frame.height(), size,
+            known ? static_cast<Quadding>(quadding + 1) : Quadding::Left};
 }
 
 std::string hexOf(const Codes& codes) {
@@ -59,6 +47,16 @@ std::string textOperators(const TextBlock& block, const TextStyle& style) {
 std::string rectangleOperands(const Rectangle& box) {
     return spelled(box.left) + " " + spelled(box.bottom) + " " + spelled(box.width()) + " " +
            spelled(box.height());
+}
+
+/// Where a text may be drawn: within the border, but over the whole height where its lines need
+/// that.
+Rectangle textClip(const WidgetFrame& frame, double lineHeight) {
+    Rectangle area = frame.inside();
+    if (lineHeight <= area.height()) return area;
+    area.bottom = 0;
+    area.top = frame.height();
+    return area;
 }
 
 /// The ground of an option that is selected.
@@ -93,14 +91,27 @@ std::string combLines(const WidgetFrame& frame, std::uint64_t cells) {
 TextBlock laidOut(const FieldEntries& widget, const WidgetFrame& frame, const TextFont& font,
                   Codes codes, double size) {
     if (const std::uint64_t cells = combCells(widget); cells != 0) {
-        return TextLayout(font, textPlace(widget, frame.inside(), size)).comb(codes, cells);
+        return TextLayout(font, textPlace(widget, frame, frame.inside(), size)).comb(codes, cells);
     }
     const bool multiline = widget.kind() == Field::Kind::Text && widget.has(FieldFlags::multiline);
-    const TextLayout layout(font, textPlace(widget, textArea(frame, multiline), size));
+    const TextLayout layout(font, textPlace(widget, frame, textArea(frame, multiline), size));
     return multiline ? layout.wrapped(codes) : layout.single(std::move(codes));
 }
 
 } // namespace
+
+Rectangle textArea(const WidgetFrame& frame, bool stacked) {
+    Rectangle area = frame.inside();
+    const double rim =
+        std::min({std::max(frame.borderWidth(), 1.0), area.width() / 4, area.height() / 4});
+    area.left += rim;
+    area.right -= rim;
+    if (stacked) {
+        area.bottom += rim;
+        area.top -= rim;
+    }
+    return area;
+}
 
 Filled FieldAppearances::showText(const FieldEntries& widget, std::string_view text) {
     const WidgetFrame frame(document_, *widget.own());
@@ -117,7 +128,7 @@ Filled FieldAppearances::showText(const FieldEntries& widget, std::string_view t
     const std::uint64_t cells = combCells(widget);
     const TextBlock block = laidOut(widget, frame, font->font, std::move(*codes), style.size);
     const std::string lines = cells == 0 ? "" : combLines(frame, cells);
-    return show(widget, frame, lines + textOperators(block, style), style, *font);
+    return show(widget, frame, lines, block, style, *font);
 }
 
 Filled FieldAppearances::showList(const FieldEntries& widget,
@@ -128,15 +139,15 @@ Filled FieldAppearances::showList(const FieldEntries& widget,
     const auto font = fonts_.find(widget, style.fontName);
     if (!font) return Filled::ViewerNeeded;
     const Rectangle area = textArea(frame, true);
-    const TextLayout layout(font->font, textPlace(widget, area, style.size));
-    const double line = TextLayout::leading(layout.list({}).size);
-    const auto first = static_cast<std::size_t>(std::max<std::int64_t>(widget.number("TI"), 0));
+    const TextLayout layout(font->font, textPlace(widget, frame, area, style.size));
+    const double line = TextLayout::leading(TextLayout::listSize(style.size));
     const auto& options = this->options(widget);
     const std::unordered_set<std::string> selected(selection.begin(), selection.end());
     std::vector<Codes> texts;
     std::string marks;
     double top = area.top;
-    for (std::size_t index = first; index < options.size() && top > area.bottom; ++index) {
+    for (std::size_t index = listTop(widget, selection);
+         index < options.size() && top > area.bottom; ++index) {
         auto codes = TextLayout::encoded(font->font, options[index].text);
         if (!codes) return Filled::ViewerNeeded;
         texts.push_back(std::move(*codes));
@@ -144,39 +155,37 @@ Filled FieldAppearances::showList(const FieldEntries& widget,
         if (selected.contains(options[index].value)) marks += marked(behind);
         top = behind.bottom;
     }
-    return show(widget, frame, marks + textOperators(layout.list(std::move(texts)), style), style,
-                *font);
+    return show(widget, frame, marks, layout.list(std::move(texts)), style, *font);
+}
+
+std::size_t FieldAppearances::listTop(const FieldEntries& widget,
+                                      const std::vector<std::string>& selection) {
+    const auto& options = this->options(widget);
+    const auto given = static_cast<std::uint64_t>(widget.number("TI")); // negative: beyond the last
+    const std::size_t top = given < options.size() ? given : 0;
+    const std::unordered_set<std::string> selected(selection.begin(), selection.end());
+    const auto found = std::ranges::find_if(
+        options, [&](const ChoiceOption& option) { return selected.contains(option.value); });
+    if (found == options.end()) return top;
+    const double height = textArea(WidgetFrame(document_, *widget.own()), true).height();
+    const double line = TextLayout::leading(TextLayout::listSize(styleOf(widget).size));
+    const auto lines = static_cast<std::size_t>(std::clamp(height / line, 1.0, 1e6));
+    const auto first = static_cast<std::size_t>(found - options.begin());
+    if (first < top) return first;
+    return std::max(top, first + 1 - std::min(lines, first + 1));
 }
 
 Filled FieldAppearances::show(const FieldEntries& widget, const WidgetFrame& frame,
-                              const std::string& operators, const TextStyle& style,
-                              const FormFont& font) {
-    const std::string content = frame.rectangle() + "/Tx BMC\nq\n" +
-                                rectangleOperands(frame.inside()) + " re W n\n" + operators +
-                                "Q\nEMC\n";
+                              const std::string& ground, const TextBlock& block,
+                              const TextStyle& style, const FormFont& font) {
+    const Rectangle area = textClip(frame, font.font.lineHeight(block.size));
+    const std::string content = frame.rectangle() + "/Tx BMC\nq\n" + rectangleOperands(area) +
+                                " re W n\n" + ground + textOperators(block, style) + "Q\nEMC\n";
     const Ref<Dictionary> fonts = orThrow(Dictionary::create());
     if (!fonts->set(style.fontName, font.entry)) throw std::bad_alloc();
     const Ref<Dictionary> resources = orThrow(Dictionary::create({{"Font", fonts}}));
     const Ref<Value> looks = stream(frame, content, resources);
     return looks && setNormal(widget.own(), looks) ? Filled::Shown : Filled::Failed;
-}
-
-Filled FieldAppearances::showStates(const FieldEntries& widget, std::string_view state) {
-    const WidgetFrame frame(document_, *widget.own());
-    const bool radio = widget.has(FieldFlags::radio);
-    const auto looks = Host::cast<Dictionary>(widget.find("MK"));
-    const auto caption = looks ? Host::cast<String>(followEntry(document_, *looks, "CA")) : nullptr;
-    const std::string style = caption && caption->text() ? caption->text()->utf8() : "";
-    const char mark = style.size() == 1 ? style.front() : radio ? 'l' : '4';
-    const std::string around = radio && mark == 'l' ? frame.circle() : frame.rectangle();
-    const std::string on = around + styleOf(widget).colour + buttonMark(mark, frame.inside());
-    const Ref<Dictionary> none = orThrow(Dictionary::create());
-    const Ref<Value> shown = stream(frame, on, none);
-    const Ref<Value> hidden = shown ? stream(frame, around, none) : nullptr;
-    if (!hidden) return Filled::Failed;
-    const Ref<Dictionary> states = orThrow(Dictionary::create({{"Off", hidden}}));
-    if (!states->set(state, shown)) throw std::bad_alloc();
-    return setNormal(widget.own(), states) ? Filled::Shown : Filled::Failed;
 }
 
 Ref<Value> FieldAppearances::stream(const WidgetFrame& frame, const std::string& content,

@@ -26,8 +26,17 @@ public:
     /// What a list box shows, with the values that are selected.
     [[nodiscard]] Filled showList(const FieldEntries& widget,
                                   const std::vector<std::string>& selection);
-    /// Looks for a button's state and for "Off".
-    [[nodiscard]] Filled showStates(const FieldEntries& widget, std::string_view state);
+    /// The place of the option that a list box begins with: TI's (ISO 32000-1, table 231), or one
+    /// from which the first of the selection is seen.
+    [[nodiscard]] std::size_t listTop(const FieldEntries& widget,
+                                      const std::vector<std::string>& selection);
+    /// Looks for the state of a check box or radio button, and for "Off", where the state has none:
+    /// no stream, that is. `whole` asks for both where one of them has none.
+    [[nodiscard]] Filled showStates(const FieldEntries& widget, std::string_view state, bool whole);
+    /// The same for the state that it is in, which is said.
+    [[nodiscard]] Filled showOwnState(const FieldEntries& widget, bool whole);
+    /// What a push button shows: its caption within its border. Of other fields the border.
+    [[nodiscard]] Filled showCaption(const FieldEntries& widget);
     /// Gives viewers what they need to draw fields: a default appearance, the marks of buttons.
     [[nodiscard]] bool provideFor(const FieldEntries& field);
     /// Takes the looks of a widget away.
@@ -37,18 +46,26 @@ public:
 
 private:
     [[nodiscard]] Filled show(const FieldEntries& widget, const WidgetFrame& frame,
-                              const std::string& operators, const TextStyle& style,
-                              const FormFont& font);
+                              const std::string& ground, const TextBlock& block,
+                              const TextStyle& style, const FormFont& font);
     [[nodiscard]] Ref<Value> stream(const WidgetFrame& frame, const std::string& content,
                                     const Ref<Dictionary>& resources);
     [[nodiscard]] bool setNormal(const Ref<Dictionary>& widget, const Ref<Value>& looks);
+    [[nodiscard]] bool setState(const Ref<Dictionary>& widget, const Ref<Dictionary>& states,
+                                std::string_view state, const Ref<Value>& looks);
+    [[nodiscard]] const std::string& firstState(const Ref<Dictionary>& states);
 
     Document& document_;
     Changes& changes_;
     FormFonts fonts_;
     Ref<Value> optionList_;
     std::vector<ChoiceOption> options_;
+    Ref<Dictionary> statesSeen_;
+    std::string firstState_;
 };
+
+/// What a text leaves free beside the border; above and below it too where lines are stacked.
+[[nodiscard]] Rectangle textArea(const WidgetFrame& frame, bool stacked);
 
 /// The mark of a check box or radio button in an area; `style` is what MK calls it (ISO 32000-1,
 /// table 189): a character of ZapfDingbats.

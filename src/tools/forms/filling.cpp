@@ -43,6 +43,7 @@ private:
     [[nodiscard]] Filled setButton(std::string_view text);
     [[nodiscard]] bool findChoice(std::span<const std::string_view> texts, Choice& choice) const;
     [[nodiscard]] bool storeChoice(const Choice& choice);
+    [[nodiscard]] bool scrollTo(const std::vector<std::string>& selection);
     [[nodiscard]] std::optional<std::string> findState(const std::vector<FieldOption>& known,
                                                        std::string_view text) const;
     [[nodiscard]] bool showState(const Ref<Dictionary>& widget, std::string_view state, bool bare);
@@ -164,6 +165,7 @@ Filled Filling::choose(std::span<const std::string_view> texts) {
     if (!findChoice(texts, choice) || !storeChoice(choice) || !dropStale()) return Filled::Failed;
     const bool list = !entries_.has(FieldFlags::combo);
     const auto selected = selectionOf(entries_);
+    if (list && !scrollTo(selected)) return Filled::Failed;
     return showAll([&](const FieldEntries& widget) {
         return list ? appearances_.showList(widget, selected)
                     : appearances_.showText(widget, choice.shown);
@@ -214,6 +216,14 @@ bool Filling::storeChoice(const Choice& choice) {
     return changes_.set(entries_.own(), "I", orThrow(Array::create(places)));
 }
 
+/// Has viewers begin a list with an option from which the selection is seen.
+bool Filling::scrollTo(const std::vector<std::string>& selection) {
+    const auto top =
+        static_cast<std::int64_t>(appearances_.listTop(entries_.of(widgets_.front()), selection));
+    return top == entries_.number("TI") ||
+           changes_.set(entries_.own(), "TI", orThrow(Number::create(top)));
+}
+
 Filled Filling::setButton(std::string_view text) {
     if (entries_.has(FieldFlags::pushButton)) {
         return fail(ButtonHasNoValue, "A push button has no value: ", name());
@@ -245,14 +255,16 @@ std::optional<std::string> Filling::findState(const std::vector<FieldOption>& kn
     return nameFor(text);
 }
 
-/// Shows the state in a widget that has looks for it, or in one of those of which none has any.
+/// Shows the state in a widget that names it, or in one of those of which none names any.
 bool Filling::showState(const Ref<Dictionary>& widget, std::string_view state, bool bare) {
-    bool on = bare && state != off;
-    if (on) {
-        if (appearances_.showStates(entries_.of(widget), state) != Filled::Shown) return false;
-    } else {
-        const auto states = statesOf(document_, *widget);
-        on = std::ranges::find(states, state) != states.end();
+    const auto states = statesOf(document_, *widget);
+    const bool own = std::ranges::find(states, state) != states.end();
+    const bool on = state != off && (own || bare);
+    const std::string_view drawn = on ? state : states.empty() ? off : states.front();
+    if (!states.empty() || bare) {
+        const FieldEntries entries = entries_.of(widget);
+        if (appearances_.showStates(entries, drawn, areViewersAsked()) != Filled::Shown)
+            return false;
     }
     return changes_.set(widget, "AS", orThrow(Name::create(on ? state : off)));
 }

@@ -25,6 +25,11 @@ constexpr std::int64_t unseen = 0x2 | 0x20;
 /// Widgets that are drawn in one call: pages may share a list of them.
 constexpr std::uint64_t mostWidgets = 1 << 20;
 
+bool finished(const FieldEntries& widget, Filled shown) {
+    if (shown != Filled::ViewerNeeded) return shown == Filled::Shown;
+    return fail(NotSupported, "No appearance can be made for the text of field ", widget.text("T"));
+}
+
 /// Draws the widgets of a document's form on its pages.
 class FormFlattening {
 public:
@@ -47,7 +52,6 @@ private:
                                                 const Dictionary& looks) const;
     [[nodiscard]] bool complete(const Ref<Dictionary>& widget);
     [[nodiscard]] bool completeText(const FieldEntries& widget);
-    [[nodiscard]] bool completeStates(const FieldEntries& widget);
     [[nodiscard]] Ref<Object> normalLooks(const Dictionary& widget) const;
     [[nodiscard]] bool append(const Ref<Dictionary>& page, const std::string& operators);
 
@@ -151,9 +155,12 @@ bool FormFlattening::complete(const Ref<Dictionary>& widget) {
     case Field::Kind::Choice:
         return completeText(entries);
     case Field::Kind::Button:
-        return entries.has(FieldFlags::pushButton) || completeStates(entries);
+        if (!entries.has(FieldFlags::pushButton)) {
+            return appearances_.showOwnState(entries, stale_) == Filled::Shown;
+        }
+        [[fallthrough]];
     default:
-        return true;
+        return normalLooks(*widget) || finished(entries, appearances_.showCaption(entries));
     }
 }
 
@@ -170,19 +177,7 @@ bool FormFlattening::completeText(const FieldEntries& widget) {
         if (const auto place = optionAt(options, text)) text = options[*place].text;
         shown = appearances_.showText(widget, text);
     }
-    if (shown != Filled::ViewerNeeded || looks) return shown != Filled::Failed;
-    return fail(NotSupported, "No appearance can be made for the value of a field");
-}
-
-bool FormFlattening::completeStates(const FieldEntries& widget) {
-    const auto all = Host::cast<Dictionary>(followEntry(document_, *widget.own(), "AP"));
-    if (all && followEntry(document_, *all, "N")) return true;
-    const auto state = Host::cast<Name>(widget.find("AS"));
-    const auto value = state ? state : Host::cast<Name>(widget.find("V"));
-    const std::string name = value ? value->name()->utf8() : "Off";
-    const bool on = name != "Off";
-    return appearances_.showStates(widget, on ? name : "Yes") == Filled::Shown &&
-           changes_.set(widget.own(), "AS", orThrow(Name::create(name)));
+    return (looks && shown == Filled::ViewerNeeded) || finished(widget, shown);
 }
 
 bool FormFlattening::append(const Ref<Dictionary>& page, const std::string& operators) {

@@ -1,7 +1,9 @@
+#include "host/held_log.h"
 #include "tools/changes.h"
 #include "tools/failure.h"
 #include "tools/forms/form_field.h"
 #include "tools/forms/form_text.h"
+#include "tools/forms/radio_groups.h"
 #include "tools/references.h"
 
 #include <pdf/tools/filling.h>
@@ -55,14 +57,39 @@ bool ArraysBroughtIn::bringIn(const Ref<Dictionary>& from, std::string_view key)
     return direct || changes_.set(from, key, orThrow(Array::create(elements)));
 }
 
+/// Whether the form was built before its buttons were joined: it shows what they were.
+bool hasFormerFields(const Form& form, const RadioGroups& groups) {
+    for (std::uint64_t index = 0; index < form.fieldCount(); ++index) {
+        const Ref<Field> field = form.field(index);
+        if (field && groups.hasJoined(field->dictionary())) return true;
+    }
+    return false;
+}
+
+/// The form as it is built, without a word about kids that inherit what kind of field they are.
+Ref<Form> builtForm(Document& document) {
+    const std::uint32_t former = Host::Error::get();
+    Host::Error::set(Host::NoError);
+    Host::HeldLog log;
+    Ref<Form> form = document.form();
+    if (form && Host::Error::get() == Host::NoError) {
+        Host::Error::set(former);
+    } else {
+        log.letOut();
+    }
+    return form;
+}
+
 } // namespace
 
 Ref<Form> openForm(Document& document) noexcept {
     return guarded([&]() -> Ref<Form> {
         Changes changes(document);
         if (!ArraysBroughtIn(document, changes).run()) return nullptr;
-        Ref<Form> form = document.form();
-        if (form) changes.keep();
+        RadioGroups groups(document, changes);
+        if (!groups.join(formEntries(document))) return nullptr;
+        Ref<Form> form = builtForm(document);
+        if (form && !hasFormerFields(*form, groups)) changes.keep();
         return form;
     });
 }

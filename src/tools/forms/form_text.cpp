@@ -3,6 +3,7 @@
 #include "tools/failure.h"
 #include "tools/fonts/text_font.h"
 
+#include <algorithm>
 #include <span>
 
 namespace Libraries::Files::PDF::Tools {
@@ -50,6 +51,27 @@ int digitOf(char character) noexcept {
     return -1;
 }
 
+/// Some producers write into a name what a literal string would say (ISO 32000-1, 7.3.4.2): UTF-16
+/// with octal escapes.
+std::string withoutEscapes(std::string_view text) {
+    std::string bytes;
+    for (std::size_t index = 0; index < text.size(); ++index) {
+        const bool escape = text[index] == '\\' && index + 1 < text.size();
+        const auto isOctal = [](char digit) { return digit >= '0' && digit <= '7'; };
+        const bool octal = escape && index + 3 < text.size() &&
+                           std::ranges::all_of(text.substr(index + 1, 3), isOctal);
+        if (octal) {
+            const auto digit = [&](std::size_t at) { return text[index + at] - '0'; };
+            bytes += static_cast<char>(digit(1) * 64 + digit(2) * 8 + digit(3));
+            index += 3;
+        } else {
+            if (escape) ++index;
+            bytes += text[index];
+        }
+    }
+    return bytes;
+}
+
 } // namespace
 
 std::u32string charactersOf(std::string_view utf8) {
@@ -83,6 +105,7 @@ std::string textOf(const Name& name) {
         if (high >= 0 && low >= 0) index += 2;
         text += high >= 0 && low >= 0 ? static_cast<char>(high * 16 + low) : raw[index];
     }
+    if (text.starts_with("\\376\\377")) return fromUtf16(withoutEscapes(text));
     // Names are mostly UTF-8; what is none was made for a page of 256 codes.
     const bool valid = orThrow(Host::String::create(std::string_view(text)))->utf8() == text;
     return valid ? text : fromBytes(text);

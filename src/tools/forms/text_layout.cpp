@@ -16,13 +16,29 @@ constexpr double smallest = 4; // below that nobody reads
 constexpr double usual = 12;   // of several lines, where the field does not say
 constexpr double step = 0.5;
 constexpr std::size_t longest = 65536; // codes that any field has room for
+constexpr double accents = 200;        // what those of capitals take, in thousandths of the size
 
-/// Of a list of texts that no size was given for.
-double given(double size) noexcept {
-    return size > 0 ? size : usual;
+/// Whether a character has more than a capital letter above it.
+bool isHigh(char32_t character) noexcept {
+    constexpr std::u32string_view plain = U"ÆÇÐ×ØÞßŁłŒœšžı";
+    const bool capital = character >= 0xC0 && character <= 0xDE;
+    const bool other = character >= 0x100 && character < 0x2000;
+    return (capital || other) && plain.find(character) == plain.npos;
+}
+
+/// Whether it reaches below the baseline.
+bool isDeep(char32_t character) noexcept {
+    constexpr std::u32string_view deep = U"gjpqyQ,;()[]{}|$@_/\\§¶ƒçÇþýÿµ¸‚„¦";
+    constexpr std::u32string_view flat = U"ŁłŒœŠšŽžŸı";
+    const bool other = character >= 0x100 && character < 0x2000;
+    return deep.find(character) != deep.npos || (other && flat.find(character) == flat.npos);
 }
 
 } // namespace
+
+double TextLayout::listSize(double size) noexcept {
+    return size > 0 ? size : usual;
+}
 
 double TextLayout::leading(double size) noexcept {
     constexpr double factor = 1.15;
@@ -64,10 +80,19 @@ double TextLayout::startOf(const Codes& codes, double size) const noexcept {
     return place_.area.left + (place_.quadding == Quadding::Centered ? rest / 2 : rest);
 }
 
-double TextLayout::middleBaseline(double size) const noexcept {
-    const double reach = (font_.ascent() - font_.descent()) * size / 1000;
-    const double below = (place_.area.height() - reach) / 2;
-    return place_.area.bottom + below - font_.descent() * size / 1000;
+double TextLayout::middleBaseline(const Codes& codes, double size) const noexcept {
+    const double below = (place_.area.height() - font_.lineHeight(size)) / 2;
+    const double middle = place_.area.bottom + below - font_.descent() * size / 1000;
+    if (font_.lineHeight(size) <= place_.height) return middle;
+    const auto some = [&](auto is) {
+        return std::ranges::any_of(codes, [&](auto code) { return is(font_.characterOf(code)); });
+    };
+    const double deep = some(isDeep) ? font_.descent() : 0;
+    const double high = font_.ascent() - (some(isHigh) ? 0 : accents);
+    const double lowest = -deep * size / 1000;
+    const double highest = place_.height - high * size / 1000;
+    if (lowest > highest) return (lowest + highest) / 2;
+    return std::clamp(middle, lowest, highest);
 }
 
 TextBlock TextLayout::single(Codes codes) const {
@@ -75,14 +100,15 @@ TextBlock TextLayout::single(Codes codes) const {
     double size = place_.size;
     if (size <= 0) {
         const double wide = widthOf(codes, 1);
-        size = place_.area.height() / leading(1);
+        size = place_.area.height() / font_.lineHeight(1);
         if (wide > 0) size = std::min(size, place_.area.width() / wide);
         size = std::max(std::floor(size * 100) / 100, smallest);
     }
     TextBlock block{size, {}};
     if (codes.empty()) return block;
     const double x = startOf(codes, size);
-    block.lines.push_back({x, middleBaseline(size), std::move(codes)});
+    const double y = middleBaseline(codes, size);
+    block.lines.push_back({x, y, std::move(codes)});
     return block;
 }
 
@@ -90,7 +116,8 @@ TextBlock TextLayout::wrapped(const Codes& codes) const {
     if (place_.size > 0) return stacked(broken(codes, place_.size), place_.size);
     for (double size = usual; size > smallest; size -= step) {
         auto lines = broken(codes, size);
-        const double height = leading(size) * static_cast<double>(lines.size());
+        const double more = lines.empty() ? 0 : static_cast<double>(lines.size() - 1);
+        const double height = font_.lineHeight(size) + leading(size) * more;
         if (height <= place_.area.height()) return stacked(std::move(lines), size);
     }
     return stacked(broken(codes, smallest), smallest);
@@ -132,7 +159,9 @@ void TextLayout::breakParagraph(const Codes& paragraph, double size,
 
 TextBlock TextLayout::stacked(std::vector<Codes> lines, double size) const {
     TextBlock block{size, {}};
+    const bool fits = font_.lineHeight(size) <= place_.area.height();
     double y = place_.area.top - font_.ascent() * size / 1000;
+    if (!fits && !lines.empty()) y = middleBaseline(lines.front(), size);
     for (Codes& line : lines) {
         if (y + size < place_.area.bottom) break; // nobody sees it
         while (!line.empty() && line.back() == space)
@@ -147,14 +176,16 @@ TextBlock TextLayout::stacked(std::vector<Codes> lines, double size) const {
 TextBlock TextLayout::list(std::vector<Codes> lines) const {
     for (Codes& line : lines)
         std::ranges::replace(line, newline, space);
-    return stacked(std::move(lines), given(place_.size));
+    return stacked(std::move(lines), listSize(place_.size));
 }
 
 TextBlock TextLayout::comb(const Codes& codes, std::uint64_t cells) const {
     const double cell = place_.area.width() / static_cast<double>(cells);
     double size = place_.size;
-    if (size <= 0) size = std::max(std::min(place_.area.height() / leading(1), cell), smallest);
+    if (size <= 0)
+        size = std::max(std::min(place_.area.height() / font_.lineHeight(1), cell), smallest);
     TextBlock block{size, {}};
+    const double y = middleBaseline(codes, size);
     const std::uint64_t used = std::min<std::uint64_t>(codes.size(), cells);
     const std::uint64_t rest = cells - used;
     const std::uint64_t first = place_.quadding == Quadding::Right      ? rest
@@ -163,7 +194,7 @@ TextBlock TextLayout::comb(const Codes& codes, std::uint64_t cells) const {
     for (std::uint64_t index = 0; index < used; ++index) {
         const Codes code(1, codes[index] == newline ? space : codes[index]);
         const double middle = place_.area.left + cell * (static_cast<double>(first + index) + 0.5);
-        block.lines.push_back({middle - widthOf(code, size) / 2, middleBaseline(size), code});
+        block.lines.push_back({middle - widthOf(code, size) / 2, y, code});
     }
     return block;
 }

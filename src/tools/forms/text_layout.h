@@ -30,7 +30,8 @@ struct TextBlock {
 /// How a text is placed.
 struct TextPlace {
     Rectangle area;
-    double size = 0; ///< of the font; 0: as large as fits
+    double height = 0; ///< of the field: nothing is seen below 0 and above that
+    double size = 0;   ///< of the font; 0: as large as fits
     Quadding quadding = Quadding::Left;
 };
 
@@ -44,20 +45,24 @@ public:
     /// for more than 65,536 of them.
     [[nodiscard]] static std::optional<Codes> encoded(const TextFont& font, std::string_view utf8);
 
-    /// One line, in the middle of the height.
+    /// One line, in the middle of the height. Where it is higher than the field it stands where
+    /// most of what this text draws is seen.
     [[nodiscard]] TextBlock single(Codes codes) const;
-    /// Lines from the top on, broken where they become too long.
+    /// Lines from the top on, broken where they become too long. A line that is higher than the
+    /// area stands in its middle, here and in lists.
     [[nodiscard]] TextBlock wrapped(const Codes& codes) const;
     /// Each code in the middle of one of `cells` of equal width.
     [[nodiscard]] TextBlock comb(const Codes& codes, std::uint64_t cells) const;
     /// Lines of a list from the top on, each as it is.
     [[nodiscard]] TextBlock list(std::vector<Codes> lines) const;
+    /// The size of a list's text, where 0 says none.
+    [[nodiscard]] static double listSize(double size) noexcept;
     /// The distance of two lines for a font size.
     [[nodiscard]] static double leading(double size) noexcept;
 
 private:
     [[nodiscard]] double widthOf(const Codes& codes, double size) const noexcept;
-    [[nodiscard]] double middleBaseline(double size) const noexcept;
+    [[nodiscard]] double middleBaseline(const Codes& codes, double size) const noexcept;
     [[nodiscard]] double startOf(const Codes& codes, double size) const noexcept;
     [[nodiscard]] std::vector<Codes> broken(const Codes& codes, double size) const;
     void breakParagraph(const Codes& paragraph, double size, std::vector<Codes>& lines) const;
