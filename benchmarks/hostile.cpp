@@ -1,20 +1,12 @@
 #include "hostile.h"
 
+#include "object_file.h"
+
 #include <string_view>
 #include <vector>
 
 namespace Benchmarks {
 namespace {
-
-/// A file whose objects begin at these offsets of `body`, numbered from 1. Its table is as short as
-/// is accepted.
-std::string fileOf(const std::string& body, const std::vector<std::size_t>& offsets) {
-    std::string file = body + "\nxref\n0 " + std::to_string(offsets.size() + 1) + "\n0 65535 f\n";
-    for (const std::size_t offset : offsets)
-        file += std::to_string(offset) + " 0 n\n";
-    return file + "trailer<</Root 1 0 R>>\nstartxref\n" + std::to_string(body.size() + 1) +
-           "\n%%EOF\n";
-}
 
 constexpr std::string_view header = "%PDF-1.4\n";
 

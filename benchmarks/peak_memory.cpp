@@ -4,14 +4,13 @@
 // Each step opens the file and runs in a process of its own, so that the peak is that of the step
 // alone: the largest resident size behind it, less that before it.
 
+#include "apart.h"
 #include "generate.h"
 #include "hostile.h"
 
 #include <host/files.h>
 #include <pdf/document.h>
 
-#include <sys/resource.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -28,26 +27,8 @@ namespace {
 
 using Benchmarks::Kind;
 
-double peakBytes() {
-    rusage usage{};
-    ::getrusage(RUSAGE_SELF, &usage);
-    return static_cast<double>(usage.ru_maxrss) * 1024;
-}
-
-// Whether `step` succeeded, in a process of its own.
-template <class Step>
-bool apart(Step step) {
-    std::fflush(nullptr);
-    const pid_t child = ::fork();
-    if (child == 0) {
-        const bool done = step();
-        std::fflush(nullptr);
-        ::_exit(done ? 0 : 1);
-    }
-    int status = 0;
-    return child > 0 && ::waitpid(child, &status, 0) == child && status == 0;
-}
-
+using Benchmarks::apart;
+using Benchmarks::peakBytes;
 using Host::Ref;
 using Libraries::Files::PDF::Document;
 
