@@ -7,7 +7,6 @@
 #include <pdf/tools/editing.h>
 
 #include <algorithm>
-#include <unordered_set>
 #include <utility>
 
 namespace Libraries::Files::PDF::Tools {
@@ -105,7 +104,8 @@ TextBlock laidOut(const FieldEntries& widget, const WidgetFrame& frame, const Te
 Filled FieldAppearances::showText(const FieldEntries& widget, std::string_view text) {
     const WidgetFrame frame(document_, *widget.own());
     if (!frame.hasArea()) return Filled::Shown;
-    const TextStyle style = styleOf(widget);
+    const TextStyle& style = shared_.style(widget);
+    if (!shared_.draw(text.size() + style.fontName.size())) return Filled::Failed;
     const auto font = fonts_.find(widget, style.fontName);
     auto codes = font ? TextLayout::encoded(font->font, text) : std::nullopt;
     if (!codes) return Filled::ViewerNeeded;
@@ -120,28 +120,28 @@ Filled FieldAppearances::showText(const FieldEntries& widget, std::string_view t
     return show(widget, frame, lines + textOperators(block, style), style, *font);
 }
 
-Filled FieldAppearances::showList(const FieldEntries& widget,
-                                  const std::vector<std::string>& selection) {
+Filled FieldAppearances::showList(const FieldEntries& widget, const Selection& selection) {
     const WidgetFrame frame(document_, *widget.own());
     if (!frame.hasArea()) return Filled::Shown;
-    const TextStyle style = styleOf(widget);
+    const TextStyle& style = shared_.style(widget);
     const auto font = fonts_.find(widget, style.fontName);
     if (!font) return Filled::ViewerNeeded;
     const Rectangle area = textArea(frame, true);
     const TextLayout layout(font->font, textPlace(widget, area, style.size));
     const double line = TextLayout::leading(layout.list({}).size);
     const auto first = static_cast<std::size_t>(std::max<std::int64_t>(widget.number("TI"), 0));
-    const auto& options = this->options(widget);
-    const std::unordered_set<std::string> selected(selection.begin(), selection.end());
+    const auto& options = shared_.options(widget).list();
     std::vector<Codes> texts;
     std::string marks;
     double top = area.top;
     for (std::size_t index = first; index < options.size() && top > area.bottom; ++index) {
+        constexpr std::size_t around = 64; // what is drawn for an option beside its text
+        if (!shared_.draw(options[index].text.size() + around)) return Filled::Failed;
         auto codes = TextLayout::encoded(font->font, options[index].text);
         if (!codes) return Filled::ViewerNeeded;
         texts.push_back(std::move(*codes));
         const Rectangle behind{frame.inside().left, top - line, frame.inside().right, top};
-        if (selected.contains(options[index].value)) marks += marked(behind);
+        if (selection.values.contains(options[index].value)) marks += marked(behind);
         top = behind.bottom;
     }
     return show(widget, frame, marks + textOperators(layout.list(std::move(texts)), style), style,
@@ -162,14 +162,16 @@ Filled FieldAppearances::show(const FieldEntries& widget, const WidgetFrame& fra
 }
 
 Filled FieldAppearances::showStates(const FieldEntries& widget, std::string_view state) {
+    if (!shared_.draw(state.size())) return Filled::Failed;
     const WidgetFrame frame(document_, *widget.own());
     const bool radio = widget.has(FieldFlags::radio);
     const auto looks = Host::cast<Dictionary>(widget.find("MK"));
     const auto caption = looks ? Host::cast<String>(followEntry(document_, *looks, "CA")) : nullptr;
-    const std::string style = caption && caption->text() ? caption->text()->utf8() : "";
-    const char mark = style.size() == 1 ? style.front() : radio ? 'l' : '4';
+    const Ref<Host::String> style = caption ? caption->text() : nullptr;
+    const bool ownMark = style && style->length() == 1 && (*style)[0] < 0x80;
+    const char mark = ownMark ? static_cast<char>((*style)[0]) : radio ? 'l' : '4';
     const std::string around = radio && mark == 'l' ? frame.circle() : frame.rectangle();
-    const std::string on = around + styleOf(widget).colour + buttonMark(mark, frame.inside());
+    const std::string on = around + shared_.style(widget).colour + buttonMark(mark, frame.inside());
     const Ref<Dictionary> none = orThrow(Dictionary::create());
     const Ref<Value> shown = stream(frame, on, none);
     const Ref<Value> hidden = shown ? stream(frame, around, none) : nullptr;
@@ -195,13 +197,6 @@ bool FieldAppearances::setNormal(const Ref<Dictionary>& widget, const Ref<Value>
     const auto own = Host::cast<Dictionary>(quietly([&] { return widget->find("AP"); }));
     if (!own) return changes_.set(widget, "AP", orThrow(Dictionary::create({{"N", looks}})));
     return changes_.set(own, "N", looks) && changes_.drop(own, "D") && changes_.drop(own, "R");
-}
-
-const std::vector<ChoiceOption>& FieldAppearances::options(const FieldEntries& widget) {
-    Ref<Value> list = widget.find("Opt");
-    if (list != optionList_) options_ = optionsOf(widget);
-    optionList_ = std::move(list);
-    return options_;
 }
 
 bool FieldAppearances::provideFor(const FieldEntries& field) {

@@ -2,6 +2,7 @@
 
 #include "tools/changes.h"
 #include "tools/forms/form_fonts.h"
+#include "tools/forms/shared_entries.h"
 #include "tools/forms/text_layout.h"
 #include "tools/forms/widget_frame.h"
 
@@ -14,8 +15,8 @@
 namespace Libraries::Files::PDF::Tools {
 
 /// Makes appearances of widgets (ISO 32000-1, 12.5.5), each of which is given with what it inherits
-/// from its field. Where a text cannot be shown, nothing changes. Everything throws
-/// `std::bad_alloc`.
+/// from its field. Where a text cannot be shown, nothing changes; where widgets show far more than
+/// was read, that fails with `OutOfRange`. Everything throws `std::bad_alloc`.
 class FieldAppearances {
 public:
     FieldAppearances(Document& document, Changes& changes) noexcept
@@ -24,16 +25,15 @@ public:
     /// What a text field shows, or a choice field that shows one text.
     [[nodiscard]] Filled showText(const FieldEntries& widget, std::string_view text);
     /// What a list box shows, with the values that are selected.
-    [[nodiscard]] Filled showList(const FieldEntries& widget,
-                                  const std::vector<std::string>& selection);
+    [[nodiscard]] Filled showList(const FieldEntries& widget, const Selection& selection);
     /// Looks for a button's state and for "Off".
     [[nodiscard]] Filled showStates(const FieldEntries& widget, std::string_view state);
     /// Gives viewers what they need to draw fields: a default appearance, the marks of buttons.
     [[nodiscard]] bool provideFor(const FieldEntries& field);
     /// Takes the looks of a widget away.
     [[nodiscard]] bool clear(const Ref<Dictionary>& widget);
-    /// `optionsOf`, kept for the next widget of the same field.
-    [[nodiscard]] const std::vector<ChoiceOption>& options(const FieldEntries& widget);
+    /// What widgets share, and how much of it they may show.
+    [[nodiscard]] SharedEntries& shared() noexcept { return shared_; }
 
 private:
     [[nodiscard]] Filled show(const FieldEntries& widget, const WidgetFrame& frame,
@@ -46,8 +46,7 @@ private:
     Document& document_;
     Changes& changes_;
     FormFonts fonts_;
-    Ref<Value> optionList_;
-    std::vector<ChoiceOption> options_;
+    SharedEntries shared_;
 };
 
 /// The mark of a check box or radio button in an area; `style` is what MK calls it (ISO 32000-1,

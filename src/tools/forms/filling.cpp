@@ -16,6 +16,8 @@ namespace {
 
 constexpr std::string_view off = "Off";
 
+constexpr std::uint64_t leastWidget = 64; ///< bytes that one takes in a file
+
 /// Sets one field; the caller keeps the changes.
 class Filling {
 public:
@@ -105,6 +107,7 @@ template <class Show>
 Filled Filling::showAll(Show show) {
     Filled result = Filled::Shown;
     for (const Ref<Dictionary>& widget : widgets_) {
+        appearances_.shared().read(leastWidget);
         const Filled shown = show(entries_.of(widget));
         if (shown == Filled::Failed) return Filled::Failed;
         if (shown == Filled::Shown) continue;
@@ -152,6 +155,7 @@ Filled Filling::setText(std::string_view text) {
         return fail(InvalidArgument, "Text is longer than ", most, " for field ", name());
     }
     if (!store<Fields::Text>(value) || !dropStale()) return Filled::Failed;
+    appearances_.shared().read(text.size());
     return showAll([&](const FieldEntries& widget) { return appearances_.showText(widget, text); });
 }
 
@@ -162,8 +166,9 @@ Filled Filling::choose(std::span<const std::string_view> texts) {
     }
     Choice choice;
     if (!findChoice(texts, choice) || !storeChoice(choice) || !dropStale()) return Filled::Failed;
+    appearances_.shared().read(choice.shown.size());
     const bool list = !entries_.has(FieldFlags::combo);
-    const auto selected = selectionOf(entries_);
+    const Selection selected(entries_);
     return showAll([&](const FieldEntries& widget) {
         return list ? appearances_.showList(widget, selected)
                     : appearances_.showText(widget, choice.shown);
@@ -171,10 +176,10 @@ Filled Filling::choose(std::span<const std::string_view> texts) {
 }
 
 bool Filling::findChoice(std::span<const std::string_view> texts, Choice& choice) const {
-    const auto options = optionsOf(entries_);
+    const ChoiceOptions options(entries_);
     const bool free = entries_.has(FieldFlags::combo | FieldFlags::edit);
     for (const std::string_view text : texts) {
-        if (const auto place = optionAt(options, text)) {
+        if (const auto place = options.at(text)) {
             choice.places.push_back(*place);
         } else if (free && texts.size() == 1) {
             choice.values.emplace_back(orThrow(textString(text)));
@@ -187,8 +192,8 @@ bool Filling::findChoice(std::span<const std::string_view> texts, Choice& choice
     choice.places.erase(std::unique(choice.places.begin(), choice.places.end()),
                         choice.places.end());
     for (const std::size_t place : choice.places)
-        choice.values.push_back(options[place].exported);
-    if (!choice.places.empty()) choice.shown = options[choice.places.front()].text;
+        choice.values.push_back(options.list()[place].exported);
+    if (!choice.places.empty()) choice.shown = options.list()[choice.places.front()].text;
     return true;
 }
 
@@ -224,6 +229,7 @@ Filled Filling::setButton(std::string_view text) {
     if (!store<Fields::Button>(orThrow(Name::create(*state))) || !dropStale()) {
         return Filled::Failed;
     }
+    appearances_.shared().read(state->size());
     for (const Ref<Dictionary>& widget : widgets_) {
         if (!showState(widget, *state, known.empty())) return Filled::Failed;
     }
@@ -250,10 +256,10 @@ bool Filling::showState(const Ref<Dictionary>& widget, std::string_view state, b
     bool on = bare && state != off;
     if (on) {
         if (appearances_.showStates(entries_.of(widget), state) != Filled::Shown) return false;
-    } else {
-        const auto states = statesOf(document_, *widget);
-        on = std::ranges::find(states, state) != states.end();
+    } else if (const auto looks = state != off ? stateLooks(document_, *widget) : nullptr) {
+        on = quietly([&] { return looks->find(state); }) != nullptr;
     }
+    if (!appearances_.shared().draw(state.size())) return false;
     return changes_.set(widget, "AS", orThrow(Name::create(on ? state : off)));
 }
 

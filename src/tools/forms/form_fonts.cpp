@@ -76,9 +76,15 @@ std::optional<FormFont> FormFonts::find(const FieldEntries& field, std::string_v
     if (!entry) return std::nullopt;
     const auto dictionary = Host::cast<Dictionary>(follow(document_, entry));
     if (!dictionary) return std::nullopt;
-    const auto font = TextFont::read(document_, *dictionary);
+    const auto& font = read(dictionary);
     if (!font) return std::nullopt;
     return FormFont{*font, std::move(entry)};
+}
+
+const std::optional<TextFont>& FormFonts::read(const Ref<Dictionary>& dictionary) {
+    const auto [place, isNew] = fonts_.try_emplace(dictionary.get());
+    if (isNew) place->second = {dictionary, TextFont::read(document_, *dictionary)};
+    return place->second.font;
 }
 
 void FormFonts::provideMarks(const FieldEntries& field) {
