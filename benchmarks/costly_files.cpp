@@ -101,19 +101,11 @@ Cost costOf(const CostlyFile& kind, const std::string& path) {
 // Nothing where the work was stopped.
 std::optional<Cost> runApart(const CostlyFile& kind, const std::string& path) {
     const double small = multipleOfSmall(std::filesystem::file_size(path));
-    int ends[2];
-    if (::pipe(ends) != 0) return std::nullopt;
-    const bool done = apart([&] {
+    return toldApart<Cost>([&] {
         limit(RLIMIT_CPU, static_cast<rlim_t>(1 + mostTime * small));
         limit(RLIMIT_AS, static_cast<rlim_t>(1e9 + mostMemory * small));
-        const Cost cost = costOf(kind, path);
-        return ::write(ends[1], &cost, sizeof cost) == sizeof cost;
+        return costOf(kind, path);
     });
-    Cost cost;
-    const bool whole = done && ::read(ends[0], &cost, sizeof cost) == sizeof cost;
-    ::close(ends[0]);
-    ::close(ends[1]);
-    return whole ? std::optional(cost) : std::nullopt;
 }
 
 // A file at a path, which goes with what was written beside it.
@@ -255,5 +247,6 @@ int main(int argc, char** argv) {
             return 2;
         }
     }
+    Host::SysLogFilter::state(Host::SysLogFilter::reg("PDF"), false);
     return Benchmarks::run(largest, argc > 2 ? argv[2] : "");
 }
