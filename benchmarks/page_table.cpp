@@ -4,6 +4,8 @@
 #include <charconv>
 #include <cmath>
 #include <cstdio>
+#include <fstream>
+#include <iterator>
 #include <sstream>
 #include <string_view>
 
@@ -51,6 +53,11 @@ bool near(const std::string& shown, const std::string& measured, const Column& c
 }
 
 } // namespace
+
+std::string pageAt(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
 
 std::vector<std::string> PageTable::heads() const {
     std::vector<std::string> heads;

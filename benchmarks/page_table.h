@@ -4,6 +4,7 @@
 /// Tables of measured figures, as pages of the documentation show them.
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace Benchmarks {
@@ -15,6 +16,9 @@ struct Column {
     double relative = 0;
     double absolute = 0;
 };
+
+/// The bytes of a page; empty where it cannot be read.
+[[nodiscard]] std::string pageAt(const std::string& path);
 
 class PageTable {
 public:

@@ -23,7 +23,6 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <optional>
 #include <string>
 
@@ -190,11 +189,7 @@ int main(int argc, char** argv) {
     Host::SysLogFilter::state(Host::SysLogFilter::reg("PDF"), false);
     const PageTable tables[] = {ordinary(), hostile()};
     bool same = true;
-    std::string page;
-    if (argc > 1) {
-        std::ifstream file(argv[1], std::ios::binary);
-        page.assign(std::istreambuf_iterator<char>(file), {});
-    }
+    const std::string page = argc > 1 ? Benchmarks::pageAt(argv[1]) : "";
     for (const PageTable& table : tables) {
         table.print();
         if (argc > 1) same = table.isOn(page) && same;

@@ -111,7 +111,7 @@ TEST(Bounds, StopWhatAFileListsAgainAndAgain) {
         {"pages share widgets", pagesThatShareWidgets(60, 60), flattenForm, ""},
         {"many pages share widgets", pagesThatShareWidgets(70, 70), flattenForm,
          "Pages share too many annotations\n"},
-        {"widgets share a text", fieldOfWidgets(30, "/FT /Tx /V " + longText), flattenForm, ""},
+        {"widgets share a text", fieldOfWidgets(10, "/FT /Tx /V " + longText), flattenForm, ""},
         {"many widgets share a text", fieldOfWidgets(40, "/FT /Tx /V " + longText), flattenForm,
          tooMuch},
         {"many widgets share the name of a font",

@@ -151,6 +151,7 @@ Filled FieldAppearances::showList(const FieldEntries& widget, const Selection& s
 Filled FieldAppearances::show(const FieldEntries& widget, const WidgetFrame& frame,
                               const std::string& operators, const TextStyle& style,
                               const FormFont& font) {
+    if (!shared_.draw(operators.size())) return Filled::Failed;
     const std::string content = frame.rectangle() + "/Tx BMC\nq\n" +
                                 rectangleOperands(frame.inside()) + " re W n\n" + operators +
                                 "Q\nEMC\n";

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <vector>
 
 namespace Libraries::Files::PDF::Tools {
@@ -29,7 +30,8 @@ std::vector<std::string_view> wordsOf(std::string_view text) {
 std::optional<double> numberFrom(std::string_view word) {
     double number = 0;
     const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), number);
-    if (error != std::errc() || end != word.data() + word.size()) return std::nullopt;
+    const bool whole = error == std::errc() && end == word.data() + word.size();
+    if (!whole || !std::isfinite(number)) return std::nullopt; // "nan" is no number here
     return number;
 }
 
