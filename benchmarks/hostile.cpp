@@ -1,20 +1,12 @@
 #include "hostile.h"
 
+#include "object_file.h"
+
 #include <string_view>
 #include <vector>
 
 namespace Benchmarks {
 namespace {
-
-/// A file whose objects begin at these offsets of `body`, numbered from 1. Its table is as short as
-/// is accepted.
-std::string fileOf(const std::string& body, const std::vector<std::size_t>& offsets) {
-    std::string file = body + "\nxref\n0 " + std::to_string(offsets.size() + 1) + "\n0 65535 f\n";
-    for (const std::size_t offset : offsets)
-        file += std::to_string(offset) + " 0 n\n";
-    return file + "trailer<</Root 1 0 R>>\nstartxref\n" + std::to_string(body.size() + 1) +
-           "\n%%EOF\n";
-}
 
 constexpr std::string_view header = "%PDF-1.4\n";
 
@@ -84,23 +76,31 @@ std::string overlapping(std::size_t size, std::size_t count, std::string_view op
 }
 
 constexpr HostileKind kinds[] = {
-    {"empty strings", [](std::size_t size) { return repeated("[", "()", "]", size); }},
-    {"empty arrays", [](std::size_t size) { return repeated("[", "[]", "]", size); }},
-    {"empty dictionaries", [](std::size_t size) { return repeated("[", "<<>>", "]", size); }},
-    {"names", [](std::size_t size) { return repeated("[", "/A", "]", size); }},
-    {"references", [](std::size_t size) { return repeated("[", "1 0 R ", "]", size); }},
-    {"numbers", [](std::size_t size) { return repeated("[", ". ", "]", size); }},
-    {"octal escapes", [](std::size_t size) { return repeated("(", "\xFF", ")", size); }},
-    {"equal keys", [](std::size_t size) { return repeated("<<", "/A/B", ">>", size); }},
-    {"unsorted keys", [](std::size_t size) { return unsortedKeys(size, 0); }},
-    {"keys in texts", [](std::size_t size) { return unsortedKeys(size, 2); }},
-    {"nested keys", nestedKeys},
-    {"small objects", smallObjects},
-    {"two overlapping", [](std::size_t size) { return overlapping(size, 2, "[%", "()", "]"); }},
-    {"nine overlapping", [](std::size_t size) { return overlapping(size, 9, "[%", "()", "]"); }},
-    {"overlapping keys",
+    {"one array of empty strings `()`",
+     [](std::size_t size) { return repeated("[", "()", "]", size); }},
+    {"of empty arrays `[]`", [](std::size_t size) { return repeated("[", "[]", "]", size); }},
+    {"of empty dictionaries `<<>>`",
+     [](std::size_t size) { return repeated("[", "<<>>", "]", size); }},
+    {"of names `/A`", [](std::size_t size) { return repeated("[", "/A", "]", size); }},
+    {"of references `1 0 R`", [](std::size_t size) { return repeated("[", "1 0 R ", "]", size); }},
+    {"of numbers that are a point alone",
+     [](std::size_t size) { return repeated("[", ". ", "]", size); }},
+    {"one text, of characters that are written as octal escapes",
+     [](std::size_t size) { return repeated("(", "\xFF", ")", size); }},
+    {"one dictionary with a single key, again and again",
+     [](std::size_t size) { return repeated("<<", "/A/B", ">>", size); }},
+    {"one dictionary of many keys, none in its place",
+     [](std::size_t size) { return unsortedKeys(size, 0); }},
+    {"the same, inside two texts that are objects as well",
+     [](std::size_t size) { return unsortedKeys(size, 2); }},
+    {"dictionaries within each other, 512 deep, with their keys out of order", nestedKeys},
+    {"the smallest objects there are", smallObjects},
+    {"two arrays of empty strings, one inside the other",
+     [](std::size_t size) { return overlapping(size, 2, "[%", "()", "]"); }},
+    {"nine of them", [](std::size_t size) { return overlapping(size, 9, "[%", "()", "]"); }},
+    {"three dictionaries with a single key, inside each other",
      [](std::size_t size) { return overlapping(size, 3, "<<%", "/A/B", ">>endobj"); }},
-    {"overlapping texts",
+    {"nine arrays of texts of such characters, inside each other",
      [](std::size_t size) { return overlapping(size, 9, "[%", "(\xFF\xFF\xFF\xFF)", "]"); }},
 };
 

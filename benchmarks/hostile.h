@@ -11,7 +11,7 @@ namespace Benchmarks {
 
 /// A file that opens, of about so many bytes.
 struct HostileKind {
-    const char* name;
+    const char* name; ///< what the file is, as the table of docs/robustness.md says it
     std::string (*generate)(std::size_t size);
 };
 

@@ -51,23 +51,41 @@ std::string optionsText(const Document& document, const Field& field) {
     return joined(texts);
 }
 
-void print(const Document& document, const Ref<Field>& field) {
-    const auto path = field->fullName();
-    const std::string options = optionsText(document, *field);
-    std::printf("%s\t%s\t0x%X\t%s%s%s\n", path ? onOneLine(path->utf8()).c_str() : "",
-                text(field->fieldType()), field->flags(),
-                onOneLine(joined(Tools::fieldValues(document, *field))).c_str(),
-                options.empty() ? "" : "\t", onOneLine(options).c_str());
-}
+/// Prints fields. Widgets, which have no name, repeat what their field holds; where there are many
+/// that would be far more than the file.
+class Listing {
+public:
+    explicit Listing(const Document& document) : document_(document) {}
+
+    void print(const Field& field) {
+        constexpr std::size_t mostRepeated = 1 << 20;
+        const bool isWidget = field.parent() && !field.partialName();
+        std::string values, options;
+        if (!isWidget || repeated_ < mostRepeated) {
+            values = onOneLine(joined(Tools::fieldValues(document_, field)));
+            options = onOneLine(optionsText(document_, field));
+        }
+        if (isWidget) repeated_ += values.size() + options.size();
+        const auto path = field.fullName();
+        std::printf("%s\t%s\t0x%X\t%s%s%s\n", path ? onOneLine(path->utf8()).c_str() : "",
+                    text(field.fieldType()), field.flags(), values.c_str(),
+                    options.empty() ? "" : "\t", options.c_str());
+    }
+
+private:
+    const Document& document_;
+    std::size_t repeated_ = 0; ///< bytes
+};
 
 void print(const Document& document, const Form& form) {
+    Listing listing(document);
     std::vector<Ref<Field>> waiting;
     for (std::uint64_t index = form.fieldCount(); index-- > 0;)
         waiting.push_back(form.field(index));
     while (!waiting.empty()) {
         const Ref<Field> field = waiting.back();
         waiting.pop_back();
-        print(document, field);
+        listing.print(*field);
         for (std::uint64_t index = field->childCount(); index-- > 0;)
             waiting.push_back(field->child(index));
     }

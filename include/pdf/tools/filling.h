@@ -52,7 +52,8 @@ enum class Filled : std::uint32_t {
 ///
 /// `Failed` with `NullArgument` to `FormNotFound` as of `Form::fieldByPath`, `NotSupported` (a
 /// signature, a group of fields, no kind at all), `ButtonHasNoValue`, `InvalidArgument` (no such
-/// option or state, a text that is too long) or `OutOfMemory` set.
+/// option or state, a text that is too long), `OutOfRange` (the field has so many widgets that they
+/// would show far more than it holds) or `OutOfMemory` set.
 [[nodiscard]] FILES_PDF_EXPORT Filled fillField(Document& document, Form& form,
                                                 std::string_view path,
                                                 std::string_view text) noexcept;
@@ -70,7 +71,8 @@ struct FieldOption {
 };
 
 /// The options of a choice field, or the states of check boxes and radio buttons, "Off" apart, in
-/// UTF-8. Empty for other kinds, and where memory is exhausted. Logs nothing.
+/// UTF-8. A long text that is listed again and again is empty then. Empty for other kinds, and
+/// where memory is exhausted. Logs nothing.
 [[nodiscard]] FILES_PDF_EXPORT std::vector<FieldOption> fieldOptions(const Document& document,
                                                                      const Field& field) noexcept;
 
@@ -82,13 +84,14 @@ struct FieldOption {
 /// Turns the fields of a document into what they show, for sending out: each widget's appearance
 /// becomes part of its page's content, on top, and goes from the page's annotations; the form goes
 /// from the catalog. Fields without an appearance get one first, push buttons and signatures too,
-/// as far as MK says; hidden ones (ISO 32000-1, 12.5.3) leave nothing. The page tree is flattened.
-/// `Document::form`, once it was asked for, still gives the former form.
+/// as far as MK says; hidden ones (ISO 32000-1, 12.5.3) leave nothing. A widget that a page lists
+/// more than once is drawn once. The page tree is flattened. `Document::form`, once it was asked
+/// for, still gives the former form.
 ///
 /// False, nothing changed, as for `flattenPages`, or with `NotSupported` (a field without an
-/// appearance holds what no appearance can be made for), `OutOfRange` (more than 1,048,576 widgets)
-/// or `OutOfMemory` set. A document without a
-/// form is left alone.
+/// appearance holds what no appearance can be made for), `OutOfRange` (more than 1,048,576 widgets;
+/// pages share a list of annotations, or widgets a text, so that far more is drawn than the file
+/// holds) or `OutOfMemory` set. A document without a form is left alone.
 [[nodiscard]] FILES_PDF_EXPORT bool flattenForm(Document& document) noexcept;
 
 } // namespace Libraries::Files::PDF::Tools

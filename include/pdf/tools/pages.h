@@ -32,8 +32,9 @@ struct Page {
 ///
 /// Null with the codes of `Document::getPageCatalog`, `PageTreeInvalid` (Kids is no array; a kid is
 /// no reference, leads nowhere, is no dictionary or has another Type; an intermediate node is
-/// listed twice, as in a tree that leads back to itself) or `PageInvalid` (Resources, a box or
-/// Rotate is of another kind) set; the log says which object it is.
+/// listed twice, as in a tree that leads back to itself), `PageInvalid` (Resources, a box or Rotate
+/// is of another kind) or `OutOfRange` (nodes share their Kids, so that the tree lists more than
+/// 4,096 and 4 for each kid) set; the log says which object it is.
 [[nodiscard]] FILES_PDF_EXPORT Ref<Host::TVector<Page>> allPages(const Document& document) noexcept;
 
 /// Makes every page a direct kid of the tree's root, so that `getPages`, `addBackground` and
@@ -43,7 +44,9 @@ struct Page {
 /// dictionary of resources share it as an object. Former nodes stay as objects that nothing refers
 /// to. A tree that is so already is left alone.
 ///
-/// False as for `allPages`, or with `OutOfMemory` set.
+/// False as for `allPages`, or with `OutOfRange` (pages that are listed again, or contents that
+/// pages share, would be copied to more than 64 times what they are and 1 MiB) or `OutOfMemory`
+/// set.
 [[nodiscard]] FILES_PDF_EXPORT bool flattenPages(Document& document) noexcept;
 
 /// Puts a page in front of the one that is at the zero-based `index` now, or behind the last one.

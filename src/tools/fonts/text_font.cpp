@@ -81,10 +81,13 @@ char32_t characterOf(const Name& glyphName) noexcept {
     return glyph != nullptr ? glyph->character : characterSpelled(name);
 }
 
-/// A name that is not known here hides what the code showed: nobody can say what it shows now.
+/// A name that is not known here hides what the code showed: nobody can say what it shows now. Many
+/// fonts may share a list: what is longer than a number and a name for each code, twice over, says
+/// nothing sensible.
 void applyDifferences(const Document& document, const Array& differences, Characters& characters) {
+    constexpr std::uint64_t most = 1024;
     std::uint64_t code = 0;
-    for (std::uint64_t index = 0; index < differences.size(); ++index) {
+    for (std::uint64_t index = 0; index < std::min(differences.size(), most); ++index) {
         const Ref<Value> element = follow(document, differences.get(index));
         const Ref<Name> name = Host::cast<Name>(element);
         if (const Ref<Number> number = Host::cast<Number>(element)) {

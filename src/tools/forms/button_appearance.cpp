@@ -36,12 +36,12 @@ bool isIconOnly(const FieldEntries& widget) {
 
 /// What a check box or radio button looks like.
 struct ButtonDrawing {
-    ButtonDrawing(const FieldEntries& widget, const WidgetFrame& frame) {
+    ButtonDrawing(const FieldEntries& widget, const WidgetFrame& frame, const std::string& style,
+                  const std::string& colour) {
         const bool radio = widget.has(FieldFlags::radio);
-        const std::string style = captionOf(widget);
         const char mark = style.size() == 1 ? style.front() : radio ? 'l' : '4';
         hidden = radio && mark == 'l' ? frame.circle() : frame.rectangle();
-        shown = hidden + styleOf(widget).colour + buttonMark(mark, frame.inside());
+        shown = hidden + colour + buttonMark(mark, frame.inside());
     }
 
     std::string hidden, shown;
@@ -55,7 +55,9 @@ Filled FieldAppearances::showStates(const FieldEntries& widget, std::string_view
     const bool hasOff = hasStream(document_, states, off);
     if (hasStream(document_, states, state) && (hasOff || !whole)) return Filled::Shown;
     const WidgetFrame frame(document_, *widget.own());
-    const ButtonDrawing drawing(widget, frame);
+    const std::string style = captionOf(widget);
+    if (!shared_.draw(state.size() + style.size())) return Filled::Failed;
+    const ButtonDrawing drawing(widget, frame, style, shared_.style(widget).colour);
     const Ref<Dictionary> none = orThrow(Dictionary::create());
     if (state != off) {
         const Ref<Value> shown = stream(frame, drawing.shown, none);
@@ -75,7 +77,7 @@ Filled FieldAppearances::showOwnState(const FieldEntries& widget, bool whole) {
     const auto shown = Host::cast<Name>(widget.find("AS"));
     const auto value = shown ? shown : Host::cast<Name>(widget.find("V"));
     std::string name(value ? value->name()->utf8() : off);
-    const std::string& first = firstState(states);
+    const std::string_view first = firstState(states);
     if (name != off && !first.empty() && !entryOf(document_, *states, name)) name = off;
     // Whose author drew no "Off" shows nothing then, unless viewers are to draw all anew.
     const bool isDrawn = !whole && name == off && hasStream(document_, states, first);
@@ -90,11 +92,12 @@ Filled FieldAppearances::showCaption(const FieldEntries& widget) {
     const std::string caption = hasText ? captionOf(widget) : std::string();
     const std::string around = frame.rectangle();
     if (!frame.hasArea() || (caption.empty() && around.empty())) return Filled::Shown;
+    if (!shared_.draw(caption.size())) return Filled::Failed;
     if (caption.empty()) {
         const Ref<Value> looks = stream(frame, around, orThrow(Dictionary::create()));
         return looks && setNormal(widget.own(), looks) ? Filled::Shown : Filled::Failed;
     }
-    const TextStyle style = styleOf(widget);
+    const TextStyle& style = shared_.style(widget);
     const auto font = fonts_.find(widget, style.fontName);
     auto codes = font ? TextLayout::encoded(font->font, caption) : std::nullopt;
     if (!codes) return Filled::ViewerNeeded;
@@ -106,24 +109,22 @@ Filled FieldAppearances::showCaption(const FieldEntries& widget) {
 /// What several widgets share is set for all of them: where nothing was.
 bool FieldAppearances::setState(const Ref<Dictionary>& widget, const Ref<Dictionary>& states,
                                 std::string_view state, const Ref<Value>& looks) {
-    statesSeen_ = nullptr;
     if (states) return changes_.set(states, state, looks);
     const Ref<Dictionary> made = orThrow(Dictionary::create());
     if (!made->set(state, looks)) throw std::bad_alloc();
     return setNormal(widget, made);
 }
 
-/// The first of the states that is not "Off"; empty where there is none. Kept for the next widget.
-const std::string& FieldAppearances::firstState(const Ref<Dictionary>& states) {
-    if (states && states == statesSeen_) return firstState_;
-    firstState_.clear();
-    statesSeen_ = states;
-    if (!states) return firstState_;
+std::string_view FieldAppearances::firstState(const Ref<Dictionary>& states) {
+    if (!states) return {};
+    FirstState& first = firstStates_[states.get()];
+    if (!first.name.empty()) return first.name;
+    first.states = states;
     const auto keys = orThrow(states->keys());
     const auto other =
         std::ranges::find_if(keys, [](const auto& key) { return !key->equals(off); });
-    if (other != keys.end()) firstState_ = (*other)->utf8();
-    return firstState_;
+    if (other != keys.end()) first.name = (*other)->utf8();
+    return first.name;
 }
 
 } // namespace Libraries::Files::PDF::Tools

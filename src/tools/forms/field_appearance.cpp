@@ -7,7 +7,6 @@
 #include <pdf/tools/editing.h>
 
 #include <algorithm>
-#include <unordered_set>
 #include <utility>
 
 namespace Libraries::Files::PDF::Tools {
@@ -116,7 +115,8 @@ Rectangle textArea(const WidgetFrame& frame, bool stacked) {
 Filled FieldAppearances::showText(const FieldEntries& widget, std::string_view text) {
     const WidgetFrame frame(document_, *widget.own());
     if (!frame.hasArea()) return Filled::Shown;
-    const TextStyle style = styleOf(widget);
+    const TextStyle& style = shared_.style(widget);
+    if (!shared_.draw(text.size() + style.fontName.size())) return Filled::Failed;
     const auto font = fonts_.find(widget, style.fontName);
     auto codes = font ? TextLayout::encoded(font->font, text) : std::nullopt;
     if (!codes) return Filled::ViewerNeeded;
@@ -131,56 +131,55 @@ Filled FieldAppearances::showText(const FieldEntries& widget, std::string_view t
     return show(widget, frame, lines, block, style, *font);
 }
 
-Filled FieldAppearances::showList(const FieldEntries& widget,
-                                  const std::vector<std::string>& selection) {
+Filled FieldAppearances::showList(const FieldEntries& widget, const Selection& selection) {
     const WidgetFrame frame(document_, *widget.own());
     if (!frame.hasArea()) return Filled::Shown;
-    const TextStyle style = styleOf(widget);
+    if (!shared_.draw(selection.texts.size())) return Filled::Failed;
+    const TextStyle& style = shared_.style(widget);
     const auto font = fonts_.find(widget, style.fontName);
     if (!font) return Filled::ViewerNeeded;
     const Rectangle area = textArea(frame, true);
     const TextLayout layout(font->font, textPlace(widget, frame, area, style.size));
     const double line = TextLayout::leading(TextLayout::listSize(style.size));
-    const auto& options = this->options(widget);
-    const std::unordered_set<std::string> selected(selection.begin(), selection.end());
+    const auto& options = shared_.options(widget).list();
     std::vector<Codes> texts;
     std::string marks;
     double top = area.top;
     for (std::size_t index = listTop(widget, selection);
          index < options.size() && top > area.bottom; ++index) {
+        constexpr std::size_t around = 64; // what is drawn for an option beside its text
+        if (!shared_.draw(options[index].text.size() + around)) return Filled::Failed;
         auto codes = TextLayout::encoded(font->font, options[index].text);
         if (!codes) return Filled::ViewerNeeded;
         texts.push_back(std::move(*codes));
         const Rectangle behind{frame.inside().left, top - line, frame.inside().right, top};
-        if (selected.contains(options[index].value)) marks += marked(behind);
+        if (selection.values.contains(options[index].value)) marks += marked(behind);
         top = behind.bottom;
     }
     return show(widget, frame, marks, layout.list(std::move(texts)), style, *font);
 }
 
-std::size_t FieldAppearances::listTop(const FieldEntries& widget,
-                                      const std::vector<std::string>& selection) {
-    const auto& options = this->options(widget);
+std::size_t FieldAppearances::listTop(const FieldEntries& widget, const Selection& selection) {
+    const ChoiceOptions& options = shared_.options(widget);
     const auto given = static_cast<std::uint64_t>(widget.number("TI")); // negative: beyond the last
-    const std::size_t top = given < options.size() ? given : 0;
-    const std::unordered_set<std::string> selected(selection.begin(), selection.end());
-    const auto found = std::ranges::find_if(
-        options, [&](const ChoiceOption& option) { return selected.contains(option.value); });
-    if (found == options.end()) return top;
+    const std::size_t top = given < options.list().size() ? given : 0;
+    const auto first = options.firstOf(selection);
+    if (!first) return top;
     const double height = textArea(WidgetFrame(document_, *widget.own()), true).height();
-    const double line = TextLayout::leading(TextLayout::listSize(styleOf(widget).size));
+    const double line = TextLayout::leading(TextLayout::listSize(shared_.style(widget).size));
     const auto lines = static_cast<std::size_t>(std::clamp(height / line, 1.0, 1e6));
-    const auto first = static_cast<std::size_t>(found - options.begin());
-    if (first < top) return first;
-    return std::max(top, first + 1 - std::min(lines, first + 1));
+    if (*first < top) return *first;
+    return std::max(top, *first + 1 - std::min(lines, *first + 1));
 }
 
 Filled FieldAppearances::show(const FieldEntries& widget, const WidgetFrame& frame,
                               const std::string& ground, const TextBlock& block,
                               const TextStyle& style, const FormFont& font) {
     const Rectangle area = textClip(frame, font.font.lineHeight(block.size));
+    const std::string operators = ground + textOperators(block, style);
+    if (!shared_.draw(operators.size())) return Filled::Failed;
     const std::string content = frame.rectangle() + "/Tx BMC\nq\n" + rectangleOperands(area) +
-                                " re W n\n" + ground + textOperators(block, style) + "Q\nEMC\n";
+                                " re W n\n" + operators + "Q\nEMC\n";
     const Ref<Dictionary> fonts = orThrow(Dictionary::create());
     if (!fonts->set(style.fontName, font.entry)) throw std::bad_alloc();
     const Ref<Dictionary> resources = orThrow(Dictionary::create({{"Font", fonts}}));
@@ -204,13 +203,6 @@ bool FieldAppearances::setNormal(const Ref<Dictionary>& widget, const Ref<Value>
     const auto own = Host::cast<Dictionary>(quietly([&] { return widget->find("AP"); }));
     if (!own) return changes_.set(widget, "AP", orThrow(Dictionary::create({{"N", looks}})));
     return changes_.set(own, "N", looks) && changes_.drop(own, "D") && changes_.drop(own, "R");
-}
-
-const std::vector<ChoiceOption>& FieldAppearances::options(const FieldEntries& widget) {
-    Ref<Value> list = widget.find("Opt");
-    if (list != optionList_) options_ = optionsOf(widget);
-    optionList_ = std::move(list);
-    return options_;
 }
 
 bool FieldAppearances::provideFor(const FieldEntries& field) {

@@ -2,6 +2,7 @@
 
 #include "tools/changes.h"
 #include "tools/forms/form_fonts.h"
+#include "tools/forms/shared_entries.h"
 #include "tools/forms/text_layout.h"
 #include "tools/forms/widget_frame.h"
 
@@ -9,13 +10,14 @@
 
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace Libraries::Files::PDF::Tools {
 
 /// Makes appearances of widgets (ISO 32000-1, 12.5.5), each of which is given with what it inherits
-/// from its field. Where a text cannot be shown, nothing changes. Everything throws
-/// `std::bad_alloc`.
+/// from its field. Where a text cannot be shown, nothing changes; where widgets show far more than
+/// was read, that fails with `OutOfRange`. Everything throws `std::bad_alloc`.
 class FieldAppearances {
 public:
     FieldAppearances(Document& document, Changes& changes) noexcept
@@ -24,12 +26,10 @@ public:
     /// What a text field shows, or a choice field that shows one text.
     [[nodiscard]] Filled showText(const FieldEntries& widget, std::string_view text);
     /// What a list box shows, with the values that are selected.
-    [[nodiscard]] Filled showList(const FieldEntries& widget,
-                                  const std::vector<std::string>& selection);
+    [[nodiscard]] Filled showList(const FieldEntries& widget, const Selection& selection);
     /// The place of the option that a list box begins with: TI's (ISO 32000-1, table 231), or one
     /// from which the first of the selection is seen.
-    [[nodiscard]] std::size_t listTop(const FieldEntries& widget,
-                                      const std::vector<std::string>& selection);
+    [[nodiscard]] std::size_t listTop(const FieldEntries& widget, const Selection& selection);
     /// Looks for the state of a check box or radio button, and for "Off", where the state has none:
     /// no stream, that is. `whole` asks for both where one of them has none.
     [[nodiscard]] Filled showStates(const FieldEntries& widget, std::string_view state, bool whole);
@@ -37,14 +37,22 @@ public:
     [[nodiscard]] Filled showOwnState(const FieldEntries& widget, bool whole);
     /// What a push button shows: its caption within its border. Of other fields the border.
     [[nodiscard]] Filled showCaption(const FieldEntries& widget);
+    /// One of the states, which is not "Off"; empty where there is none, or no states.
+    [[nodiscard]] std::string_view firstState(const Ref<Dictionary>& states);
     /// Gives viewers what they need to draw fields: a default appearance, the marks of buttons.
     [[nodiscard]] bool provideFor(const FieldEntries& field);
     /// Takes the looks of a widget away.
     [[nodiscard]] bool clear(const Ref<Dictionary>& widget);
-    /// `optionsOf`, kept for the next widget of the same field.
-    [[nodiscard]] const std::vector<ChoiceOption>& options(const FieldEntries& widget);
+    /// What widgets share, and how much of it they may show.
+    [[nodiscard]] SharedEntries& shared() noexcept { return shared_; }
 
 private:
+    /// The states are kept, so that their place is no other's.
+    struct FirstState {
+        Ref<Dictionary> states;
+        std::string name;
+    };
+
     [[nodiscard]] Filled show(const FieldEntries& widget, const WidgetFrame& frame,
                               const std::string& ground, const TextBlock& block,
                               const TextStyle& style, const FormFont& font);
@@ -53,15 +61,12 @@ private:
     [[nodiscard]] bool setNormal(const Ref<Dictionary>& widget, const Ref<Value>& looks);
     [[nodiscard]] bool setState(const Ref<Dictionary>& widget, const Ref<Dictionary>& states,
                                 std::string_view state, const Ref<Value>& looks);
-    [[nodiscard]] const std::string& firstState(const Ref<Dictionary>& states);
 
     Document& document_;
     Changes& changes_;
     FormFonts fonts_;
-    Ref<Value> optionList_;
-    std::vector<ChoiceOption> options_;
-    Ref<Dictionary> statesSeen_;
-    std::string firstState_;
+    SharedEntries shared_;
+    std::unordered_map<const Dictionary*, FirstState> firstStates_;
 };
 
 /// What a text leaves free beside the border; above and below it too where lines are stacked.

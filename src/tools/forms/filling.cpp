@@ -16,6 +16,8 @@ namespace {
 
 constexpr std::string_view off = "Off";
 
+constexpr std::uint64_t leastWidget = 64; ///< bytes that one takes in a file
+
 /// Sets one field; the caller keeps the changes.
 class Filling {
 public:
@@ -43,7 +45,7 @@ private:
     [[nodiscard]] Filled setButton(std::string_view text);
     [[nodiscard]] bool findChoice(std::span<const std::string_view> texts, Choice& choice) const;
     [[nodiscard]] bool storeChoice(const Choice& choice);
-    [[nodiscard]] bool scrollTo(const std::vector<std::string>& selection);
+    [[nodiscard]] bool scrollTo(const Selection& selection);
     [[nodiscard]] std::optional<std::string> findState(const std::vector<FieldOption>& known,
                                                        std::string_view text) const;
     [[nodiscard]] bool showState(const Ref<Dictionary>& widget, std::string_view state, bool bare);
@@ -106,6 +108,7 @@ template <class Show>
 Filled Filling::showAll(Show show) {
     Filled result = Filled::Shown;
     for (const Ref<Dictionary>& widget : widgets_) {
+        appearances_.shared().read(leastWidget);
         const Filled shown = show(entries_.of(widget));
         if (shown == Filled::Failed) return Filled::Failed;
         if (shown == Filled::Shown) continue;
@@ -153,6 +156,7 @@ Filled Filling::setText(std::string_view text) {
         return fail(InvalidArgument, "Text is longer than ", most, " for field ", name());
     }
     if (!store<Fields::Text>(value) || !dropStale()) return Filled::Failed;
+    appearances_.shared().read(text.size());
     return showAll([&](const FieldEntries& widget) { return appearances_.showText(widget, text); });
 }
 
@@ -163,8 +167,9 @@ Filled Filling::choose(std::span<const std::string_view> texts) {
     }
     Choice choice;
     if (!findChoice(texts, choice) || !storeChoice(choice) || !dropStale()) return Filled::Failed;
+    appearances_.shared().read(choice.shown.size());
     const bool list = !entries_.has(FieldFlags::combo);
-    const auto selected = selectionOf(entries_);
+    const Selection selected(entries_);
     if (list && !scrollTo(selected)) return Filled::Failed;
     return showAll([&](const FieldEntries& widget) {
         return list ? appearances_.showList(widget, selected)
@@ -173,10 +178,10 @@ Filled Filling::choose(std::span<const std::string_view> texts) {
 }
 
 bool Filling::findChoice(std::span<const std::string_view> texts, Choice& choice) const {
-    const auto options = optionsOf(entries_);
+    const ChoiceOptions options(entries_);
     const bool free = entries_.has(FieldFlags::combo | FieldFlags::edit);
     for (const std::string_view text : texts) {
-        if (const auto place = optionAt(options, text)) {
+        if (const auto place = options.at(text)) {
             choice.places.push_back(*place);
         } else if (free && texts.size() == 1) {
             choice.values.emplace_back(orThrow(textString(text)));
@@ -189,8 +194,8 @@ bool Filling::findChoice(std::span<const std::string_view> texts, Choice& choice
     choice.places.erase(std::unique(choice.places.begin(), choice.places.end()),
                         choice.places.end());
     for (const std::size_t place : choice.places)
-        choice.values.push_back(options[place].exported);
-    if (!choice.places.empty()) choice.shown = options[choice.places.front()].text;
+        choice.values.push_back(options.list()[place].exported);
+    if (!choice.places.empty()) choice.shown = options.list()[choice.places.front()].text;
     return true;
 }
 
@@ -217,7 +222,7 @@ bool Filling::storeChoice(const Choice& choice) {
 }
 
 /// Has viewers begin a list with an option from which the selection is seen.
-bool Filling::scrollTo(const std::vector<std::string>& selection) {
+bool Filling::scrollTo(const Selection& selection) {
     const auto top =
         static_cast<std::int64_t>(appearances_.listTop(entries_.of(widgets_.front()), selection));
     return top == entries_.number("TI") ||
@@ -234,6 +239,7 @@ Filled Filling::setButton(std::string_view text) {
     if (!store<Fields::Button>(orThrow(Name::create(*state))) || !dropStale()) {
         return Filled::Failed;
     }
+    appearances_.shared().read(state->size());
     for (const Ref<Dictionary>& widget : widgets_) {
         if (!showState(widget, *state, known.empty())) return Filled::Failed;
     }
@@ -257,15 +263,17 @@ std::optional<std::string> Filling::findState(const std::vector<FieldOption>& kn
 
 /// Shows the state in a widget that names it, or in one of those of which none names any.
 bool Filling::showState(const Ref<Dictionary>& widget, std::string_view state, bool bare) {
-    const auto states = statesOf(document_, *widget);
-    const bool own = std::ranges::find(states, state) != states.end();
+    const Ref<Dictionary> looks = stateLooks(document_, *widget);
+    const std::string_view first = appearances_.firstState(looks);
+    const bool own = looks && quietly([&] { return looks->find(state); });
     const bool on = state != off && (own || bare);
-    const std::string_view drawn = on ? state : states.empty() ? off : states.front();
-    if (!states.empty() || bare) {
+    const std::string_view drawn = on ? state : first.empty() ? off : first;
+    if (!first.empty() || bare) {
         const FieldEntries entries = entries_.of(widget);
         if (appearances_.showStates(entries, drawn, areViewersAsked()) != Filled::Shown)
             return false;
     }
+    if (!appearances_.shared().draw(state.size())) return false;
     return changes_.set(widget, "AS", orThrow(Name::create(on ? state : off)));
 }
 

@@ -6,6 +6,9 @@
 
 #include <algorithm>
 #include <array>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
 
 namespace Libraries::Files::PDF::Tools {
 
@@ -16,6 +19,27 @@ constexpr std::size_t deepest = 32;
 bool isNamed(const Dictionary& field) {
     return quietly([&] { return field.find("T"); }) != nullptr;
 }
+
+/// Gives the texts of values. References let a file list a long one more often than it has bytes
+/// for.
+class Texts {
+public:
+    /// Empty for what is no text, and for a long one that was given often before.
+    std::string of(const Ref<Value>& value) {
+        const Ref<String> string = Host::cast<String>(value);
+        if (!string) return {};
+        constexpr std::uint64_t longText = 256;
+        constexpr unsigned often = 4;
+        const auto text = string->text();
+        const auto bytes = string->bytes();
+        const std::uint64_t size = text ? text->length() : bytes ? bytes->size() : 0;
+        if (size > longText && ++given_[string.get()] > often) return {};
+        return textOf(*string);
+    }
+
+private:
+    std::unordered_map<const String*, unsigned> given_;
+};
 
 /// What a list of texts, or a single one, holds.
 template <class Take>
@@ -95,13 +119,14 @@ Field::Kind FieldEntries::kind() const {
 
 Ref<Field> fieldOfWidget(const Document& document, const Field& widget) {
     Ref<Field> found;
-    for (;;) {
+    for (std::size_t level = 0; level < deepest; ++level) {
         const Field& kid = found ? *found : widget;
         const Ref<Dictionary> own = kid.dictionary();
         const Ref<Field> above = own && !isNamed(*own) ? kid.parent() : nullptr;
         if (!above || FieldEntries(document, *above).kind() == Field::Kind::Plain) return found;
         found = above;
     }
+    return found;
 }
 
 std::vector<Ref<Dictionary>> widgetsOf(const Document& document, const Field& field) {
@@ -122,6 +147,7 @@ std::vector<Ref<Dictionary>> widgetsOf(const Document& document, const Field& fi
 std::vector<ChoiceOption> optionsOf(const FieldEntries& field) {
     const Document& document = field.document();
     std::vector<ChoiceOption> options;
+    Texts texts;
     const Ref<Array> list = Host::cast<Array>(field.find("Opt"));
     for (std::uint64_t index = 0; list && index < list->size(); ++index) {
         const Ref<Value> option = follow(document, list->get(index));
@@ -131,42 +157,31 @@ std::vector<ChoiceOption> optionsOf(const FieldEntries& field) {
             return pair ? follow(document, pair->get(place)) : option;
         };
         const Ref<Value> exported = element(0);
-        options.push_back({exported, textOf(exported), textOf(element(both ? 1 : 0))});
+        std::string value = texts.of(exported);
+        std::string text = both ? texts.of(element(1)) : value;
+        options.push_back({exported, std::move(value), std::move(text)});
     }
     return options;
 }
 
-std::optional<std::size_t> optionAt(const std::vector<ChoiceOption>& options,
-                                    std::string_view text) {
-    for (const auto part : {&ChoiceOption::text, &ChoiceOption::value}) {
-        const auto found = std::ranges::find_if(options, [&](const ChoiceOption& option) {
-            return option.*part == text && Host::cast<String>(option.exported);
-        });
-        if (found != options.end()) return static_cast<std::size_t>(found - options.begin());
-    }
-    return std::nullopt;
-}
-
-std::vector<std::string> statesOf(const Document& document, const Dictionary& widget) {
+Ref<Dictionary> stateLooks(const Document& document, const Dictionary& widget) {
     const auto looks = Host::cast<Dictionary>(followEntry(document, widget, "AP"));
-    const auto normal =
-        looks ? Host::cast<Dictionary>(followEntry(document, *looks, "N")) : nullptr;
-    std::vector<std::string> states;
-    if (!normal) return states;
-    const auto keys = orThrow(normal->keys());
-    for (const Ref<Host::String>& key : keys) {
-        if (!key->equals("Off")) states.push_back(key->utf8());
-    }
-    return states;
+    return looks ? Host::cast<Dictionary>(followEntry(document, *looks, "N")) : nullptr;
 }
 
 std::vector<FieldOption> statesOf(const FieldEntries& field,
                                   const std::vector<Ref<Dictionary>>& widgets) {
     const auto options = optionsOf(field);
     std::vector<FieldOption> states;
+    std::unordered_set<std::string> known = {"Off"};
+    std::unordered_set<const Dictionary*> seen; // widgets may share what has many states
     for (std::size_t index = 0; index < widgets.size(); ++index) {
-        for (std::string& state : statesOf(field.document(), *widgets[index])) {
-            if (std::ranges::find(states, state, &FieldOption::value) != states.end()) continue;
+        const Ref<Dictionary> looks = stateLooks(field.document(), *widgets[index]);
+        if (!looks || !seen.insert(looks.get()).second) continue;
+        const auto keys = orThrow(looks->keys());
+        for (const Ref<Host::String>& key : keys) {
+            std::string state = key->utf8();
+            if (!known.insert(state).second) continue;
             std::string text = index < options.size() ? options[index].text
                                                       : textOf(*orThrow(Name::create(state)));
             states.push_back({std::move(state), std::move(text)});
@@ -192,8 +207,9 @@ std::string nameFor(std::string_view text) {
 
 std::vector<std::string> selectionOf(const FieldEntries& field) {
     std::vector<std::string> selection;
+    Texts texts;
     eachElement(field.document(), field.find("V"), [&](const Ref<Value>& element) {
-        if (Host::cast<String>(element)) selection.push_back(textOf(element));
+        if (Host::cast<String>(element)) selection.push_back(texts.of(element));
     });
     return selection;
 }

@@ -4,7 +4,6 @@
 #include <pdf/tools/filling.h>
 
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -68,14 +67,11 @@ struct ChoiceOption {
     std::string value, text;
 };
 
-/// The options, in their order; what is none is empty.
+/// The options, in their order; what is none is empty, and so is a long text listed again and
+/// again.
 [[nodiscard]] std::vector<ChoiceOption> optionsOf(const FieldEntries& field);
-/// The place of the option that shows or exports a text; nothing where there is none.
-[[nodiscard]] std::optional<std::size_t> optionAt(const std::vector<ChoiceOption>& options,
-                                                  std::string_view text);
-
-/// The names of a widget's states, as they stand, "Off" apart; none where it has no looks for any.
-[[nodiscard]] std::vector<std::string> statesOf(const Document& document, const Dictionary& widget);
+/// The looks of a widget's states, by their names; null where it has none.
+[[nodiscard]] Ref<Dictionary> stateLooks(const Document& document, const Dictionary& widget);
 
 /// The states of check boxes or radio buttons, each once: as its name stands, and as people read
 /// it, which the field's options say in the order of its widgets.

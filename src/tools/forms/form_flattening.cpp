@@ -13,6 +13,7 @@
 
 #include <optional>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 namespace Libraries::Files::PDF::Tools {
@@ -22,8 +23,15 @@ namespace {
 /// The flag bits of annotations that nobody sees (ISO 32000-1, table 165): Hidden, NoView.
 constexpr std::int64_t unseen = 0x2 | 0x20;
 
-/// Widgets that are drawn in one call: pages may share a list of them.
+/// Widgets that are drawn in one call.
 constexpr std::uint64_t mostWidgets = 1 << 20;
+
+constexpr std::uint64_t leastWidget = 64; ///< bytes that one takes in a file
+
+/// How often annotations may be met for each one that is listed, and beyond that: pages may share a
+/// list of them.
+constexpr std::uint64_t mostAnnotations = 4;
+constexpr std::uint64_t alwaysMet = 4096;
 
 bool finished(const FieldEntries& widget, Filled shown) {
     if (shown != Filled::ViewerNeeded) return shown == Filled::Shown;
@@ -59,7 +67,10 @@ private:
     Changes& changes_;
     Ref<Dictionary> form_;
     std::uint64_t widgets_ = 0;
-    bool stale_ = false; ///< whether the form's looks are to be rebuilt
+    std::uint64_t annotationsLeft_ = alwaysMet;
+    std::unordered_set<const Array*> lists_;         ///< of annotations
+    std::unordered_set<const Dictionary*> complete_; ///< widgets
+    bool stale_ = false;                             ///< whether the form's looks are to be rebuilt
     PageContents contents_;
     PageResources resources_;
     FieldAppearances appearances_;
@@ -85,14 +96,20 @@ bool FormFlattening::run() {
 bool FormFlattening::flattenPage(const Page& page) {
     const auto annotations = Host::cast<Array>(followEntry(document_, *page.dictionary, "Annots"));
     if (!annotations) return true;
+    if (lists_.insert(annotations.get()).second) {
+        annotationsLeft_ += mostAnnotations * annotations->size();
+    }
     std::vector<Ref<Value>> others;
+    std::unordered_set<const Dictionary*> drawnHere;
     std::string operators;
     for (std::uint64_t index = 0; index < annotations->size(); ++index) {
         Ref<Value> entry = annotations->get(index);
         const auto annotation = Host::cast<Dictionary>(follow(document_, entry));
+        if (annotationsLeft_-- == 0) return fail(OutOfRange, "Pages share too many annotations");
         if (!annotation || !isName(followEntry(document_, *annotation, "Subtype"), "Widget")) {
             others.push_back(std::move(entry));
-        } else if (!draw(page, annotation, operators)) {
+        } else if (drawnHere.insert(annotation.get()).second &&
+                   !draw(page, annotation, operators)) {
             return false;
         }
     }
@@ -149,6 +166,8 @@ Ref<Object> FormFlattening::normalLooks(const Dictionary& widget) const {
 }
 
 bool FormFlattening::complete(const Ref<Dictionary>& widget) {
+    if (!complete_.insert(widget.get()).second) return true;
+    appearances_.shared().read(leastWidget);
     const FieldEntries entries(document_, widget);
     switch (entries.kind()) {
     case Field::Kind::Text:
@@ -167,14 +186,15 @@ bool FormFlattening::complete(const Ref<Dictionary>& widget) {
 bool FormFlattening::completeText(const FieldEntries& widget) {
     const bool looks = normalLooks(*widget.own()) != nullptr;
     if (looks && !stale_) return true;
-    auto texts = selectionOf(widget);
+    SharedEntries& shared = appearances_.shared();
+    const Selection& selection = shared.selection(widget);
     Filled shown = Filled::Shown;
     if (widget.kind() == Field::Kind::Choice && !widget.has(FieldFlags::combo)) {
-        shown = appearances_.showList(widget, texts);
+        shown = appearances_.showList(widget, selection);
     } else {
-        const auto& options = appearances_.options(widget);
-        std::string text = texts.empty() ? std::string() : std::move(texts.front());
-        if (const auto place = optionAt(options, text)) text = options[*place].text;
+        const auto& options = shared.options(widget);
+        std::string text = selection.texts.empty() ? std::string() : selection.texts.front();
+        if (const auto place = options.at(text)) text = options.list()[*place].text;
         shown = appearances_.showText(widget, text);
     }
     return (looks && shown == Filled::ViewerNeeded) || finished(widget, shown);

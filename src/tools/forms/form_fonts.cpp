@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <vector>
 
 namespace Libraries::Files::PDF::Tools {
@@ -29,7 +30,8 @@ std::vector<std::string_view> wordsOf(std::string_view text) {
 std::optional<double> numberFrom(std::string_view word) {
     double number = 0;
     const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), number);
-    if (error != std::errc() || end != word.data() + word.size()) return std::nullopt;
+    const bool whole = error == std::errc() && end == word.data() + word.size();
+    if (!whole || !std::isfinite(number)) return std::nullopt; // "nan" is no number here
     return number;
 }
 
@@ -76,9 +78,15 @@ std::optional<FormFont> FormFonts::find(const FieldEntries& field, std::string_v
     if (!entry) return std::nullopt;
     const auto dictionary = Host::cast<Dictionary>(follow(document_, entry));
     if (!dictionary) return std::nullopt;
-    const auto font = TextFont::read(document_, *dictionary);
+    const auto& font = read(dictionary);
     if (!font) return std::nullopt;
     return FormFont{*font, std::move(entry)};
+}
+
+const std::optional<TextFont>& FormFonts::read(const Ref<Dictionary>& dictionary) {
+    const auto [place, isNew] = fonts_.try_emplace(dictionary.get());
+    if (isNew) place->second = {dictionary, TextFont::read(document_, *dictionary)};
+    return place->second.font;
 }
 
 void FormFonts::provideMarks(const FieldEntries& field) {

@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 
 namespace Libraries::Files::PDF::Tools {
 
@@ -45,8 +46,17 @@ private:
                                  const Ref<Dictionary>& font);
     [[nodiscard]] Ref<Dictionary> dictionaryIn(const Ref<Dictionary>& from, std::string_view key);
 
+    [[nodiscard]] const std::optional<TextFont>& read(const Ref<Dictionary>& dictionary);
+
+    /// The dictionary is kept, so that its place is no other's.
+    struct Known {
+        Ref<Dictionary> dictionary;
+        std::optional<TextFont> font;
+    };
+
     Document& document_;
     Changes& changes_;
+    std::unordered_map<const Dictionary*, Known> fonts_;
 };
 
 } // namespace Libraries::Files::PDF::Tools

@@ -123,9 +123,17 @@ TextBlock TextLayout::wrapped(const Codes& codes) const {
     return stacked(broken(codes, smallest), smallest);
 }
 
+/// Lines that are looked at: more than are seen, so that those who count them find them too many.
+std::size_t TextLayout::mostLines(double size) const noexcept {
+    constexpr double most = 65536;
+    constexpr double unseen = 4;
+    const double seen = std::max(place_.area.height(), 0.0) / leading(size);
+    return static_cast<std::size_t>(std::min(seen, most) + unseen);
+}
+
 std::vector<Codes> TextLayout::broken(const Codes& codes, double size) const {
     std::vector<Codes> lines;
-    for (auto from = codes.begin(); from != codes.end();) {
+    for (auto from = codes.begin(); from != codes.end() && lines.size() < mostLines(size);) {
         const auto to = std::find(from, codes.end(), newline);
         breakParagraph(Codes(from, to), size, lines);
         from = to == codes.end() ? to : to + 1;
@@ -145,6 +153,7 @@ void TextLayout::breakParagraph(const Codes& paragraph, double size,
         if (paragraph[at] == space) {
             afterSpace = at + 1;
         } else if (width > room && at > start) {
+            if (lines.size() >= mostLines(size)) return;
             const std::size_t end = afterSpace > start ? afterSpace : at;
             lines.emplace_back(paragraph.begin() + static_cast<std::ptrdiff_t>(start),
                                paragraph.begin() + static_cast<std::ptrdiff_t>(end));

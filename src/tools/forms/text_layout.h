@@ -64,6 +64,7 @@ private:
     [[nodiscard]] double widthOf(const Codes& codes, double size) const noexcept;
     [[nodiscard]] double middleBaseline(const Codes& codes, double size) const noexcept;
     [[nodiscard]] double startOf(const Codes& codes, double size) const noexcept;
+    [[nodiscard]] std::size_t mostLines(double size) const noexcept;
     [[nodiscard]] std::vector<Codes> broken(const Codes& codes, double size) const;
     void breakParagraph(const Codes& paragraph, double size, std::vector<Codes>& lines) const;
     [[nodiscard]] TextBlock stacked(std::vector<Codes> lines, double size) const;

@@ -69,7 +69,7 @@ void WidgetFrame::readBorder(const Document& document, const Dictionary& widget)
         const auto given = Host::cast<Number>(followEntry(document, *style, "W"));
         if (given) width = valueOf(*given);
         const auto name = Host::cast<Name>(followEntry(document, *style, "S"));
-        const std::string text = name ? name->name()->utf8() : "S";
+        const std::string_view text = name && name->name() ? name->name()->narrow() : "S";
         if (text.size() == 1) style_ = text.front();
         pattern = Host::cast<Array>(followEntry(document, *style, "D"));
     } else {

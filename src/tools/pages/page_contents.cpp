@@ -18,6 +18,9 @@ namespace {
 /// Decoded bytes of a stream that are looked at; one that holds more counts as balanced.
 constexpr std::uint64_t mostBytes = std::uint64_t{64} << 20;
 
+/// How many times what is stored it may become before the rest counts against a budget for all.
+constexpr std::uint64_t usualExpansion = 64;
+
 /// Renderers nest states some tens of levels deep; more than this is no page.
 constexpr std::uint64_t mostOpen = 10000;
 
@@ -66,10 +69,20 @@ const StateBalance& PageContents::balanceOf(const Ref<Object>& object) {
     if (!isNew) return place->second;
     const Ref<Stream> stream = Host::cast<Stream>(quietly([&] { return object->value(); }));
     const Ref<Dictionary> entries = stream ? stream->dict() : nullptr;
-    if (!entries || !canDecode(document_, *entries)) return place->second;
-    const auto bytes = quietly([&] { return decodedBytes(document_, stream, mostBytes); });
-    if (bytes) place->second = stateBalanceOf(bytes->bytes());
+    if (entries && canDecode(document_, *entries)) place->second = readBalance(stream, *entries);
     return place->second;
+}
+
+StateBalance PageContents::readBalance(const Ref<Stream>& stream, const Dictionary& entries) {
+    const Ref<Number> length = Host::cast<Number>(followEntry(document_, entries, "Length"));
+    const auto stored =
+        static_cast<std::uint64_t>(std::max<std::int64_t>(length ? length->integer() : 0, 0));
+    const std::uint64_t usual = std::min(stored, mostBytes / usualExpansion) * usualExpansion;
+    const std::uint64_t limit = std::min(mostBytes, usual + expansionLeft_);
+    const auto bytes = quietly([&] { return decodedBytes(document_, stream, limit); });
+    const std::uint64_t expanded = bytes ? bytes->size() : limit;
+    if (expanded > usual) expansionLeft_ -= expanded - usual;
+    return bytes ? stateBalanceOf(bytes->bytes()) : StateBalance();
 }
 
 Ref<ObjectRef> PageContents::added(std::string_view operators) {

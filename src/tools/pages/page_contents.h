@@ -26,10 +26,14 @@ public:
     /// Saves the state.
     [[nodiscard]] Ref<ObjectRef> opening();
     /// Takes back what that saved and what the page's contents, as they are now, leave open. Data
-    /// that cannot be decoded counts as leaving nothing open.
+    /// that cannot be decoded, or that becomes far too long, counts as leaving nothing open.
     [[nodiscard]] Ref<ObjectRef> closing(const Dictionary& page);
 
 private:
+    /// Bytes that streams may take, when they are decoded, beyond what their stored ones allow.
+    static constexpr std::uint64_t mostExpansion = std::uint64_t{16} << 20;
+
+    [[nodiscard]] StateBalance readBalance(const Ref<Stream>& stream, const Dictionary& entries);
     [[nodiscard]] const StateBalance& balanceOf(const Ref<Object>& object);
     [[nodiscard]] Ref<ObjectRef> added(std::string_view operators);
 
@@ -38,6 +42,7 @@ private:
     Ref<ObjectRef> opening_;
     std::unordered_map<std::uint64_t, Ref<ObjectRef>> closings_;
     std::unordered_map<std::uint32_t, StateBalance> balances_;
+    std::uint64_t expansionLeft_ = mostExpansion;
 };
 
 } // namespace Libraries::Files::PDF::Tools

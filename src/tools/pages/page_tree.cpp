@@ -3,6 +3,7 @@
 #include "tools/failure.h"
 #include "tools/references.h"
 
+#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 
@@ -17,6 +18,11 @@ struct Level {
     Attributes inherited;
     std::uint64_t next = 0;
 };
+
+/// How often the kids of all nodes may be visited for each one that is listed, and beyond that:
+/// nodes may share an array of them.
+constexpr std::uint64_t mostVisits = 4;
+constexpr std::uint64_t alwaysVisited = 4096;
 
 /// Walks a tree without recursion: no depth is too deep.
 class TreeReader {
@@ -36,6 +42,8 @@ private:
     PageTree& tree_;
     std::vector<Level> levels_;
     std::unordered_set<std::uint32_t> nodes_;
+    std::unordered_map<const Array*, Ref<Array>> arrays_; ///< kept, so that a place is no other's
+    std::uint64_t visitsLeft_ = alwaysVisited;
 };
 
 bool TreeReader::run() {
@@ -73,12 +81,16 @@ bool TreeReader::enter(const Ref<Object>& node, const Ref<Dictionary>& entries,
     if (!kids) {
         return fail(PageTreeInvalid, "Node of the page tree has no valid Kids entry: ", node);
     }
+    if (arrays_.emplace(kids.get(), kids).second) visitsLeft_ += mostVisits * kids->size();
     levels_.push_back({node, std::move(kids), std::move(attributes), 0});
     return true;
 }
 
 // Takes the level by value: the vector that it is in may grow.
 bool TreeReader::visit(Level level, std::uint64_t index) {
+    if (visitsLeft_-- == 0) {
+        return fail(OutOfRange, "Nodes of the page tree share too many kids: ", level.node);
+    }
     const Ref<ObjectRef> ref = Host::cast<ObjectRef>(level.kids->get(index));
     if (!ref) {
         return fail(PageTreeInvalid, "Kid ", index, " is no reference in node ", level.node);

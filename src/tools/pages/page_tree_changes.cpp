@@ -22,25 +22,54 @@ Ref<Dictionary> copyOf(const Dictionary& dictionary) {
     return copy;
 }
 
+/// Bytes that copies may take for each byte of what was read, and beyond that.
+constexpr std::uint64_t mostCopies = 64;
+constexpr std::uint64_t alwaysCopied = 1 << 20;
+
+constexpr std::uint64_t referenceSize = 6; ///< bytes in a file, at least
+constexpr std::uint64_t objectSize = 64;   ///< bytes that an object takes beside its value
+
+/// Bytes that a dictionary takes in a file, about.
+std::uint64_t sizeOf(const Dictionary& dictionary) {
+    const auto text = quietly([&] { return dictionary.asText(); });
+    return text ? text->length() : UINT32_MAX; // none: it lies too deep to be written
+}
+
 } // namespace
 
 bool PageTreeChanges::flatten() {
     if (!readPageTree(document_, tree_)) return false;
     root_ = orThrow(referenceTo(tree_.root));
     kids_.reserve(tree_.pages.size() + 1);
+    room_ = alwaysCopied + mostCopies * referenceSize * tree_.pages.size();
     return std::ranges::all_of(tree_.pages, [&](FoundPage& found) { return flattenPage(found); });
 }
 
 bool PageTreeChanges::flattenPage(FoundPage& found) {
     Page& page = found.page;
-    if (!seen_.insert(page.object->id()).second) {
-        // What it inherits, and what is laid beneath it, need not be what the first one has.
-        page.dictionary = copyOf(*page.dictionary);
-        page.object = changes_.add(page.dictionary);
-        if (!page.object) return false;
-    }
+    if (!seen_.insert(page.object->id()).second && !copyPage(page)) return false;
     kids_.emplace_back(orThrow(referenceTo(page.object)));
-    return inherit(found) && makeContentsDirect(page.dictionary) && adopt(page.dictionary);
+    return inherit(found) && makeContentsDirect(page) && adopt(page.dictionary);
+}
+
+/// What a page that is listed again inherits, and what is laid beneath it, need not be what the
+/// first one has.
+bool PageTreeChanges::copyPage(Page& page) {
+    const auto [size, isNew] = sizes_.try_emplace(page.object->id());
+    if (isNew) {
+        size->second = sizeOf(*page.dictionary);
+        room_ += mostCopies * size->second;
+    }
+    if (!takeRoom(size->second + objectSize, page.object)) return false;
+    page.dictionary = copyOf(*page.dictionary);
+    page.object = changes_.add(page.dictionary);
+    return page.object != nullptr;
+}
+
+bool PageTreeChanges::takeRoom(std::uint64_t bytes, const Ref<Object>& page) {
+    if (bytes > room_) return fail(OutOfRange, "Copies take too much room for page ", page);
+    room_ -= bytes;
+    return true;
 }
 
 bool PageTreeChanges::adopt(const Ref<Dictionary>& page) {
@@ -79,15 +108,18 @@ bool PageTreeChanges::findResources(const FoundPage& found, Ref<Value>& resource
     return true;
 }
 
-bool PageTreeChanges::makeContentsDirect(const Ref<Dictionary>& page) {
-    const Ref<Value> entry = entryOf(document_, *page, "Contents");
+bool PageTreeChanges::makeContentsDirect(const Page& page) {
+    const Ref<Value> entry = entryOf(document_, *page.dictionary, "Contents");
     if (!entry || entry->type() != Value::Type::ObjectRef) return true;
     const Ref<Array> streams = Host::cast<Array>(follow(document_, entry));
     if (!streams) return true;
+    const std::uint64_t size = streams->size() * referenceSize;
+    if (contents_.emplace(streams.get(), streams).second) room_ += mostCopies * size;
+    if (!takeRoom(size, page.object)) return false;
     std::vector<Ref<Value>> elements;
     for (std::uint64_t index = 0; index < streams->size(); ++index)
         elements.push_back(streams->get(index));
-    return changes_.set(page, "Contents", orThrow(Array::create(elements)));
+    return changes_.set(page.dictionary, "Contents", orThrow(Array::create(elements)));
 }
 
 bool PageTreeChanges::setUnlessSame(const Ref<Dictionary>& dictionary, std::string_view key,

@@ -28,9 +28,11 @@ public:
 
 private:
     [[nodiscard]] bool flattenPage(FoundPage& found);
+    [[nodiscard]] bool copyPage(Page& page);
+    [[nodiscard]] bool takeRoom(std::uint64_t bytes, const Ref<Object>& page);
     [[nodiscard]] bool inherit(const FoundPage& found);
     [[nodiscard]] bool findResources(const FoundPage& found, Ref<Value>& resources);
-    [[nodiscard]] bool makeContentsDirect(const Ref<Dictionary>& page);
+    [[nodiscard]] bool makeContentsDirect(const Page& page);
     [[nodiscard]] bool setUnlessSame(const Ref<Dictionary>& dictionary, std::string_view key,
                                      const Ref<Value>& value);
 
@@ -41,6 +43,9 @@ private:
     std::vector<Ref<Value>> kids_;
     std::unordered_set<std::uint32_t> seen_;
     std::unordered_map<const Value*, Ref<ObjectRef>> resources_;
+    std::unordered_map<std::uint32_t, std::uint64_t> sizes_; ///< of pages that are copied
+    std::unordered_map<const Array*, Ref<Array>> contents_;  ///< that were made direct
+    std::uint64_t room_ = 0;                                 ///< bytes that copies may yet take
 };
 
 } // namespace Libraries::Files::PDF::Tools

@@ -1,0 +1,35 @@
+#include "object_file.h"
+
+namespace Benchmarks {
+
+std::string fileOf(const std::string& body, const std::vector<std::size_t>& offsets) {
+    std::string file = body + "\nxref\n0 " + std::to_string(offsets.size() + 1) + "\n0 65535 f\n";
+    for (const std::size_t offset : offsets)
+        file += std::to_string(offset) + " 0 n\n";
+    return file + "trailer<</Root 1 0 R>>\nstartxref\n" + std::to_string(body.size() + 1) +
+           "\n%%EOF\n";
+}
+
+std::size_t ObjectFile::add(std::string_view value) {
+    offsets_.push_back(body_.size());
+    body_.append(std::to_string(offsets_.size())).append(" 0 obj\n").append(value);
+    body_ += "\nendobj\n";
+    return offsets_.size();
+}
+
+std::size_t ObjectFile::addStream(std::string_view entries, std::string_view data) {
+    std::string text = "<<";
+    text.append(entries).append("/Length ").append(std::to_string(data.size()));
+    return add(text.append(">>\nstream\n").append(data).append("\nendstream"));
+}
+
+std::size_t ObjectFile::size() const noexcept {
+    constexpr std::size_t tableEntry = 12;
+    return body_.size() + offsets_.size() * tableEntry;
+}
+
+std::string ObjectFile::file() const {
+    return fileOf(body_, offsets_);
+}
+
+} // namespace Benchmarks
