@@ -188,7 +188,7 @@ bool measure(const CostlyFile& kind, std::size_t size, Measured& measured) {
 // Null where the file of this size is as it has to be. What looks wrong is measured again, and so
 // is the smaller file that it is compared with.
 const char* faultAt(const CostlyFile& kind, std::size_t size, Measured* before, Measured& now) {
-    constexpr int runs = 4;
+    constexpr int runs = 6;
     const char* fault = nullptr;
     for (int run = 0; run < runs; ++run) {
         if (!measure(kind, size, now)) return "is stopped: it takes too much time or memory";

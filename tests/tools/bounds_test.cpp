@@ -185,4 +185,42 @@ TEST(Bounds, LookThroughContentsWithinABudget) {
     EXPECT_EQ(closed, 17U) << "of 20 MB, what goes beyond 64 times the stored bytes may be 16 MiB";
 }
 
+TEST(Bounds, GiveALongTextThatIsListedOftenAFewTimes) {
+    const std::pair<std::size_t, std::uint64_t> rows[] = {{256, 6}, {257, 4}}; // characters, times
+    for (const auto& [size, times] : rows) {
+        const auto document = open(
+            many(1, "<< /T (f) /FT /Ch /V 6 0 R /Opt 6 0 R >>")
+                .object(1, "<< /Type /Catalog /Pages 2 0 R /AcroForm << /Fields [ 10 0 R ] >> >>")
+                .object(5, "(" + std::string(size, 'x') + ")")
+                .object(6, "[ " + references(5, 6, 0) + " ]")
+                .bytes());
+        const auto field = Tools::openForm(*document)->field(0);
+        const auto options = Tools::fieldOptions(*document, *field);
+        const auto values = Tools::fieldValues(*document, *field);
+        ASSERT_EQ(options.size(), 6U);
+        ASSERT_EQ(values.size(), 6U);
+        for (std::uint64_t place = 0; place < 6; ++place) {
+            EXPECT_EQ(options[place].text.size(), place < times ? size : 0) << size;
+            EXPECT_EQ(values[place].size(), place < times ? size : 0) << size;
+        }
+    }
+}
+
+TEST(Bounds, LookForTheFieldOfAWidgetSoFarUp) {
+    constexpr std::uint32_t depth = 80;
+    auto file = many(0, "").object(
+        1, "<< /Type /Catalog /Pages 2 0 R /AcroForm << /Fields [ 10 0 R ] >> >>");
+    for (std::uint32_t id = 10; id <= 10 + depth; ++id) {
+        const std::string kids = id < 10 + depth ? "/Kids [ " + references(id + 1, 1) + "]" : "";
+        file.object(id,
+                    "<< /FT /Tx " + std::string(id == 10 ? "/T (f) /V (x) " : "") + kids + " >>");
+    }
+    const auto document = open(file.bytes());
+    auto field = Tools::openForm(*document)->field(0);
+    std::uint32_t known = 0;
+    for (; field; field = field->childCount() == 0 ? nullptr : field->child(0))
+        known += Tools::fieldValues(*document, *field).size() == 1 ? 1U : 0U;
+    EXPECT_EQ(known, 64U) << "32 up to the field, 32 of its own";
+}
+
 } // namespace

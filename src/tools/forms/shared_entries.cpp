@@ -10,11 +10,12 @@
 namespace Libraries::Files::PDF::Tools {
 
 ChoiceOptions::ChoiceOptions(const FieldEntries& field) : list_(optionsOf(field)) {
+    byText_.reserve(list_.size());
     for (std::size_t place = 0; place < list_.size(); ++place) {
         const ChoiceOption& option = list_[place];
         if (!Host::cast<String>(option.exported)) continue;
         byText_.try_emplace(option.text, place);
-        byValue_.try_emplace(option.value, place);
+        if (option.value != option.text) byValue_.try_emplace(option.value, place);
     }
 }
 
