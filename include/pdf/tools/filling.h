@@ -47,8 +47,8 @@ enum class Filled : std::uint32_t {
 /// viewer.
 ///
 /// `Failed` with `NullArgument` to `FormNotFound` as of `Form::fieldByPath`, `NotSupported` (a
-/// signature, a group of fields, no kind at all), `ButtonHasNoValue`, `InvalidArgument` (no such
-/// option or state, a text that is too long) or `OutOfMemory` set.
+/// signature, a group of fields, no kind at all), `ButtonHasNoValue`, `InvalidArgument` (the form
+/// of another document, no such option or state, a text that is too long) or `OutOfMemory` set.
 [[nodiscard]] FILES_PDF_EXPORT Filled fillField(Document& document, Form& form,
                                                 std::string_view path,
                                                 std::string_view text) noexcept;
@@ -66,12 +66,14 @@ struct FieldOption {
 };
 
 /// The options of a choice field, or the states of check boxes and radio buttons, "Off" apart, in
-/// UTF-8. Empty for other kinds, and where memory is exhausted. Logs nothing.
+/// UTF-8. Empty for other kinds, where memory is exhausted and, with `InvalidArgument` set, for a
+/// field of another document. Logs nothing.
 [[nodiscard]] FILES_PDF_EXPORT std::vector<FieldOption> fieldOptions(const Document& document,
                                                                      const Field& field) noexcept;
 
 /// The value of a field for people, in UTF-8: a text, a state, or what is selected. What is
-/// inherited counts. Empty where there is none. Logs nothing.
+/// inherited counts. Empty where there is none and, with `InvalidArgument` set, for a field of
+/// another document. Logs nothing.
 [[nodiscard]] FILES_PDF_EXPORT std::vector<std::string> fieldValues(const Document& document,
                                                                     const Field& field) noexcept;
 
