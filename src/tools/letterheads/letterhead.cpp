@@ -151,19 +151,11 @@ bool Laying::preparePage(const Page& page, const Sheet& sheet) {
 
 /// Draws over the page: behind what it draws itself.
 bool Laying::cover(const Page& page, const std::string& operators) {
-    const Ref<Value> former = entryOf(target_.document, *page.dictionary, "Contents");
-    std::vector<Ref<Value>> contents;
-    if (const Ref<Array> list = Host::cast<Array>(former)) {
-        for (std::uint64_t index = 0; index < list->size(); ++index)
-            contents.push_back(list->get(index));
-    } else if (former && former->type() == Value::Type::ObjectRef) {
-        contents.push_back(former);
-    } else if (former) {
-        return fail(PageInvalid, "Contents is of a wrong kind for page ", page.object);
-    }
-    contents.emplace_back(targetContents_.closing(*page.dictionary));
+    if (!hasSoundContents(target_.document, page)) return false;
+    std::vector<Ref<Value>> contents = targetContents_.closed(*page.dictionary);
+    if (contents.empty()) return false;
     contents.emplace_back(streamOf(target_, operators));
-    if (!contents.back() || !contents[contents.size() - 2]) return false;
+    if (!contents.back()) return false;
     return target_.changes.set(page.dictionary, "Contents", orThrow(Array::create(contents)));
 }
 
