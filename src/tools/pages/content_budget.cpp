@@ -5,6 +5,7 @@
 
 #include <pdf/tools/editing.h>
 
+#include <algorithm>
 #include <limits>
 
 namespace Libraries::Files::PDF::Tools {
@@ -13,13 +14,15 @@ namespace {
 
 constexpr std::uint64_t timesAsMuch = 64;
 
+/// What a stream takes beside its data, however often it is listed.
+constexpr std::uint64_t perUse = 64;
+
 } // namespace
 
 Ref<Host::MemoryStripe> ContentBudget::decoded(Document& document, const Ref<Object>& object) {
     const Ref<Stream> stream = Host::cast<Stream>(object->value());
     const Ref<Host::MemoryStripe> raw = rawBytes(document, stream);
-    if (!raw) return nullptr;
-    read(*object, raw->size());
+    if (!raw || !read(object, raw->size())) return nullptr;
     Ref<Host::MemoryStripe> bytes = decodedBytes(document, stream, left_);
     if (bytes) left_ -= bytes->size();
     if (!bytes && Host::Error::get() == OutOfRange) left_ = 0; // which it took to find out
@@ -28,19 +31,24 @@ Ref<Host::MemoryStripe> ContentBudget::decoded(Document& document, const Ref<Obj
 
 Ref<Host::MemoryStripe> ContentBudget::stored(Document& document, const Ref<Object>& object) {
     Ref<Host::MemoryStripe> raw = rawBytes(document, Host::cast<Stream>(object->value()));
-    if (!raw) return nullptr;
-    read(*object, raw->size());
-    if (raw->size() > left_) {
-        return fail(OutOfRange, "Pages share a content stream too often: ", object);
-    }
-    left_ -= raw->size();
+    if (!raw || !read(object, raw->size()) || !take(object, raw->size())) return nullptr;
     return raw;
 }
 
-void ContentBudget::read(const Object& object, std::uint64_t size) {
+bool ContentBudget::read(const Ref<Object>& object, std::uint64_t size) {
     constexpr std::uint64_t most = std::numeric_limits<std::uint64_t>::max();
-    if (!known_.insert(object.id()).second) return;
-    left_ = size > (most - left_) / timesAsMuch ? most : left_ + timesAsMuch * size;
+    if (known_.insert(object->id()).second) {
+        const std::uint64_t room = (most - left_) / timesAsMuch;
+        left_ =
+            size < std::max(room, perUse) - perUse ? left_ + timesAsMuch * (size + perUse) : most;
+    }
+    return take(object, perUse);
+}
+
+bool ContentBudget::take(const Ref<Object>& object, std::uint64_t size) {
+    if (size > left_) return fail(OutOfRange, "Pages use a content stream too often: ", object);
+    left_ -= size;
+    return true;
 }
 
 } // namespace Libraries::Files::PDF::Tools

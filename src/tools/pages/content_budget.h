@@ -19,7 +19,9 @@ public:
     [[nodiscard]] Ref<Host::MemoryStripe> stored(Document& document, const Ref<Object>& object);
 
 private:
-    void read(const Object& object, std::uint64_t size);
+    /// Notes what is stored, once, and takes what a use costs.
+    [[nodiscard]] bool read(const Ref<Object>& object, std::uint64_t size);
+    [[nodiscard]] bool take(const Ref<Object>& object, std::uint64_t size);
 
     std::uint64_t left_ = std::uint64_t{1} << 20;
     std::unordered_set<std::uint32_t> known_;
