@@ -23,7 +23,7 @@ namespace Libraries::Files::PDF::Tools {
 /// letter where there is none; in whole points around it, so that clipping leaves no soft edge),
 /// its turn as its Matrix, so that it is upright, and its Group. Contents of one stream become the
 /// form as they are stored, whatever their filter; several are decoded and joined, so that they
-/// must be plain or stored by FlateDecode alone (`Import` makes them so).
+/// must be plain or stored by FlateDecode alone (the import makes them so with `plainFilters`).
 ///
 /// The page keeps its boxes, Rotate, Group and annotations. Marked content in it (14.7) is no
 /// longer found by the structure tree of a tagged document.

@@ -137,10 +137,12 @@ Ref<Stream> Isolation::copyOf(const Ref<Object>& object, const Dictionary& entri
 Ref<Stream> Isolation::joined(const std::vector<Ref<Object>>& streams) {
     std::string all;
     for (const Ref<Object>& object : streams) {
-        if (!canDecode(document_, *Host::cast<Stream>(object->value())->dict())) {
+        const Ref<Stream> stream = Host::cast<Stream>(object->value());
+        const Ref<Dictionary> entries = stream ? stream->dict() : nullptr;
+        if (entries && !canDecode(document_, *entries)) {
             return fail(FilterUnsupported,
-                        "Contents of several streams are joined, and must be "
-                        "plain or stored by FlateDecode alone, unlike ",
+                        "Contents of several streams are joined, and must be plain or stored by "
+                        "FlateDecode alone, unlike ",
                         object);
         }
         const auto bytes = budget_.decoded(document_, object);
