@@ -58,6 +58,11 @@ std::uint64_t covered(const Document& document) {
 void lay(Party& party, Party& other, const Tools::LetterheadOptions& options) {
     const auto pages = Tools::allPages(*party.document);
     const auto sheets = Tools::allPages(*other.document);
+    if (sheets && !sheets->empty()) {
+        claim(!Tools::insertPage(*party.document, 0, (*sheets)[0].dictionary),
+              "it has pages of its own");
+        claim(party.isAsBefore(), "no page of the other is taken");
+    }
     const bool done = Tools::letterhead(*party.document, other.document, options);
     claim(other.isAsBefore(), "the letterhead is as it was");
     claim(done || party.isAsBefore(), "a failure changes nothing");

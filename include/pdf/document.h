@@ -17,6 +17,13 @@
 
 namespace Libraries::Files::PDF {
 
+/// Where a thing of some document belongs.
+enum class Home : std::uint32_t {
+    Unknown = 0,  ///< nobody knows: it is new, or of an application's own class
+    Here = 1,     ///< it is of the document that was asked
+    Elsewhere = 2 ///< it is not: it is of another, or was
+};
+
 /// A document and everything in it. Use one document on one thread at a time; different documents
 /// are independent of each other.
 ///
@@ -158,6 +165,17 @@ public:
     /// the object table is now. `Tools::losses` tells all of them. Nothing for an application's own
     /// class.
     [[nodiscard]] virtual LossCount metOnReading(Loss kind) const noexcept;
+
+    /// Whether a thing is of this document: references in what is of another lead to other objects
+    /// here. Of values it is known for the arrays, dictionaries and streams that are the value of
+    /// an object, also when their document is gone: neither for those within others nor for
+    /// references, which have no home. Takes a look-up at most.
+    ///@{
+    [[nodiscard]] Home homeOf(const PDF::Object& object) const noexcept;
+    [[nodiscard]] Home homeOf(const Value& value) const noexcept;
+    [[nodiscard]] Home homeOf(const Form& form) const noexcept;
+    [[nodiscard]] Home homeOf(const Field& field) const noexcept;
+    ///@}
 
     /// The catalog (ISO 32000-1, 7.7.2): the object that the trailer's Root refers to. Null with
     /// `NoTrailer`, `RootMissing`, `RootInvalid` or `CatalogInvalid` set.

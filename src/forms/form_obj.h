@@ -18,6 +18,8 @@ public:
     FormObj(Document& document, Ref<Dictionary> acroForm) noexcept
         : document_(&document), acroForm_(std::move(acroForm)) {}
 
+    [[nodiscard]] const Host::WeakRef<Document>& document() const noexcept { return document_; }
+
     /// Builds the fields, at most `limit` of them; false, logged, where some could not be built.
     /// Throws `std::bad_alloc`.
     bool build(Document& document, std::uint64_t limit);

@@ -1,5 +1,6 @@
 #include "packed/packed_store.h"
 
+#include <atomic>
 #include <new>
 #include <utility>
 
@@ -27,6 +28,16 @@ std::string_view PackedStore::keep(std::string_view bytes) {
     left_ -= bytes.size();
     size_ += bytes.size();
     return tail(chunk, bytes.size());
+}
+
+// Documents are told apart by numbers, since a place in memory soon is another one's. They begin
+// anew after 16 million: then a thing of a document that long gone may pass for one of the new one.
+HomeNumber PackedStore::nextHome() noexcept {
+    static std::atomic<std::uint32_t> last{0};
+    HomeNumber home;
+    while (!home.isKnown())
+        home = HomeNumber(last.fetch_add(1, std::memory_order_relaxed) + 1);
+    return home;
 }
 
 std::string_view PackedStore::adopt(Host::ByteBuffer bytes) {

@@ -2,6 +2,7 @@
 
 #include "packed/name_table.h"
 #include "values/dictionary.h"
+#include "values/home.h"
 
 #include <host/byte_buffer.h>
 #include <host/ref.h>
@@ -22,6 +23,8 @@ public:
     /// Whether so many bytes get a chunk of their own, for which `adopt` needs no copy.
     [[nodiscard]] static bool isLarge(std::size_t size) noexcept { return size > chunkSize / 4; }
     [[nodiscard]] std::string_view adopt(Host::ByteBuffer bytes);
+    /// What the values of the document's objects have as their home.
+    [[nodiscard]] HomeNumber home() const noexcept { return home_; }
     /// Bytes kept in all.
     [[nodiscard]] std::uint64_t size() const noexcept { return size_; }
 
@@ -40,6 +43,9 @@ public:
 private:
     static constexpr std::size_t chunkSize = std::size_t{256} << 10;
 
+    [[nodiscard]] static HomeNumber nextHome() noexcept;
+
+    const HomeNumber home_ = nextHome();
     std::vector<Host::ByteBuffer> chunks_;
     std::size_t left_ = 0; // room in the last chunk that is filled bit by bit
     std::size_t filling_ = 0;

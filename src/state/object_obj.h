@@ -2,6 +2,7 @@
 
 #include "packed/packed_store.h"
 #include "packed/packed_value.h"
+#include "values/home.h"
 
 #include <pdf/values.h>
 
@@ -9,6 +10,13 @@
 #include <utility>
 
 namespace Libraries::Files::PDF {
+
+/// Of which document's object the value is known to be one, by its containers.
+[[nodiscard]] HomeNumber homeOf(const Value& value) noexcept;
+/// Notes it, unless the value is that of another object already.
+void settle(const Ref<Value>& value, HomeNumber home) noexcept;
+/// Forgets it, where that is the value's home.
+void unsettle(const Ref<Value>& value, HomeNumber home) noexcept;
 
 /// An object, whose value is made at the first call for it and then kept: from then on it is the
 /// value, and the packed spelling is not looked at again.

@@ -19,7 +19,9 @@ void ObjectTable::append(std::uint32_t id, std::uint16_t generation, const Packe
 }
 
 void ObjectTable::append(std::uint32_t id, std::uint16_t generation, Ref<Value> value) {
+    const HomeNumber home = store()->home();
     slots_.emplace_back(Host::makeOrThrow<ObjectObj>(id, generation, std::move(value)));
+    settle(slots_.back().touchedValue(), home);
 }
 
 void ObjectTable::replace(const Slot& slot, const PackedValue& packed) noexcept {

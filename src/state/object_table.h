@@ -72,6 +72,10 @@ public:
     /// what follows.
     void append(std::uint32_t id, std::uint16_t generation, const PackedValue& packed);
     void append(std::uint32_t id, std::uint16_t generation, Ref<Value> value);
+    /// Has the object's value be of no document any more.
+    void release(const Slot& slot) const noexcept {
+        if (store_) unsettle(slot.touchedValue(), store_->home());
+    }
     /// Puts another object in the place of one, under its number.
     void replace(const Slot& slot, const PackedValue& packed) noexcept;
     void reserve(std::size_t size) { slots_.reserve(size); }
@@ -94,6 +98,10 @@ public:
     [[nodiscard]] std::size_t size() const noexcept { return slots_.size(); }
     [[nodiscard]] const std::vector<Slot>& slots() const noexcept { return slots_; }
     [[nodiscard]] const Ref<PackedStore>& store() const;
+    /// Whether values of its objects have this home.
+    [[nodiscard]] bool has(HomeNumber home) const noexcept {
+        return store_ && store_->home() == home;
+    }
 
 private:
     std::vector<Slot> slots_;

@@ -1,4 +1,5 @@
 #include "tools/failure.h"
+#include "tools/references.h"
 
 #include <pdf/tools/editing.h>
 
@@ -45,6 +46,7 @@ Ref<ObjectRef> referenceTo(const Ref<Object>& object) noexcept {
 }
 
 Ref<ObjectRef> addObject(Document& document, Ref<Value> value) noexcept {
+    if (!canBeUsed(document, value)) return nullptr;
     const Ref<Object> object = document.addObject(std::move(value));
     if (!object) return nullptr;
     Ref<ObjectRef> ref = referenceTo(object);

@@ -47,6 +47,11 @@ Ref<Value> followEntry(const Document& document, const Dictionary& dictionary,
     return follow(document, entryOf(document, dictionary, key));
 }
 
+bool canBeUsed(const Document& document, const Ref<Value>& value) noexcept {
+    if (!value || document.homeOf(*value) != Home::Elsewhere) return true;
+    return fail(InvalidArgument, "A value is that of another document's object");
+}
+
 bool isName(const Ref<Value>& value, std::string_view name) noexcept {
     const Ref<Name> held = Host::cast<Name>(value);
     const Ref<Host::String> text = held ? held->name() : nullptr;

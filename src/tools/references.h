@@ -22,6 +22,10 @@ namespace Libraries::Files::PDF::Tools {
 [[nodiscard]] Ref<Value> followEntry(const Document& document, const Dictionary& dictionary,
                                      std::string_view key);
 
+/// False, with `InvalidArgument` set, for a value that is known to be another document's: its
+/// references lead elsewhere here.
+[[nodiscard]] bool canBeUsed(const Document& document, const Ref<Value>& value) noexcept;
+
 /// Whether a value is this name.
 [[nodiscard]] bool isName(const Ref<Value>& value, std::string_view name) noexcept;
 

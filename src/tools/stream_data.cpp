@@ -195,17 +195,20 @@ Ref<Stream> newStream(Bytes bytes, bool deflate) {
 
 Ref<ObjectRef> makeStream(Document& document, Bytes bytes, bool deflate,
                           const Ref<Dictionary>& entries) noexcept {
+    if (!canBeUsed(document, entries)) return nullptr;
     return guarded([&] { return made(document, bytes, deflate, entries); });
 }
 
 bool setStreamData(Document& document, const Ref<Stream>& stream, Bytes bytes) noexcept {
     if (!stream) return fail(NullArgument);
+    if (!canBeUsed(document, stream)) return false;
     return guarded([&] { return replaced(document, stream, bytes); });
 }
 
 Ref<Host::MemoryStripe> decodedBytes(Document& document, const Ref<Stream>& stream,
                                      std::uint64_t limit) noexcept {
     if (!stream) return fail(NullArgument);
+    if (!canBeUsed(document, stream)) return nullptr;
     return guarded([&] { return decoded(document, stream, limit); });
 }
 

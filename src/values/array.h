@@ -1,5 +1,6 @@
 #pragma once
 
+#include "values/home.h"
 #include "values/kind.h"
 
 #include <host/heap.h>
@@ -22,6 +23,8 @@ public:
     bool add(Ref<Value> value) noexcept override;
     [[nodiscard]] Ref<Host::String> asText() const noexcept override;
     [[nodiscard]] bool equal(Ref<Value> other) const noexcept override;
+
+    HomeNumber home; // first: it finds room beside the count
 
 private:
     Elements elements_;

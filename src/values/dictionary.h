@@ -1,5 +1,6 @@
 #pragma once
 
+#include "values/home.h"
 #include "values/kind.h"
 
 #include <host/heap.h>
@@ -42,11 +43,13 @@ public:
     void resetModified() noexcept { modified_ = false; }
     [[nodiscard]] bool modified() const noexcept { return modified_; }
 
+    HomeNumber home; // first, with what follows: they find room beside the count
+
 private:
     [[nodiscard]] std::size_t lowerBound(const Host::String& key) const noexcept;
     [[nodiscard]] bool holds(std::size_t place, const Host::String& key) const noexcept;
 
-    bool modified_ = false; // first: it finds room beside the count
+    bool modified_ = false;
     Entries entries_;
 };
 

@@ -22,7 +22,8 @@ namespace Libraries::Files::PDF::Tools {
 /// hold for the page, the page's visible box as its BBox (the crop box within the media box, US
 /// letter where there is none; in whole points around it, so that clipping leaves no soft edge),
 /// its turn as its Matrix, so that it is upright, and its Group. Contents of one stream become the
-/// form as they are stored; several are decoded and joined.
+/// form as they are stored, whatever their filter; several are decoded and joined, so that they
+/// must be plain or stored by FlateDecode alone (the import makes them so with `plainFilters`).
 ///
 /// The page keeps its boxes, Rotate, Group and annotations. Marked content in it (14.7) is no
 /// longer found by the structure tree of a tagged document.
@@ -30,8 +31,9 @@ namespace Libraries::Files::PDF::Tools {
 /// `page` is one of `allPages`; what was read of it before is not true any more. Gives the
 /// reference to the form. Null with `NullArgument`, `InvalidArgument` (a page of another document;
 /// a name that is empty or holds other characters than ASCII's printable ones without `#%()/<>[]{}`
-/// and space), `PageInvalid` (Contents of a wrong kind) or, for several streams, `OutOfRange` (more
-/// than 64 MiB) or a code of `decodedBytes` set.
+/// and space), `PageInvalid` (Contents of a wrong kind, or a stream that is no object) or, for
+/// several streams, `OutOfRange` (more than 64 times what is stored, and 1 MiB) or a code of
+/// `decodedBytes` set.
 FILES_PDF_EXPORT Ref<ObjectRef> isolatePage(Document& document, const Page& page,
                                             std::string_view name) noexcept;
 
@@ -72,13 +74,20 @@ struct LetterheadOptions {
 /// The document's tree is flattened (`flattenPages`), and its version becomes the higher of the
 /// two. Names are added to resources where they stand. Above, the page's contents are put between
 /// operators that save and restore the graphics state, so that the stamp does not depend on what
-/// they leave behind; contents that take back more than they saved are not held by that.
+/// they leave behind. Contents that take back more than they saved get streams without what is too
+/// much, which readers pass over. Contents that `decodedBytes` does not decode, or that hold more
+/// than 64 times what is stored and 1 MiB, in all that is looked through, count as balanced.
+///
+/// What is odd in the letterhead, a Filter that is no name for one, comes over as odd as it is.
+/// What its pages share is copied for each of them only where they differ in box, resources or
+/// group, and in all at most as 64 times what was read, and 1 MiB.
 ///
 /// All or nothing: after a failure `document` writes what it would have written before.
 /// `letterhead` does so in any case.
 ///
 /// False with `NullArgument`, `InvalidArgument` (the same document twice; another mode; a range
-/// from a later page to an earlier one), `OutOfRange` (a range behind the last page),
+/// from a later page to an earlier one), `OutOfRange` (a range behind the last page; more is to be
+/// copied or decoded than that),
 /// `ForeignPageEmpty` (the letterhead has no page), or a code of `flattenPages`, `isolatePage`,
 /// `Document::readStreamData` or `addBackground` set.
 [[nodiscard]] FILES_PDF_EXPORT bool letterhead(Document& document, const Ref<Document>& letterhead,

@@ -20,6 +20,12 @@
 /// nothing of what its operations do. They fail as those do: null or false, the code set, mostly
 /// logged through the filter "PDF". What fails has changed nothing, but that `Document::changed`
 /// may say so.
+///
+/// References lead to an object of the document that they are followed in. So a thing that is known
+/// to be of another document (`Document::homeOf`) is refused, with `InvalidArgument` set: an
+/// object, a page, a form, a field, and an array, dictionary or stream that is the value of such a
+/// document's object. A reference, and what lies within other values, has no home: keep those apart
+/// yourself.
 namespace Libraries::Files::PDF::Tools {
 
 using Host::Ref;
@@ -72,7 +78,8 @@ template <class Interface>
 
 /// The value that `value` leads to through references, or the value itself; through 32 references
 /// at most. Null stays null and leaves the code as it is, so that what a look-up gave can be handed
-/// in: `resolve(document, page->find("Annots"))`. Null with `ReferenceNotResolved` set where it
+/// in: `resolve(document, page->find("Annots"))`, where the page must be of this document. What is
+/// no reference is given as it is, whosever it is. Null with `ReferenceNotResolved` set where it
 /// leads nowhere.
 [[nodiscard]] FILES_PDF_EXPORT Ref<Value> resolve(const Document& document,
                                                   Ref<Value> value) noexcept;
@@ -81,7 +88,7 @@ template <class Interface>
 [[nodiscard]] FILES_PDF_EXPORT Ref<ObjectRef> referenceTo(const Ref<Object>& object) noexcept;
 
 /// Adds an object that holds `value`, shared, and gives the reference to it. Null as for
-/// `Document::addObject`.
+/// `Document::addObject`, or with `InvalidArgument` set for a value of another document.
 [[nodiscard]] FILES_PDF_EXPORT Ref<ObjectRef> addObject(Document& document,
                                                         Ref<Value> value) noexcept;
 
@@ -102,7 +109,8 @@ makeStream(Document& document, Bytes bytes, bool deflate,
 /// alone, else plain and without a Filter. Its Length becomes a number of its own, whatever it was
 /// before: a number that other entries or streams refer to stays as it is.
 ///
-/// False with `NullArgument`, `InvalidArgument` (a stream of an application's own class),
+/// False with `NullArgument`, `InvalidArgument` (a stream of an application's own class, or of
+/// another document),
 /// `StreamDictionaryMissing`, `CodingFailed` or `OutOfMemory` set.
 [[nodiscard]] FILES_PDF_EXPORT bool setStreamData(Document& document, const Ref<Stream>& stream,
                                                   Bytes bytes) noexcept;
@@ -110,7 +118,8 @@ makeStream(Document& document, Bytes bytes, bool deflate,
 /// The data of a stream, decoded, in a stripe of its own: also where it was cached, replaced or
 /// re-encoded before. The stream keeps what it has.
 ///
-/// Null with `NullArgument`, `StreamDictionaryMissing`, `FilterUnsupported` (any filter but one
+/// Null with `NullArgument`, `InvalidArgument` (a stream of another document),
+/// `StreamDictionaryMissing`, `FilterUnsupported` (any filter but one
 /// FlateDecode, or one with a predictor), `CodingFailed`, `OutOfRange` (more than `limit` bytes) or
 /// a code of `Document::readStreamData` set.
 [[nodiscard]] FILES_PDF_EXPORT Ref<Host::MemoryStripe>

@@ -51,9 +51,9 @@ enum class Filled : std::uint32_t {
 /// list is scrolled to what is chosen.
 ///
 /// `Failed` with `NullArgument` to `FormNotFound` as of `Form::fieldByPath`, `NotSupported` (a
-/// signature, a group of fields, no kind at all), `ButtonHasNoValue`, `InvalidArgument` (no such
-/// option or state, a text that is too long), `OutOfRange` (the field has so many widgets that they
-/// would show far more than it holds) or `OutOfMemory` set.
+/// signature, a group of fields, no kind at all), `ButtonHasNoValue`, `InvalidArgument` (the form
+/// of another document, no such option or state, a text that is too long), `OutOfRange` (the field
+/// has so many widgets that they would show far more than it holds) or `OutOfMemory` set.
 [[nodiscard]] FILES_PDF_EXPORT Filled fillField(Document& document, Form& form,
                                                 std::string_view path,
                                                 std::string_view text) noexcept;
@@ -71,13 +71,15 @@ struct FieldOption {
 };
 
 /// The options of a choice field, or the states of check boxes and radio buttons, "Off" apart, in
-/// UTF-8. A long text that is listed again and again is empty then. Empty for other kinds, and
-/// where memory is exhausted. Logs nothing.
+/// UTF-8. A long text that is listed again and again is empty then. Empty for other kinds, where
+/// memory is exhausted and, with `InvalidArgument` set, for a field of another document. Logs
+/// nothing.
 [[nodiscard]] FILES_PDF_EXPORT std::vector<FieldOption> fieldOptions(const Document& document,
                                                                      const Field& field) noexcept;
 
 /// The value of a field for people, in UTF-8: a text, a state, or what is selected. What is
-/// inherited counts. Empty where there is none. Logs nothing.
+/// inherited counts. Empty where there is none and, with `InvalidArgument` set, for a field of
+/// another document. Logs nothing.
 [[nodiscard]] FILES_PDF_EXPORT std::vector<std::string> fieldValues(const Document& document,
                                                                     const Field& field) noexcept;
 

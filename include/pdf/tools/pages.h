@@ -55,14 +55,17 @@ struct Page {
 /// MediaBox. The tree is flattened before, and Count and Kids are set; each call walks the tree.
 ///
 /// Gives the reference to the page. Null as for `flattenPages`, or with `NullArgument`,
-/// `InvalidArgument` (neither of the two, or a page of the tree), `OutOfRange` or `PageInvalid` (no
-/// MediaBox) set.
+/// `InvalidArgument` (neither of the two, or a page of the tree; a dictionary of another document,
+/// or one that has a Parent and is no object's of this document), `OutOfRange` or `PageInvalid` (no
+/// MediaBox) set. Whose a reference is nobody knows: one of another document stands for whatever
+/// has that number here.
 [[nodiscard]] FILES_PDF_EXPORT Ref<ObjectRef> insertPage(Document& document, std::uint64_t index,
                                                          const Ref<Value>& page) noexcept;
 
 /// Adds a page behind the last one: it shows `content`, operators of a content stream (ISO 32000-1,
 /// 7.8.2), which is stored deflated. `resources` may be a reference; null stands for none. Gives
-/// the reference to the page. Null as for `insertPage`.
+/// the reference to the page. Null as for `insertPage`, `InvalidArgument` for a box or resources of
+/// another document.
 [[nodiscard]] FILES_PDF_EXPORT Ref<ObjectRef>
 addPage(Document& document, Bytes content, const Ref<Array>& mediaBox,
         const Ref<Value>& resources = nullptr) noexcept;

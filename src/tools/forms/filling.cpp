@@ -287,8 +287,11 @@ Ref<Field> fieldAt(const Document& document, const Form& form, std::string_view 
 
 template <class Set>
 Filled filled(Document& document, Form& form, std::string_view path, Set set) noexcept {
+    if (document.homeOf(form) == Home::Elsewhere) {
+        return fail(InvalidArgument, "The form is that of another document");
+    }
     const std::uint32_t code = Host::Error::get();
-    return guarded([&] {
+    return guarded([&]() -> Filled {
         const Ref<Field> field = fieldAt(document, form, path);
         if (!field) return Filled::Failed;
         Changes changes(document);

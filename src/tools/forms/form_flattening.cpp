@@ -206,14 +206,11 @@ bool FormFlattening::append(const Ref<Dictionary>& page, const std::string& oper
     if (!object) return false;
     const Ref<Value> drawing = orThrow(referenceTo(object));
     std::vector<Ref<Value>> contents;
-    for (const Ref<Object>& former : contentStreams(document_, *page))
-        contents.emplace_back(orThrow(referenceTo(former)));
-    if (!contents.empty()) {
-        const Ref<Value> closing = contents_.closing(*page);
-        const Ref<Value> opening = closing ? contents_.opening() : nullptr;
+    if (!contentStreams(document_, *page).empty()) {
+        contents = contents_.closed(*page);
+        Ref<Value> opening = contents.empty() ? nullptr : contents_.opening();
         if (!opening) return false;
-        contents.insert(contents.begin(), opening);
-        contents.push_back(closing);
+        contents.insert(contents.begin(), std::move(opening));
     }
     contents.push_back(drawing);
     return changes_.set(page, "Contents", orThrow(Array::create(contents)));

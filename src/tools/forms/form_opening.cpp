@@ -99,8 +99,12 @@ namespace {
 /// What a look gives that reports no failure: nothing where memory is exhausted.
 template <class Look>
 auto lookedAt(const Document& document, const Field& field, Look look) noexcept {
-    const std::uint32_t code = Host::Error::get();
     decltype(look(field)) found;
+    if (document.homeOf(field) == Home::Elsewhere) {
+        Host::Error::set(Host::InvalidArgument);
+        return found;
+    }
+    const std::uint32_t code = Host::Error::get();
     try {
         const Ref<Field> above = fieldOfWidget(document, field);
         found = look(above ? *above : field);

@@ -9,7 +9,8 @@ namespace Libraries::Files::PDF::Tools {
 
 /// Copies objects of one document into another, each once, with all that they refer to: rings too.
 /// What leads nowhere becomes null, and so does what leads into the page tree, at which everything
-/// hangs. Throws `std::bad_alloc`.
+/// hangs. Direct values that several share are copied for each, within a budget: 64 times what was
+/// read and 1 MiB. Throws `std::bad_alloc`.
 class Copies {
 public:
     /// `changes` are of the document that gets the copies.
@@ -28,15 +29,21 @@ private:
 
     [[nodiscard]] Ref<Value> begun(const Ref<Value>& value, unsigned depth);
     [[nodiscard]] Ref<Value> begunObject(const Ref<Value>& ref);
-    [[nodiscard]] Ref<Value> begunStream(const Ref<Value>& value, unsigned depth);
+    [[nodiscard]] Ref<Value> begunStream(const Ref<Value>& value);
+    [[nodiscard]] Ref<Value> begunInner(const Ref<Value>& stream);
     [[nodiscard]] bool fill(const Pending& pending);
-    [[nodiscard]] bool fillDictionary(const Dictionary& source, Dictionary& copy, unsigned depth);
+    [[nodiscard]] bool fillDictionary(const Ref<Dictionary>& source, Dictionary& copy,
+                                      unsigned depth);
     [[nodiscard]] bool isOfPageTree(const Ref<Value>& value) const;
+    /// Whether so much of a container may be copied: about what it takes in a file.
+    [[nodiscard]] bool afford(const Ref<Value>& container, std::uint64_t bytes);
 
     Document& from_;
     Changes& changes_;
     std::unordered_map<std::uint32_t, Ref<ObjectRef>> copied_; ///< by their former numbers
     std::vector<Pending> pending_;
+    std::unordered_map<const Value*, Ref<Value>> read_; ///< kept, so that their places are theirs
+    std::uint64_t left_ = std::uint64_t{1} << 20;
 };
 
 } // namespace Libraries::Files::PDF::Tools

@@ -1,6 +1,7 @@
 #include "tools/letterheads/isolation.h"
 
 #include "tools/failure.h"
+#include "tools/new_stream.h"
 #include "tools/pages/page_contents.h"
 #include "tools/pages/page_view.h"
 #include "tools/references.h"
@@ -18,24 +19,8 @@ namespace Libraries::Files::PDF::Tools {
 
 namespace {
 
-/// Bytes of one page's contents that are joined at most.
-constexpr std::uint64_t mostOfPage = std::uint64_t{64} << 20;
-
 /// What says how a stream's data is stored, Length apart (ISO 32000-1, table 5).
 constexpr std::string_view storage[] = {"Filter", "DecodeParms", "F", "FFilter", "FDecodeParms"};
-
-/// A stream of its own with the same data.
-Ref<Stream> copyOf(Document& document, const Ref<Stream>& stream, const Dictionary& entries) {
-    const Ref<Host::MemoryStripe> data = rawBytes(document, stream);
-    if (!data) return nullptr;
-    const auto length = orThrow(Number::create(static_cast<std::int64_t>(data->size())));
-    const Ref<Dictionary> copied = orThrow(Dictionary::create({{"Length", length}}));
-    for (const std::string_view key : storage) {
-        const Ref<Value> entry = quietly([&] { return entries.find(key); });
-        if (entry && !copied->set(key, entry)) throw std::bad_alloc();
-    }
-    return orThrow(Host::make<StreamObj>(copied, Ref<Interfaces::Stripe>(data)));
-}
 
 Ref<Value> arrayOf(std::initializer_list<double> wholeNumbers) {
     constexpr double most = 1e9; // what no page reaches
@@ -65,11 +50,6 @@ bool isPlain(std::string_view name) noexcept {
     });
 }
 
-bool isOf(const Document& document, const Ref<Object>& object) {
-    const Ref<ObjectRef> ref = orThrow(referenceTo(object));
-    return quietly([&] { return document.getObject(ref); }) == object;
-}
-
 /// Makes the page draw the form, which is upright: the page's own turn comes on top.
 bool drawForm(Changes& changes, const Page& page, std::string_view name,
               const Ref<ObjectRef>& form) {
@@ -87,7 +67,8 @@ bool drawForm(Changes& changes, const Page& page, std::string_view name,
 }
 
 Ref<ObjectRef> isolated(Document& document, const Page& page, std::string_view name) {
-    if (!isOf(document, page.object)) {
+    if (document.homeOf(*page.object) == Home::Elsewhere ||
+        document.homeOf(*page.dictionary) == Home::Elsewhere) {
         return fail(InvalidArgument, "Page is of another document: ", page.object);
     }
     Changes changes(document);
@@ -100,19 +81,30 @@ Ref<ObjectRef> isolated(Document& document, const Page& page, std::string_view n
 } // namespace
 
 Ref<ObjectRef> Isolation::formOf(const Page& page) {
-    const Ref<Object> object = contentOf(page);
+    if (!hasSoundContents(document_, page)) return nullptr;
+    const std::vector<Ref<Object>> streams = contentStreams(document_, *page.dictionary);
+    Ref<ObjectRef>& form = forms_[drawingOf(page, streams)];
+    if (form) return form;
+    const Ref<Object> object = contentOf(streams);
     const Ref<Stream> stream = object ? Host::cast<Stream>(object->value()) : nullptr;
     if (!stream || !describe(page, stream->dict())) return nullptr;
-    return orThrow(referenceTo(object));
+    form = orThrow(referenceTo(object));
+    return form;
 }
 
-Ref<Object> Isolation::contentOf(const Page& page) {
-    const Ref<Value> contents = followEntry(document_, *page.dictionary, "Contents");
-    if (contents && contents->type() != Value::Type::Stream &&
-        contents->type() != Value::Type::Array) {
-        return fail(PageInvalid, "Contents is of a wrong kind for page ", page.object);
-    }
-    const std::vector<Ref<Object>> streams = contentStreams(document_, *page.dictionary);
+Isolation::Drawing Isolation::drawingOf(const Page& page,
+                                        const std::vector<Ref<Object>>& streams) const {
+    Drawing drawing{{},
+                    page.resources.get(),
+                    followEntry(document_, *page.dictionary, "Group").get(),
+                    visibleBox(document_, page),
+                    uprightTurn(page)};
+    for (const Ref<Object>& stream : streams)
+        drawing.streams.push_back(stream->id());
+    return drawing;
+}
+
+Ref<Object> Isolation::contentOf(const std::vector<Ref<Object>>& streams) {
     if (streams.size() == 1) return soleStream(streams.front());
     const Ref<Stream> stream = streams.empty() ? newStream("", false) : joined(streams);
     return stream ? changes_.add(stream) : nullptr;
@@ -125,21 +117,39 @@ Ref<Object> Isolation::soleStream(const Ref<Object>& object) {
     // Another page may draw the same stream, and have made a form of it, with other resources.
     const bool isTaken = quietly([&] { return entries->find("Subtype"); }) != nullptr;
     if (!isTaken) return object;
-    const Ref<Stream> copy = copyOf(document_, stream, *entries);
+    const Ref<Stream> copy = copyOf(object, *entries);
     return copy ? changes_.add(copy) : nullptr;
 }
 
+/// A stream of its own with the same data.
+Ref<Stream> Isolation::copyOf(const Ref<Object>& object, const Dictionary& entries) {
+    const Ref<Host::MemoryStripe> data = budget_.stored(document_, object);
+    if (!data) return nullptr;
+    const auto length = orThrow(Number::create(static_cast<std::int64_t>(data->size())));
+    const Ref<Dictionary> copied = orThrow(Dictionary::create({{"Length", length}}));
+    for (const std::string_view key : storage) {
+        const Ref<Value> entry = quietly([&] { return entries.find(key); });
+        if (entry && !copied->set(key, entry)) throw std::bad_alloc();
+    }
+    return orThrow(Host::make<StreamObj>(copied, Ref<Interfaces::Stripe>(data)));
+}
+
 Ref<Stream> Isolation::joined(const std::vector<Ref<Object>>& streams) {
-    const std::uint64_t limit = std::min(mostOfPage, decodable_);
     std::string all;
     for (const Ref<Object>& object : streams) {
-        const auto bytes =
-            decodedBytes(document_, Host::cast<Stream>(object->value()), limit - all.size());
+        const Ref<Stream> stream = Host::cast<Stream>(object->value());
+        const Ref<Dictionary> entries = stream ? stream->dict() : nullptr;
+        if (entries && !canDecode(document_, *entries)) {
+            return fail(FilterUnsupported,
+                        "Contents of several streams are joined, and must be plain or stored by "
+                        "FlateDecode alone, unlike ",
+                        object);
+        }
+        const auto bytes = budget_.decoded(document_, object);
         if (!bytes) return nullptr;
         all.append(reinterpret_cast<const char*>(bytes->bytes().data()), bytes->size());
-        if (all.size() < limit) all += '\n';
+        all += '\n';
     }
-    decodable_ -= all.size();
     return newStream(all, true);
 }
 

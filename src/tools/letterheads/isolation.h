@@ -1,11 +1,13 @@
 #pragma once
 
 #include "tools/changes.h"
-#include "tools/new_stream.h"
+#include "tools/geometry.h"
+#include "tools/pages/content_budget.h"
 
 #include <pdf/tools/pages.h>
 
 #include <cstdint>
+#include <map>
 #include <vector>
 
 namespace Libraries::Files::PDF::Tools {
@@ -17,19 +19,35 @@ public:
         : document_(document), changes_(changes) {}
 
     /// The form that draws what the page draws, upright. The page stays as it is, but that its
-    /// content stream may be the form. Null with the code set.
+    /// content stream may be the form. Pages that draw the same have one form. Null with the code
+    /// set.
     [[nodiscard]] Ref<ObjectRef> formOf(const Page& page);
 
 private:
-    [[nodiscard]] Ref<Object> contentOf(const Page& page);
+    /// All that a form says of what it draws: pages for which it is equal draw the same.
+    struct Drawing {
+        std::vector<std::uint32_t> streams; ///< by their objects
+        const Value* resources;
+        const Value* group;
+        Rectangle box;
+        Matrix turn;
+
+        [[nodiscard]] auto operator<=>(const Drawing&) const = default;
+    };
+
+    [[nodiscard]] Drawing drawingOf(const Page& page,
+                                    const std::vector<Ref<Object>>& streams) const;
+    [[nodiscard]] Ref<Object> contentOf(const std::vector<Ref<Object>>& streams);
     [[nodiscard]] Ref<Object> soleStream(const Ref<Object>& object);
+    [[nodiscard]] Ref<Stream> copyOf(const Ref<Object>& object, const Dictionary& entries);
     [[nodiscard]] Ref<Stream> joined(const std::vector<Ref<Object>>& streams);
     [[nodiscard]] Ref<Value> resourcesOf(const Page& page) const;
     [[nodiscard]] bool describe(const Page& page, const Ref<Dictionary>& form);
 
     Document& document_;
     Changes& changes_;
-    std::uint64_t decodable_ = std::uint64_t{1} << 30; ///< bytes that may still be decoded
+    ContentBudget budget_;
+    std::map<Drawing, Ref<ObjectRef>> forms_;
 };
 
 } // namespace Libraries::Files::PDF::Tools

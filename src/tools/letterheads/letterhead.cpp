@@ -83,7 +83,8 @@ private:
     PageContents sourceContents_{source_.document, source_.changes};
     PageResources resources_{target_.document, target_.changes};
     std::vector<Assignment> assignments_;
-    std::map<std::uint64_t, Sheet> sheets_;
+    std::map<std::uint64_t, Sheet> sheets_;         ///< by the index of the page
+    std::map<std::uint32_t, Sheet> drawings_;       ///< the same by their forms in the letterhead
     std::map<std::string, Ref<ObjectRef>> streams_; ///< by what they draw
     std::map<std::uint32_t, Ref<ObjectRef>> laid_;  ///< pages to be laid, by their contents
     std::vector<Ref<Value>> pages_;                 ///< that get one
@@ -117,10 +118,14 @@ bool Laying::makeSheets() {
 bool Laying::makeSheet(std::uint64_t index, Isolation& isolation, Copies& copies,
                        UnusedNames& names) {
     const Page& page = source_.tree.pages[index].page;
-    Sheet sheet{names.next(), viewOf(source_.document, page), isolation.formOf(page)};
-    sheet.form = sheet.form ? copies.of(sheet.form) : nullptr;
-    if (!sheet.form) return false;
-    sheets_.emplace(index, std::move(sheet));
+    const Ref<ObjectRef> form = isolation.formOf(page);
+    if (!form) return false;
+    const auto [sheet, isNew] = drawings_.try_emplace(form->id());
+    if (isNew) {
+        sheet->second = {names.next(), viewOf(source_.document, page), copies.of(form)};
+        if (!sheet->second.form) return false;
+    }
+    sheets_.emplace(index, sheet->second);
     return true;
 }
 
@@ -151,19 +156,11 @@ bool Laying::preparePage(const Page& page, const Sheet& sheet) {
 
 /// Draws over the page: behind what it draws itself.
 bool Laying::cover(const Page& page, const std::string& operators) {
-    const Ref<Value> former = entryOf(target_.document, *page.dictionary, "Contents");
-    std::vector<Ref<Value>> contents;
-    if (const Ref<Array> list = Host::cast<Array>(former)) {
-        for (std::uint64_t index = 0; index < list->size(); ++index)
-            contents.push_back(list->get(index));
-    } else if (former && former->type() == Value::Type::ObjectRef) {
-        contents.push_back(former);
-    } else if (former) {
-        return fail(PageInvalid, "Contents is of a wrong kind for page ", page.object);
-    }
-    contents.emplace_back(targetContents_.closing(*page.dictionary));
+    if (!hasSoundContents(target_.document, page)) return false;
+    std::vector<Ref<Value>> contents = targetContents_.closed(*page.dictionary);
+    if (contents.empty()) return false;
     contents.emplace_back(streamOf(target_, operators));
-    if (!contents.back() || !contents[contents.size() - 2]) return false;
+    if (!contents.back()) return false;
     return target_.changes.set(page.dictionary, "Contents", orThrow(Array::create(contents)));
 }
 

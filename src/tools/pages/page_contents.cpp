@@ -15,17 +15,16 @@ namespace Libraries::Files::PDF::Tools {
 
 namespace {
 
-/// Decoded bytes of a stream that are looked at; one that holds more counts as balanced.
-constexpr std::uint64_t mostBytes = std::uint64_t{64} << 20;
-
-/// How many times what is stored it may become before the rest counts against a budget for all.
-constexpr std::uint64_t usualExpansion = 64;
-
 /// Renderers nest states some tens of levels deep; more than this is no page.
 constexpr std::uint64_t mostOpen = 10000;
 
 bool isStream(const Ref<Object>& object) noexcept {
     return object && object->valueType() == Value::Type::Stream;
+}
+
+std::string_view textOf(const Host::MemoryStripe& stripe) noexcept {
+    const auto bytes = stripe.bytes();
+    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
 } // namespace
@@ -42,26 +41,36 @@ std::vector<Ref<Object>> contentStreams(const Document& document, const Dictiona
     return streams;
 }
 
+bool hasSoundContents(const Document& document, const Page& page) {
+    const Ref<Value> entry = entryOf(document, *page.dictionary, "Contents");
+    const Ref<Value> contents = follow(document, entry);
+    if (!contents || isStream(objectBehind(document, entry))) return true;
+    const Ref<Array> list = Host::cast<Array>(contents);
+    bool sound = list != nullptr;
+    for (std::uint64_t index = 0; sound && index < list->size(); ++index) {
+        const Ref<Value> element = list->get(index);
+        sound = !element || element->type() != Value::Type::Stream;
+    }
+    return sound || fail(PageInvalid, "Contents is of a wrong kind for page ", page.object);
+}
+
 Ref<ObjectRef> PageContents::opening() {
     if (!opening_) opening_ = added("q\n");
     return opening_;
 }
 
-Ref<ObjectRef> PageContents::closing(const Dictionary& page) {
-    std::uint64_t open = 1; // what `opening` saves
+std::vector<Ref<Value>> PageContents::closed(const Dictionary& page) {
+    std::vector<Ref<Value>> contents;
+    std::uint64_t open = 0;
     for (const Ref<Object>& object : contentStreams(document_, page)) {
         const StateBalance& balance = balanceOf(object);
+        const bool sound = balance.restored <= open;
+        contents.emplace_back(sound ? orThrow(referenceTo(object)) : mended(object, open));
+        if (!contents.back()) return {};
         open = open - std::min(open, balance.restored) + balance.saved;
     }
-    open = std::min(open, mostOpen);
-    Ref<ObjectRef>& closing = closings_[open];
-    if (!closing) {
-        std::string operators = "\n"; // whatever the page's last operator lacks
-        for (std::uint64_t level = 0; level < open; ++level)
-            operators += "Q\n";
-        closing = added(operators);
-    }
-    return closing;
+    contents.emplace_back(closing(open + 1)); // what `opening` saves too
+    return contents.back() ? contents : std::vector<Ref<Value>>();
 }
 
 const StateBalance& PageContents::balanceOf(const Ref<Object>& object) {
@@ -69,20 +78,34 @@ const StateBalance& PageContents::balanceOf(const Ref<Object>& object) {
     if (!isNew) return place->second;
     const Ref<Stream> stream = Host::cast<Stream>(quietly([&] { return object->value(); }));
     const Ref<Dictionary> entries = stream ? stream->dict() : nullptr;
-    if (entries && canDecode(document_, *entries)) place->second = readBalance(stream, *entries);
+    if (!entries || !canDecode(document_, *entries)) return place->second;
+    const auto bytes = quietly([&] { return budget_.decoded(document_, object); });
+    if (bytes) place->second = stateBalanceOf(textOf(*bytes));
     return place->second;
 }
 
-StateBalance PageContents::readBalance(const Ref<Stream>& stream, const Dictionary& entries) {
-    const Ref<Number> length = Host::cast<Number>(followEntry(document_, entries, "Length"));
-    const auto stored =
-        static_cast<std::uint64_t>(std::max<std::int64_t>(length ? length->integer() : 0, 0));
-    const std::uint64_t usual = std::min(stored, mostBytes / usualExpansion) * usualExpansion;
-    const std::uint64_t limit = std::min(mostBytes, usual + expansionLeft_);
-    const auto bytes = quietly([&] { return decodedBytes(document_, stream, limit); });
-    const std::uint64_t expanded = bytes ? bytes->size() : limit;
-    if (expanded > usual) expansionLeft_ -= expanded - usual;
-    return bytes ? stateBalanceOf(bytes->bytes()) : StateBalance();
+Ref<ObjectRef> PageContents::mended(const Ref<Object>& object, std::uint64_t open) {
+    Ref<ObjectRef>& mended = mended_[{object->id(), open}];
+    if (mended) return mended;
+    const auto bytes = budget_.decoded(document_, object);
+    if (!bytes) return nullptr;
+    std::string content(textOf(*bytes));
+    dropSurplus(content, open);
+    mended = added(content);
+    return mended;
+}
+
+Ref<ObjectRef> PageContents::closing(std::uint64_t open) {
+    open = std::min(open, mostOpen);
+    Ref<ObjectRef>& closing = closings_[open];
+    if (closing) return closing;
+    // Behind whatever the page's last operator lacks. A line feed alone would count as the end of
+    // the line "stream" where that is a carriage return.
+    std::string operators = document_.lineEnding() == "\r" ? " \n" : "\n";
+    for (std::uint64_t level = 0; level < open; ++level)
+        operators += "Q\n";
+    closing = added(operators);
+    return closing;
 }
 
 Ref<ObjectRef> PageContents::added(std::string_view operators) {

@@ -1,10 +1,15 @@
 #pragma once
 
 #include "tools/changes.h"
+#include "tools/pages/content_budget.h"
 #include "tools/pages/state_balance.h"
 
+#include <pdf/tools/pages.h>
+
 #include <cstdint>
+#include <map>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace Libraries::Files::PDF::Tools {
@@ -14,35 +19,39 @@ namespace Libraries::Files::PDF::Tools {
 [[nodiscard]] std::vector<Ref<Object>> contentStreams(const Document& document,
                                                       const Dictionary& page);
 
-/// Streams to put around a page's contents, so that what is drawn behind them finds the graphics
-/// state in which the page began (ISO 32000-1, 8.4.2): Contents become the opening one, what they
-/// were, the closing one. Pages share these streams. Null with the code set on failure. Throws
-/// `std::bad_alloc`.
+/// Whether the page's Contents is what it can be: absent, a reference to a stream, or an array,
+/// which holds no stream itself. False with `PageInvalid` set.
+[[nodiscard]] bool hasSoundContents(const Document& document, const Page& page);
+
+/// Pages' contents such that what is drawn behind them finds the graphics state in which the page
+/// began (ISO 32000-1, 8.4.2). Pages share what is made for it. Null, or nothing, with the code set
+/// on failure. Throws `std::bad_alloc`.
 class PageContents {
 public:
     PageContents(Document& document, Changes& changes) noexcept
         : document_(document), changes_(changes) {}
 
-    /// Saves the state.
+    /// Saves the state: the first stream of all.
     [[nodiscard]] Ref<ObjectRef> opening();
-    /// Takes back what that saved and what the page's contents, as they are now, leave open. Data
-    /// that cannot be decoded, or that becomes far too long, counts as leaving nothing open.
-    [[nodiscard]] Ref<ObjectRef> closing(const Dictionary& page);
+    /// What is to follow it: the streams that the page has, and one that takes back what the first
+    /// saved and what they leave open. What takes back more than was saved, which renderers pass
+    /// over, is blanked. Data that cannot be decoded, or takes too much, counts as balanced.
+    [[nodiscard]] std::vector<Ref<Value>> closed(const Dictionary& page);
 
 private:
-    /// Bytes that streams may take, when they are decoded, beyond what their stored ones allow.
-    static constexpr std::uint64_t mostExpansion = std::uint64_t{16} << 20;
-
-    [[nodiscard]] StateBalance readBalance(const Ref<Stream>& stream, const Dictionary& entries);
     [[nodiscard]] const StateBalance& balanceOf(const Ref<Object>& object);
+    [[nodiscard]] Ref<ObjectRef> mended(const Ref<Object>& object, std::uint64_t open);
+    [[nodiscard]] Ref<ObjectRef> closing(std::uint64_t open);
     [[nodiscard]] Ref<ObjectRef> added(std::string_view operators);
 
     Document& document_;
     Changes& changes_;
+    ContentBudget budget_;
     Ref<ObjectRef> opening_;
     std::unordered_map<std::uint64_t, Ref<ObjectRef>> closings_;
     std::unordered_map<std::uint32_t, StateBalance> balances_;
-    std::uint64_t expansionLeft_ = mostExpansion;
+    /// By their former objects, and the states that are open when they begin.
+    std::map<std::pair<std::uint32_t, std::uint64_t>, Ref<ObjectRef>> mended_;
 };
 
 } // namespace Libraries::Files::PDF::Tools

@@ -17,7 +17,12 @@ namespace {
 
 /// The object of what is to become a page, which is added where it is a dictionary.
 Ref<Object> objectOf(Document& document, Changes& changes, const Ref<Value>& page) {
-    if (page->type() == Value::Type::Dictionary) return changes.add(page);
+    if (!canBeUsed(document, page)) return nullptr;
+    if (const Ref<Dictionary> entries = Host::cast<Dictionary>(page)) {
+        const bool own = document.homeOf(*page) == Home::Here;
+        if (own || !quietly([&] { return entries->find("Parent"); })) return changes.add(page);
+        return fail(InvalidArgument, "A page with a Parent is that of some other document");
+    }
     const Ref<ObjectRef> ref = Host::cast<ObjectRef>(page);
     Ref<Object> object = ref ? quietly([&] { return document.getObject(ref); }) : nullptr;
     if (object) return object;
@@ -55,6 +60,7 @@ Ref<ObjectRef> inserted(Document& document, Changes& changes, std::optional<std:
 
 Ref<ObjectRef> added(Document& document, Bytes content, const Ref<Array>& mediaBox,
                      const Ref<Value>& resources) {
+    if (!canBeUsed(document, mediaBox) || !canBeUsed(document, resources)) return nullptr;
     Changes changes(document);
     const Ref<Stream> stream = newStream(content, true);
     const Ref<Object> object = stream ? changes.add(stream) : nullptr;

@@ -94,25 +94,45 @@ private:
     std::size_t at_ = 0;
 };
 
-} // namespace
-
-StateBalance stateBalanceOf(std::span<const std::uint8_t> content) noexcept {
-    Operators operators({reinterpret_cast<const char*>(content.data()), content.size()});
-    StateBalance balance;
+/// Calls `visit` with each word that may be an operator.
+template <class Visit>
+void visitOperators(std::string_view content, Visit visit) noexcept {
+    Operators operators(content);
     bool inImage = false;
     for (auto word = operators.next(); !word.empty(); word = operators.next()) {
-        if (word == "q") ++balance.saved;
-        if (word == "Q" && balance.saved == 0)
-            ++balance.restored;
-        else if (word == "Q")
-            --balance.saved;
+        visit(word);
         if (word == "BI") inImage = true;
         if (word == "ID" && inImage) {
             operators.skipImage();
             inImage = false;
         }
     }
+}
+
+} // namespace
+
+StateBalance stateBalanceOf(std::string_view content) noexcept {
+    StateBalance balance;
+    visitOperators(content, [&](std::string_view word) {
+        if (word == "q") ++balance.saved;
+        if (word == "Q" && balance.saved == 0) {
+            ++balance.restored;
+        } else if (word == "Q") {
+            --balance.saved;
+        }
+    });
     return balance;
+}
+
+void dropSurplus(std::string& content, std::uint64_t open) noexcept {
+    visitOperators(content, [&](std::string_view word) {
+        if (word == "q") ++open;
+        if (word == "Q" && open == 0) {
+            content[static_cast<std::size_t>(word.data() - content.data())] = ' ';
+        } else if (word == "Q") {
+            --open;
+        }
+    });
 }
 
 } // namespace Libraries::Files::PDF::Tools

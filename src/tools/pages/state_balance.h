@@ -1,7 +1,8 @@
 #pragma once
 
 #include <cstdint>
-#include <span>
+#include <string>
+#include <string_view>
 
 namespace Libraries::Files::PDF::Tools {
 
@@ -12,6 +13,10 @@ struct StateBalance {
 };
 
 /// Of decoded data, whatever it is.
-[[nodiscard]] StateBalance stateBalanceOf(std::span<const std::uint8_t> content) noexcept;
+[[nodiscard]] StateBalance stateBalanceOf(std::string_view content) noexcept;
+
+/// Blanks what restores states that nobody saved, where so many are `open` when the content begins.
+/// Renderers pass over it.
+void dropSurplus(std::string& content, std::uint64_t open) noexcept;
 
 } // namespace Libraries::Files::PDF::Tools
