@@ -113,7 +113,14 @@ public:
                                              std::uint32_t mode) noexcept = 0;
 
     /// Re-encodes the data of every stream to `target`, all or nothing. Streams with an array of
-    /// filters are left alone. False with `InvalidArgument` (neither `None` nor `FlateDecode`),
+    /// filters are left alone.
+    ///
+    /// It goes by Filter alone and so destroys images: one with a filter of another name, a JPEG
+    /// image for instance, is deflated and that name replaced; of data behind a predictor the
+    /// filter goes and the predictor stays. `Tools::losses` tells those streams as
+    /// `Loss::Filters`. `Tools::compressStreams` and `expandStreams` change nothing that shows.
+    ///
+    /// False with `InvalidArgument` (neither `None` nor `FlateDecode`),
     /// `NoValue`, `StreamDictionaryMissing`, `FilterNotUpdated`, `CodingFailed` or
     /// `StreamObjectInvalid` set; all data is then as it was. The streams that were put back, and
     /// their dictionaries, report no change any more, even where they did before the call: who
@@ -154,8 +161,9 @@ public:
     ///@}
 
     /// What was met while the document was read that a rewrite does not keep, of one kind: of those
-    /// that only the reading sees (`Fractions` to `Characters`, and `Subsections`); and `Gaps`, as
-    /// the object table is now. `Tools::losses` tells all of them. Nothing for an application's own
+    /// that only the reading sees (`Fractions` to `Characters`, `Subsections` and `Signatures`);
+    /// and, as the document is now, `Gaps`, `LineFeeds` and `Filters`. `Tools::losses` tells all
+    /// of them. Nothing for an application's own
     /// class.
     [[nodiscard]] virtual LossCount metOnReading(Loss kind) const noexcept;
 

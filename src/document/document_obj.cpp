@@ -33,6 +33,11 @@ LossCount gapsOf(const DocumentState& state) noexcept {
     return gaps;
 }
 
+LossCount filterLossesOf(const DocumentState& state) noexcept {
+    const auto& losses = state.filterLosses;
+    return losses.empty() ? LossCount() : LossCount{losses.size(), losses.begin()->first};
+}
+
 } // namespace
 
 Ref<Document> Document::create(Ref<Interfaces::Stripe> source) noexcept {
@@ -69,8 +74,16 @@ LossCount Document::metOnReading(Loss) const noexcept {
 }
 
 LossCount DocumentObj::metOnReading(Loss kind) const noexcept {
-    if (kind == Loss::Gaps) return gapsOf(state_);
-    return static_cast<std::uint32_t>(kind) < lossKinds ? state_.losses[kind] : LossCount();
+    switch (kind) {
+    case Loss::Gaps:
+        return gapsOf(state_);
+    case Loss::LineFeeds:
+        return Host::guarded([&] { return lostLineFeeds(state_); });
+    case Loss::Filters:
+        return filterLossesOf(state_);
+    default:
+        return static_cast<std::uint32_t>(kind) < lossKinds ? state_.losses[kind] : LossCount();
+    }
 }
 
 Host::StackVector<Ref<PDF::Object>> DocumentObj::getObjects() const noexcept {
