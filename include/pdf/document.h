@@ -167,6 +167,11 @@ public:
     /// class.
     [[nodiscard]] virtual LossCount metOnReading(Loss kind) const noexcept;
 
+    /// The objects whose value somebody has asked for, and those that were added, in table order:
+    /// what an application has changed is in them, or in the trailer. All objects for a document of
+    /// an application's own class. Empty with `OutOfMemory` set.
+    [[nodiscard]] Host::StackVector<Ref<PDF::Object>> usedObjects() const noexcept;
+
     /// The catalog (ISO 32000-1, 7.7.2): the object that the trailer's Root refers to. Null with
     /// `NoTrailer`, `RootMissing`, `RootInvalid` or `CatalogInvalid` set.
     [[nodiscard]] Ref<PDF::Object> getCatalog() const noexcept;

@@ -96,6 +96,21 @@ Host::StackVector<Ref<PDF::Object>> DocumentObj::getObjects() const noexcept {
     });
 }
 
+Host::StackVector<Ref<PDF::Object>> Document::usedObjects() const noexcept {
+    const auto* const ours = dynamic_cast<const DocumentObj*>(this);
+    return ours != nullptr ? ours->touchedObjects() : getObjects();
+}
+
+Host::StackVector<Ref<PDF::Object>> DocumentObj::touchedObjects() const noexcept {
+    return Host::guarded([&] {
+        Host::StackVector<Ref<PDF::Object>> objects;
+        for (const ObjectTable::Slot& slot : state_.objects.slots()) {
+            if (slot.touched()) objects.push_back(state_.objects.object(slot));
+        }
+        return objects;
+    });
+}
+
 DocumentObj::DocumentObj(Ref<Interfaces::Stripe> source, Ref<Host::Mon> monitor) {
     state_.source = std::move(source);
     state_.monitor = std::move(monitor);

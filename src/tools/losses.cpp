@@ -27,7 +27,7 @@ LossCount signatures(const Document& document) {
     const Ref<Dictionary> trailer = document.trailer();
     if (met.count != 0 || !trailer) return met;
     const Ref<Object> catalog = objectBehind(document, trailer->find("Root"_str));
-    const Ref<Dictionary> entries = catalog ? catalog->valueAsDictionary() : nullptr;
+    const Ref<Dictionary> entries = catalog ? Host::cast<Dictionary>(catalog->value()) : nullptr;
     if (!entries || !entryOf(document, *entries, "Perms")) return met;
     return {1, catalog->id()};
 }

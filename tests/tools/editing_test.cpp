@@ -52,6 +52,24 @@ TEST(ParseValue, GivesOneValueOrSaysWhereItFails) {
     expectFailure(Tools::as<Name>(Tools::parseValue("1")), UnexpectedKind);
 }
 
+TEST(NameOf, SpellsWhatNamesCannotHold) {
+    const std::pair<const char*, const char*> rows[] = {{"Fit", "Fit"},
+                                                        {"My form", "My#20form"},
+                                                        {"a#20b", "a#2320b"},
+                                                        {"(a)/%", "#28a#29#2F#25"},
+                                                        {"\xC3\xA9\n", "#C3#A9#0A"},
+                                                        {"<[{}]>", "#3C#5B#7B#7D#5D#3E"},
+                                                        {"~!\x7F", "~!#7F"}};
+    for (const auto& [text, spelled] : rows) {
+        EXPECT_EQ(textOf(Tools::nameOf(text)), spelled);
+        EXPECT_EQ(Tools::keyOf(text)->utf8(), spelled);
+    }
+    for (const std::string_view none : {std::string_view(), std::string_view("a\0b", 3)}) {
+        expectFailure(Tools::nameOf(none), InvalidArgument);
+        expectFailure(Tools::keyOf(none), InvalidArgument);
+    }
+}
+
 TEST(Factories, MakeWhatFilesHold) {
     const auto made = Dictionary::create({{"Z", Null::create()},
                                           {"B", Boolean::create(true)},

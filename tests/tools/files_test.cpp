@@ -7,6 +7,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <functional>
 
 namespace {
 
@@ -187,6 +188,70 @@ TEST(FaithfulNumbers, AreKeptByCopiesButNotByALengthThatChanges) {
     EXPECT_NE(Support::write(*foreign).find("/Length 012 "), std::string::npos);
     ASSERT_TRUE(foreign->setCompression(Compression::FlateDecode));
     EXPECT_EQ(Support::write(*foreign).find("/Length 012 "), std::string::npos);
+}
+
+TEST(Saving, NamesWhatWouldNotBeReadAgain) {
+    using Tools::Saved;
+    const std::string path = testing::TempDir() + "files-legible.pdf";
+    const auto backslash = String::create("C:\\dir");
+    const struct {
+        const char* name;
+        const char* file; ///< object 5
+        std::function<bool(Document&, Dictionary&)> set;
+        std::string message; ///< empty where it is saved
+    } rows[] = {
+        {"text", "<< >>", [&](auto&, auto& dict) { return dict.set("A", backslash); },
+         "Object 5 /A: a text with a backslash"},
+        {"deep", "<< >>",
+         [&](auto&, auto& dict) {
+             return dict.set("A", array({null(), dictionary({{"B", array({backslash})}})}));
+         },
+         "Object 5 /A [1] /B [0]: a text with a backslash"},
+        {"key", "<< >>", [&](auto&, auto& dict) { return dict.set("a b", null()); },
+         "Object 5: the key \"a b\""},
+        {"name", "<< >>", [&](auto&, auto& dict) { return dict.set("A", name("a/b")); },
+         "Object 5 /A: the name \"a/b\""},
+        {"wide name", "<< >>", [&](auto&, auto& dict) { return dict.set("A", name("\xCE\xA9")); },
+         "Object 5 /A: the name \"\xCE\xA9\""},
+        {"new stream", "<< >>",
+         [&](Document& document, auto&) {
+             return Tools::makeStream(document, "q", false, dictionary({{"A(", null()}})) !=
+                    nullptr;
+         },
+         "Object 6: the key \"A(\""},
+        {"trailer", "<< >>",
+         [&](Document& document, auto&) { return document.trailer()->set("A", backslash); },
+         "Trailer /A: a text with a backslash"},
+        {"by the tools", "<< >>",
+         [&](auto&, auto& dict) {
+             return dict.set("A", Tools::textString("C:\\dir")) &&
+                    dict.set("B", Tools::nameOf("a /\xCE\xA9#")) &&
+                    dict.set(Tools::keyOf("a b"), null());
+         },
+         ""},
+        {"Latin name", "<< >>", [&](auto&, auto& dict) { return dict.set("A", name("\xC3\xA9")); },
+         ""},
+        // Which was told, and opens.
+        {"from the file", "<< /A (a\\134b) >>", [](auto&, auto&) { return true; }, ""},
+    };
+    for (const auto& row : rows) {
+        const auto document = Support::open(with(row.file).bytes());
+        ASSERT_TRUE(row.set(*document, *castTo<Dictionary>(valueOf(*document, 5)))) << row.name;
+        const RecordingLog log;
+        Host::Error::set(Host::NoError);
+        const bool legible = row.message.empty();
+        EXPECT_EQ(Tools::save(*document, path), legible ? Saved::Done : Saved::Unsound) << row.name;
+        EXPECT_EQ(Host::Error::get(), legible ? 0U : std::uint32_t{NotReadAgain}) << row.name;
+        EXPECT_EQ(std::filesystem::remove(path), legible) << row.name;
+        EXPECT_TRUE(legible ? log.text().empty() : log.text().starts_with(row.message))
+            << row.name << log.text();
+    }
+    const auto document = Support::open(with("(C:\\134dir)").bytes());
+    const RecordingLog log;
+    EXPECT_TRUE(valueOf(*document, 5));
+    EXPECT_EQ(Tools::save(*document, path), Saved::Unreadable);
+    EXPECT_EQ(Host::Error::get(), ObjectUnreadable);
+    EXPECT_NE(log.text().find("Object 5: a text with a backslash"), std::string::npos);
 }
 
 TEST(Saving, LooksBeforeItReplaces) {

@@ -61,6 +61,15 @@ private:
 /// a control code. Null with `OutOfMemory` set.
 [[nodiscard]] FILES_PDF_EXPORT Ref<String> textString(std::string_view utf8) noexcept;
 
+/// A name of any text, spelled as files have it (ISO 32000-1, 7.3.5): "My form" becomes /My#20form.
+/// What is spelled so already is not to be spelled again. `Name::create` takes a name as it is: one
+/// with white space or a delimiter would not be read again. Null with `InvalidArgument` (an empty
+/// text, or one with a null character, which no name has) or `OutOfMemory` set.
+[[nodiscard]] FILES_PDF_EXPORT Ref<Name> nameOf(std::string_view utf8) noexcept;
+
+/// The same as a key, for `Dictionary::set` and `find`.
+[[nodiscard]] FILES_PDF_EXPORT Ref<Host::String> keyOf(std::string_view utf8) noexcept;
+
 /// The value as one kind; null with `UnexpectedKind` set for another, and with the code as it was
 /// for null.
 template <class Interface>
