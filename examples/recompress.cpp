@@ -1,31 +1,27 @@
-// Sets the compression of all streams of a document.
+// Compresses or expands the streams of a document; what its pages show stays the same.
 
 #include "program.h"
 
-namespace {
-
-using Libraries::Files::PDF::Compression;
-
-std::optional<Compression> compression(std::string_view name) {
-    if (name == "none") return Compression::None;
-    if (name == "flate") return Compression::FlateDecode;
-    return std::nullopt;
-}
-
-} // namespace
+#include <pdf/tools/streams.h>
 
 int main(int argc, char** argv) {
     static constexpr const char* usage =
-        "recompress [--no-verify] [--force] [--faithful] [--any [--password P]] none|flate IN OUT";
+        "recompress [--no-verify] [--force] [--faithful] [--any [--password P]] [--limit BYTES] "
+        "none|flate IN OUT";
     Program::Arguments arguments(argc, argv);
+    const auto allowed = arguments.takeValue("--limit");
+    const auto limit = Program::number<std::uint64_t>(allowed.value_or(""));
+    if (allowed && !limit) return Program::usage(usage);
     const Program::Saving saving = Program::takeSaving(arguments);
     const Program::Opening how = arguments.takeOpening();
     if (!arguments.are(3)) return Program::usage(usage);
-    const auto target = compression(arguments[0]);
-    if (!target) return Program::usage(usage);
+    const bool compress = arguments[0] == "flate";
+    if (!compress && arguments[0] != "none") return Program::usage(usage);
 
     const auto document = Program::open(arguments[1], how);
     if (!document) return Program::failed;
-    if (!document->setCompression(*target)) return Program::failure();
+    const bool done = compress ? Program::Tools::compressStreams(*document)
+                               : Program::Tools::expandStreams(*document, {limit});
+    if (!done) return Program::failure();
     return Program::save(*document, arguments[2], saving);
 }

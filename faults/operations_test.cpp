@@ -13,6 +13,7 @@
 #include <pdf/tools/files.h>
 #include <pdf/tools/filling.h>
 #include <pdf/tools/pages.h>
+#include <pdf/tools/streams.h>
 
 #include <gtest/gtest.h>
 
@@ -149,6 +150,12 @@ const Operation operations[] = {
     {"inflate",
      [](Subject& subject) { return subject.document->setCompression(Compression::None); },
      {CodingFailed, StreamObjectInvalid, OutOfMemory}},
+    {"compress streams",
+     [](Subject& subject) { return Tools::compressStreams(*subject.document); },
+     {CodingFailed, OutOfMemory}},
+    {"expand streams",
+     [](Subject& subject) { return Tools::expandStreams(*subject.document); },
+     {CodingFailed, OutOfMemory}},
     {"fill", filled, {RootInvalid, OutOfMemory}},
     {"fill in a text",
      [](Subject& subject) { return filledIn(subject, "group.name", "caf\xC3\xA9"); },

@@ -1,4 +1,5 @@
-// Re-encoding all streams of a document, to and fro. The last byte of the input chooses the order.
+// Re-encoding all streams of a document, to and fro, by the document and by the tools. The last
+// byte of the input chooses the order.
 
 #include "rewrite.h"
 #include "target.h"
@@ -6,6 +7,8 @@
 
 #include <host/memory_stripe.h>
 #include <host/string.h>
+#include <pdf/tools/editing.h>
+#include <pdf/tools/streams.h>
 
 #include <algorithm>
 #include <set>
@@ -73,6 +76,45 @@ void recompress(Document& document, Compression compression, bool kept) {
     claim(dataOf(after.bytes) == dataOf(before.bytes), "decoded data stays as it was");
 }
 
+/// What a reader gets of each stream: what the tools decode, or what is stored and how.
+std::vector<std::string> contentsOf(Document& document) {
+    constexpr std::uint64_t limit = 1 << 24;
+    std::vector<std::string> all;
+    for (const Ref<Stream>& stream : Fuzzing::streamsOf(document)) {
+        const auto decoded = Tools::decodedBytes(document, stream, limit);
+        const auto raw = decoded ? nullptr : document.readStreamData(stream, false);
+        const Ref<Value> filter = raw ? stream->dict()->find("Filter"_str) : nullptr;
+        all.push_back(decoded ? Fuzzing::contentsOf(*decoded)
+                      : raw   ? (filter ? filter->asText()->utf8() : "") + Fuzzing::contentsOf(*raw)
+                              : "unreadable");
+    }
+    return all;
+}
+
+bool hasPredictor(const Document& document) {
+    return std::ranges::any_of(Fuzzing::streamsOf(document), [](const Ref<Stream>& stream) {
+        return stream->dict()->find("DecodeParms"_str) != nullptr;
+    });
+}
+
+/// By the tools nothing that a reader gets changes, where it can be compared here.
+void store(Document& document, bool compress) {
+    const Fuzzing::Written before = Fuzzing::write(document);
+    const bool comparable = !hasPredictor(document);
+    const auto contents = contentsOf(document);
+    const bool done = compress ? Tools::compressStreams(document) : Tools::expandStreams(document);
+    const Fuzzing::Written after = Fuzzing::write(document);
+    if (!done) claim(after.bytes == before.bytes, "a failure leaves the document as it was");
+    claim(after.complete == before.complete, "what could be written still can");
+    claim(!done || !compress || after.bytes.size() <= before.bytes.size(),
+          "compressing makes nothing larger");
+    if (comparable) claim(contentsOf(document) == contents, "contents stay what they were");
+    if (!comparable || !after.complete) return;
+    if (Fuzzing::expectedOf(document) != Fuzzing::Rewriting::Kept) return;
+    const auto again = Document::create(Fuzzing::stripeOf(Fuzzing::bytesOf(after.bytes)));
+    claim(again && contentsOf(*again) == contents, "they are what is written, too");
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -83,6 +125,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const bool flateFirst = data[size - 1] == '\n';
     const auto first = flateFirst ? Compression::FlateDecode : Compression::None;
     const auto second = flateFirst ? Compression::None : Compression::FlateDecode;
+    for (const bool compress : {flateFirst, !flateFirst}) {
+        const Ref<Document> other = Document::create(Fuzzing::stripeOf({data, size}));
+        store(*other, compress);
+        store(*other, !compress);
+    }
     static_cast<void>(Fuzzing::write(*document));
     const bool kept =
         Fuzzing::expectedOf(*document) == Fuzzing::Rewriting::Kept && staysDecodable(*document);

@@ -120,7 +120,14 @@ public:
                                              std::uint32_t mode) noexcept = 0;
 
     /// Re-encodes the data of every stream to `target`, all or nothing. Streams with an array of
-    /// filters are left alone. False with `InvalidArgument` (neither `None` nor `FlateDecode`),
+    /// filters are left alone.
+    ///
+    /// It goes by Filter alone and so destroys images: one with a filter of another name, a JPEG
+    /// image for instance, is deflated and that name replaced; of data behind a predictor the
+    /// filter goes and the predictor stays. `Tools::losses` tells those streams as
+    /// `Loss::Filters`. `Tools::compressStreams` and `expandStreams` change nothing that shows.
+    ///
+    /// False with `InvalidArgument` (neither `None` nor `FlateDecode`),
     /// `NoValue`, `StreamDictionaryMissing`, `FilterNotUpdated`, `CodingFailed` or
     /// `StreamObjectInvalid` set; all data is then as it was. The streams that were put back, and
     /// their dictionaries, report no change any more, even where they did before the call: who
@@ -161,8 +168,9 @@ public:
     ///@}
 
     /// What was met while the document was read that a rewrite does not keep, of one kind: of those
-    /// that only the reading sees (`Fractions` to `Characters`, and `Subsections`); and `Gaps`, as
-    /// the object table is now. `Tools::losses` tells all of them. Nothing for an application's own
+    /// that only the reading sees (`Fractions` to `Characters`, `Subsections` and `Signatures`);
+    /// and, as the document is now, `Gaps`, `LineFeeds` and `Filters`. `Tools::losses` tells all
+    /// of them. Nothing for an application's own
     /// class.
     [[nodiscard]] virtual LossCount metOnReading(Loss kind) const noexcept;
 
@@ -176,6 +184,11 @@ public:
     [[nodiscard]] Home homeOf(const Form& form) const noexcept;
     [[nodiscard]] Home homeOf(const Field& field) const noexcept;
     ///@}
+
+    /// The objects whose value somebody has asked for, and those that were added, in table order:
+    /// what an application has changed is in them, or in the trailer. All objects for a document of
+    /// an application's own class. Empty with `OutOfMemory` set.
+    [[nodiscard]] Host::StackVector<Ref<PDF::Object>> usedObjects() const noexcept;
 
     /// The catalog (ISO 32000-1, 7.7.2): the object that the trailer's Root refers to. Null with
     /// `NoTrailer`, `RootMissing`, `RootInvalid` or `CatalogInvalid` set.

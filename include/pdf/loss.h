@@ -20,10 +20,13 @@ enum class Loss : std::uint32_t {
     EqualKeys,   ///< entries of a dictionary under a key that comes again: the last one counts
     Backslashes, ///< texts with a backslash: lost, or not to be read again once it is written
     Characters,  ///< texts with bytes that stand for no character: they became 0
+    LineFeeds,   ///< data that begins with a line feed, where lines end in a carriage return alone
+    Filters,     ///< streams whose filter or predictor `Document::setCompression` took away
+    Signatures,  ///< signatures: they hold for the bytes of the file as it was, and for no other
 };
 
 /// Number of kinds.
-inline constexpr std::uint32_t lossKinds = 10;
+inline constexpr std::uint32_t lossKinds = 13;
 
 /// How often a kind was met.
 struct LossCount {

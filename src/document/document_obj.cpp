@@ -33,6 +33,11 @@ LossCount gapsOf(const DocumentState& state) noexcept {
     return gaps;
 }
 
+LossCount filterLossesOf(const DocumentState& state) noexcept {
+    const auto& losses = state.filterLosses;
+    return losses.empty() ? LossCount() : LossCount{losses.size(), losses.begin()->first};
+}
+
 } // namespace
 
 Ref<Document> Document::create(Ref<Interfaces::Stripe> source) noexcept {
@@ -69,8 +74,16 @@ LossCount Document::metOnReading(Loss) const noexcept {
 }
 
 LossCount DocumentObj::metOnReading(Loss kind) const noexcept {
-    if (kind == Loss::Gaps) return gapsOf(state_);
-    return static_cast<std::uint32_t>(kind) < lossKinds ? state_.losses[kind] : LossCount();
+    switch (kind) {
+    case Loss::Gaps:
+        return gapsOf(state_);
+    case Loss::LineFeeds:
+        return Host::guarded([&] { return lostLineFeeds(state_); });
+    case Loss::Filters:
+        return filterLossesOf(state_);
+    default:
+        return static_cast<std::uint32_t>(kind) < lossKinds ? state_.losses[kind] : LossCount();
+    }
 }
 
 Host::StackVector<Ref<PDF::Object>> DocumentObj::getObjects() const noexcept {
@@ -79,6 +92,21 @@ Host::StackVector<Ref<PDF::Object>> DocumentObj::getObjects() const noexcept {
         objects.reserve(state_.objects.size());
         for (const ObjectTable::Slot& slot : state_.objects.slots())
             objects.push_back(state_.objects.object(slot));
+        return objects;
+    });
+}
+
+Host::StackVector<Ref<PDF::Object>> Document::usedObjects() const noexcept {
+    const auto* const ours = dynamic_cast<const DocumentObj*>(this);
+    return ours != nullptr ? ours->touchedObjects() : getObjects();
+}
+
+Host::StackVector<Ref<PDF::Object>> DocumentObj::touchedObjects() const noexcept {
+    return Host::guarded([&] {
+        Host::StackVector<Ref<PDF::Object>> objects;
+        for (const ObjectTable::Slot& slot : state_.objects.slots()) {
+            if (slot.touched()) objects.push_back(state_.objects.object(slot));
+        }
         return objects;
     });
 }

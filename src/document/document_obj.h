@@ -37,6 +37,8 @@ public:
     void faithfulNumbers(bool faithful) noexcept override { state_.faithfulNumbers = faithful; }
     [[nodiscard]] LossCount metOnReading(Loss kind) const noexcept override;
 
+    [[nodiscard]] Host::StackVector<Ref<PDF::Object>> touchedObjects() const noexcept;
+
 private:
     FormLookup form_;
 };

@@ -39,6 +39,11 @@ void Packer::note(Loss kind, std::uint64_t count) noexcept {
     losses_.note(kind, count);
 }
 
+void Packer::noteSignature() noexcept {
+    const bool isKey = list_ != nullptr && list_->dictionary_ && list_->count_ % 2 == 0;
+    if (isKey) note(Loss::Signatures);
+}
+
 char* Packer::room(std::size_t size) {
     std::uint8_t* const room = size <= longest - bytes_.size() ? bytes_.room(size) : nullptr;
     if (room == nullptr) throw std::bad_alloc();

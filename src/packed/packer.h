@@ -43,7 +43,10 @@ public:
 
     void keyword(std::string_view word) { next({}, word); }
     /// Its characters, of which none may end a name.
-    void name(std::string_view characters) { next("/", characters); }
+    void name(std::string_view characters) {
+        if (characters == "ByteRange") noteSignature();
+        next("/", characters);
+    }
     /// The number that `token` spells; `canonical` says that it is written just so.
     void number(std::string_view token, std::int64_t integer, std::uint64_t fraction,
                 bool canonical);
@@ -86,6 +89,8 @@ private:
     /// Notes that a value of the innermost list begins.
     void enter();
     void note(Loss kind, std::uint64_t count = 1) noexcept;
+    /// Of a signature, where the next name is a key.
+    void noteSignature() noexcept;
     [[nodiscard]] char* room(std::size_t size);
     [[nodiscard]] Entry* entries(const List& list) noexcept;
     [[nodiscard]] std::size_t entryCount(const List& list) const noexcept;

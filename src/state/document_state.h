@@ -9,9 +9,16 @@
 #include <pdf/version.h>
 
 #include <cstdint>
+#include <map>
 #include <string>
 
 namespace Libraries::Files::PDF {
+
+/// What re-encoding a stream by its Filter alone did to it.
+enum class FilterLoss : std::uint8_t {
+    Replaced,  ///< a filter of another name is gone
+    Predictor, ///< a predictor is left without its filter, or has got one that it never had
+};
 
 /// All that a document is. Reading fills it, everything else works on it.
 struct DocumentState {
@@ -28,6 +35,8 @@ struct DocumentState {
     ObjectTable objects;
     /// What was met on reading that does not come back once it was written.
     Losses losses;
+    /// The streams, by number, of which re-encoding took away more than it knows.
+    std::map<std::uint32_t, FilterLoss> filterLosses;
     /// Whether numbers are written as they were read.
     bool faithfulNumbers = false;
     /// The number of the next object that is appended; numbers are never given back.

@@ -51,6 +51,7 @@ bool removeObject(DocumentState& state, const Object& object) noexcept {
     const ObjectTable::Slot* slot = state.objects.find(object.id(), object.generation());
     if (slot == nullptr || !slot->is(object)) return fail(ObjectNotFound);
     state.objects.release(*slot);
+    state.filterLosses.erase(slot->id());
     if (slot == &state.objects.slots().back()) {
         state.nextObjectId = slot->id();
         std::size_t left = state.objects.size() - 1;

@@ -1,4 +1,5 @@
 #include "tools/page_count.h"
+#include "tools/references.h"
 
 #include <host/string.h>
 #include <pdf/tools/losses.h>
@@ -20,7 +21,18 @@ std::uint64_t entries(const Document& document,
         keys, [&](const Ref<Host::String>& key) { return trailer && trailer->find(key); }));
 }
 
-LossCount count(const Document& document, Loss kind) noexcept {
+/// Those that were read or, where there are none such, what the catalog says of some.
+LossCount signatures(const Document& document) {
+    const LossCount met = document.metOnReading(Loss::Signatures);
+    const Ref<Dictionary> trailer = document.trailer();
+    if (met.count != 0 || !trailer) return met;
+    const Ref<Object> catalog = objectBehind(document, trailer->find("Root"_str));
+    const Ref<Dictionary> entries = catalog ? Host::cast<Dictionary>(catalog->value()) : nullptr;
+    if (!entries || !entryOf(document, *entries, "Perms")) return met;
+    return {1, catalog->id()};
+}
+
+LossCount count(const Document& document, Loss kind) {
     switch (kind) {
     case Loss::Revisions:
         return {entries(document, {"Prev"_str, "XRefStm"_str}), 0};
@@ -28,6 +40,8 @@ LossCount count(const Document& document, Loss kind) noexcept {
         return {entries(document, {"Encrypt"_str}), 0};
     case Loss::PageTree:
         return {countPages(document) ? 0U : 1U, 0};
+    case Loss::Signatures:
+        return signatures(document);
     case Loss::Fractions:
     case Loss::Signs:
         if (document.faithfulNumbers()) return {};
@@ -55,7 +69,7 @@ std::vector<LossFound> losses(const Document& document) noexcept {
 }
 
 bool isGrave(Loss kind) noexcept {
-    return kind <= Loss::PageTree;
+    return kind <= Loss::PageTree || kind == Loss::LineFeeds || kind == Loss::Filters;
 }
 
 const char* lossText(Loss kind) noexcept {
@@ -69,7 +83,10 @@ const char* lossText(Loss kind) noexcept {
         "numbers between -1 and 0 lose their sign",
         "entries with the key of a later one are lost",
         "texts with a backslash change, or cannot be read again",
-        "texts lose bytes that stand for no character"};
+        "texts lose bytes that stand for no character",
+        "data that begins with a line feed loses it",
+        "data has lost the filter or predictor that it was stored by",
+        "signatures do not hold for what is written"};
     const auto number = static_cast<std::uint32_t>(kind);
     return number < lossKinds ? texts[number] : "unknown loss";
 }

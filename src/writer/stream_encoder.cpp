@@ -2,6 +2,7 @@
 #include "host/pump.h"
 #include "packed/entry.h"
 #include "state/stream_length.h"
+#include "values/array.h"
 #include "values/dictionary.h"
 #include "values/failure.h"
 #include "writer/stored_stream.h"
@@ -12,6 +13,7 @@
 #include <host/stream.h>
 #include <host/string.h>
 
+#include <map>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -35,7 +37,8 @@ struct Former {
 /// Re-encodes the streams of a document, or none.
 class StreamEncoder {
 public:
-    StreamEncoder(DocumentState& state, Compression target) : state_(state), target_(target) {
+    StreamEncoder(DocumentState& state, Compression target)
+        : state_(state), target_(target), losses_(state.filterLosses) {
         if (target == Compression::FlateDecode) filter_ = orThrow(Name::create("FlateDecode"_str));
     }
     bool run();
@@ -52,6 +55,7 @@ private:
     [[nodiscard]] Ref<Interfaces::BlockFilter> converter(const StoredStream& stored) const noexcept;
     [[nodiscard]] Ref<Interfaces::Stripe> convert(const StoredStream& stored,
                                                   Interfaces::Stripe& data) const;
+    void noteLoss(std::uint32_t id, const Dictionary& dict);
     void complete();
     void undo() noexcept;
 
@@ -60,6 +64,7 @@ private:
     Ref<Value> filter_;
     std::vector<Former> formers_;
     std::unordered_map<StreamObj*, Ref<Interfaces::Stripe>> views_;
+    std::map<std::uint32_t, FilterLoss> losses_;
 };
 
 const char* codingMessage(Host::PumpResult result) noexcept {
@@ -126,6 +131,7 @@ bool StreamEncoder::encode(const StoredStream& stored) {
     if (!data) return false;
     const Ref<NumberObj> length = stored.length(*dict);
     if (!length) return false;
+    noteLoss(stored.id(), *dict);
     // Everything that is likely to fail comes before the stream is touched.
     Ref<Interfaces::Stripe> converted = convert(stored, *data);
     if (!converted) return false;
@@ -140,6 +146,36 @@ bool StreamEncoder::encode(const StoredStream& stored) {
     length->integer(static_cast<std::int64_t>(converted->size()));
     stream.strmData(std::move(converted));
     return true;
+}
+
+Ref<Value> resolved(const DocumentState& state, Ref<Value> value) {
+    const auto* ref = as<ObjectRef>(value);
+    const auto* slot = ref != nullptr ? state.find(*ref) : nullptr;
+    return slot != nullptr ? state.objects.value(*slot) : value;
+}
+
+/// Whether a stream has parameters that name a predictor.
+bool hasPredictor(const DocumentState& state, const Dictionary& dict) {
+    Ref<Value> parameters = resolved(state, dict.find("DecodeParms"_str));
+    if (const auto* list = as<Array>(parameters)) parameters = resolved(state, list->get(0));
+    const auto* entries = as<Dictionary>(parameters);
+    const Ref<Value> predictor =
+        entries != nullptr ? resolved(state, entries->find("Predictor"_str)) : nullptr;
+    const auto* number = as<Number>(predictor);
+    return number != nullptr && number->integer() > 1;
+}
+
+/// Notes what the data cannot be understood without, and is about to go. A predictor and its filter
+/// come together again when the data goes back.
+void StreamEncoder::noteLoss(std::uint32_t id, const Dictionary& dict) {
+    const std::uint32_t code = Host::Error::get();
+    if (target_ == Compression::FlateDecode && dict.find("Filter"_str)) {
+        losses_.insert_or_assign(id, FilterLoss::Replaced);
+    } else if (hasPredictor(state_, dict)) {
+        const auto [place, isNew] = losses_.try_emplace(id, FilterLoss::Predictor);
+        if (!isNew && place->second == FilterLoss::Predictor) losses_.erase(place);
+    }
+    Host::Error::set(code);
 }
 
 Ref<Interfaces::Stripe> StreamEncoder::dataOf(const StoredStream& stored) const {
@@ -241,6 +277,7 @@ void StreamEncoder::complete() {
         if (!changed) stream->resetChanged();
     }
     if (!formers_.empty()) state_.modified = true;
+    state_.filterLosses.swap(losses_);
 }
 
 /// From the last one back, so that a Length which several streams share ends as it began. Takes no

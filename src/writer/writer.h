@@ -22,4 +22,8 @@ namespace Libraries::Files::PDF {
 /// included.
 [[nodiscard]] bool setCompression(DocumentState& state, Compression target);
 
+/// The streams whose data begins with a line feed that is lost: where a carriage return alone ends
+/// the line of the keyword before it, readers take the two for one line ending.
+[[nodiscard]] LossCount lostLineFeeds(const DocumentState& state);
+
 } // namespace Libraries::Files::PDF

@@ -52,6 +52,24 @@ TEST(ParseValue, GivesOneValueOrSaysWhereItFails) {
     expectFailure(Tools::as<Name>(Tools::parseValue("1")), UnexpectedKind);
 }
 
+TEST(NameOf, SpellsWhatNamesCannotHold) {
+    const std::pair<const char*, const char*> rows[] = {{"Fit", "Fit"},
+                                                        {"My form", "My#20form"},
+                                                        {"a#20b", "a#2320b"},
+                                                        {"(a)/%", "#28a#29#2F#25"},
+                                                        {"\xC3\xA9\n", "#C3#A9#0A"},
+                                                        {"<[{}]>", "#3C#5B#7B#7D#5D#3E"},
+                                                        {"~!\x7F", "~!#7F"}};
+    for (const auto& [text, spelled] : rows) {
+        EXPECT_EQ(textOf(Tools::nameOf(text)), spelled);
+        EXPECT_EQ(Tools::keyOf(text)->utf8(), spelled);
+    }
+    for (const std::string_view none : {std::string_view(), std::string_view("a\0b", 3)}) {
+        expectFailure(Tools::nameOf(none), InvalidArgument);
+        expectFailure(Tools::keyOf(none), InvalidArgument);
+    }
+}
+
 TEST(Factories, MakeWhatFilesHold) {
     const auto made = Dictionary::create({{"Z", Null::create()},
                                           {"B", Boolean::create(true)},
@@ -172,6 +190,18 @@ TEST(MakeStream, StoresWhatItSays) {
     EXPECT_EQ(second->compression(), Compression::FlateDecode);
     EXPECT_EQ(contentsOf(Tools::decodedBytes(*again, second)), std::string(200000, 'a'));
     expectFailure(Tools::decodedBytes(*again, second, 199999), OutOfRange);
+
+    const std::string before = write(*document);
+    for (const char* key : {"Filter", "DecodeParms", "F", "FFilter", "FDecodeParms"}) {
+        for (const bool deflate : {false, true}) {
+            const auto coded = Dictionary::create({{key, name("DCTDecode")}});
+            expectFailure(Tools::makeStream(*document, data, deflate, coded), InvalidArgument);
+            EXPECT_EQ(textOf(coded), "<< " + std::string(key) + " -> DCTDecode >>");
+        }
+    }
+    EXPECT_EQ(write(*document), before);
+    EXPECT_TRUE(
+        Tools::makeStream(*document, data, false, Dictionary::create({{"Filter", null()}})));
 }
 
 TEST(DecodedBytes, AreDecodedWhateverWasDoneBefore) {

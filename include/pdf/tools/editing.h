@@ -67,6 +67,15 @@ private:
 /// a control code. Null with `OutOfMemory` set.
 [[nodiscard]] FILES_PDF_EXPORT Ref<String> textString(std::string_view utf8) noexcept;
 
+/// A name of any text, spelled as files have it (ISO 32000-1, 7.3.5): "My form" becomes /My#20form.
+/// What is spelled so already is not to be spelled again. `Name::create` takes a name as it is: one
+/// with white space or a delimiter would not be read again. Null with `InvalidArgument` (an empty
+/// text, or one with a null character, which no name has) or `OutOfMemory` set.
+[[nodiscard]] FILES_PDF_EXPORT Ref<Name> nameOf(std::string_view utf8) noexcept;
+
+/// The same as a key, for `Dictionary::set` and `find`.
+[[nodiscard]] FILES_PDF_EXPORT Ref<Host::String> keyOf(std::string_view utf8) noexcept;
+
 /// The value as one kind; null with `UnexpectedKind` set for another, and with the code as it was
 /// for null.
 template <class Interface>
@@ -98,9 +107,11 @@ template <class Interface>
                                                  const Ref<ObjectRef>& ref) noexcept;
 
 /// Adds a stream with a copy of `bytes`, deflated where `deflate` is true, and gives the reference
-/// to it. Its dictionary is `entries`, shared, or a new one where that is null; Filter, Length and
-/// whatever else says how data is stored are set to what is right. Null as for `addObject`, or with
-/// `CodingFailed` or `OutOfMemory` set.
+/// to it. Its dictionary is `entries`, shared, or a new one where that is null; Length, and Filter
+/// where it deflates, are set to what is right. Null as for `addObject`, or with `CodingFailed`,
+/// `OutOfMemory` or `InvalidArgument` set: for `entries` that say how data is stored (Filter,
+/// DecodeParms, F, FFilter, FDecodeParms). Data that is encoded already, a JPEG image perhaps,
+/// becomes a stream by `StreamObj` and `addObject`.
 [[nodiscard]] FILES_PDF_EXPORT Ref<ObjectRef>
 makeStream(Document& document, Bytes bytes, bool deflate,
            const Ref<Dictionary>& entries = nullptr) noexcept;

@@ -30,7 +30,10 @@ enum class Saved : std::uint32_t {
     Done = 0,       ///< the file is in place, whole
     Failed = 1,     ///< it could not be written; the code says why
     Unreadable = 2, ///< the result would not open; the code is that of opening it
-    Unsound = 3     ///< a loss is grave, or the result has fewer pages; `ResultUnsound` is set
+    /// A loss is grave, or the result has fewer pages: `ResultUnsound` is set. Or an application
+    /// has set a text with a backslash, or a name with white space or a delimiter, which is not
+    /// read again as it is: `NotReadAgain` is set, and the log names object and key.
+    Unsound = 3
 };
 
 /// Saves `document` to the file at `path`: into a new file beside it, which takes its place when

@@ -20,13 +20,14 @@ struct LossFound {
 };
 
 /// The kinds of which `document` has any, in the order of `Loss`. Numbers that are written as they
-/// were read (`Document::faithfulNumbers`) are no loss. Costs next to nothing: reading has counted.
+/// were read (`Document::faithfulNumbers`) are no loss. Costs next to nothing: reading has counted;
+/// where lines end in a carriage return alone the first byte of each stream is read.
 /// Logs nothing and leaves the thread's code alone; throws nothing, and where memory is exhausted
 /// tells less.
 [[nodiscard]] FILES_PDF_EXPORT std::vector<LossFound> losses(const Document& document) noexcept;
 
 /// Whether what is written would be no sound document any more: parts of the file were not read, or
-/// are ciphertext.
+/// are ciphertext; data loses bytes, or what it takes to understand it.
 [[nodiscard]] FILES_PDF_EXPORT bool isGrave(Loss kind) noexcept;
 
 /// A short English text for people: what is lost. Never null.

@@ -2,6 +2,7 @@
 #include "tools/forms/field_appearance.h"
 #include "tools/forms/form_field.h"
 #include "tools/forms/form_text.h"
+#include "tools/names.h"
 #include "tools/references.h"
 
 #include <pdf/tools/editing.h>
@@ -258,7 +259,7 @@ std::optional<std::string> Filling::findState(const std::vector<FieldOption>& kn
     // A check box that has no looks takes any state; of several radio buttons nobody knows which.
     const bool several = widgets_.size() > 1 && entries_.has(FieldFlags::radio);
     if (!known.empty() || several) return std::nullopt;
-    return nameFor(text);
+    return spelledName(text);
 }
 
 /// Shows the state in a widget that names it, or in one of those of which none names any.

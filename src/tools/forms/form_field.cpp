@@ -190,21 +190,6 @@ std::vector<FieldOption> statesOf(const FieldEntries& field,
     return states;
 }
 
-std::string nameFor(std::string_view text) {
-    constexpr std::string_view delimiters = "()<>[]{}/%#";
-    constexpr char digits[] = "0123456789ABCDEF";
-    std::string name;
-    for (const char character : text) {
-        const auto code = static_cast<unsigned char>(character);
-        if (code > 0x20 && code < 0x7F && delimiters.find(character) == std::string_view::npos) {
-            name += character;
-        } else {
-            name += {'#', digits[code >> 4], digits[code & 0xF]};
-        }
-    }
-    return name;
-}
-
 std::vector<std::string> selectionOf(const FieldEntries& field) {
     std::vector<std::string> selection;
     Texts texts;

@@ -78,9 +78,6 @@ struct ChoiceOption {
 [[nodiscard]] std::vector<FieldOption> statesOf(const FieldEntries& field,
                                                 const std::vector<Ref<Dictionary>>& widgets);
 
-/// The name that says a text, as it stands in a document (ISO 32000-1, 7.3.5).
-[[nodiscard]] std::string nameFor(std::string_view text);
-
 /// What a choice field has selected, as texts.
 [[nodiscard]] std::vector<std::string> selectionOf(const FieldEntries& field);
 

@@ -1,0 +1,135 @@
+#include "tools/legibility.h"
+
+#include "tools/failure.h"
+#include "tools/names.h"
+
+#include <algorithm>
+#include <string_view>
+#include <vector>
+
+namespace Libraries::Files::PDF::Tools {
+
+namespace {
+
+constexpr unsigned deepest = 512;
+
+/// Looks for what cannot be read again in one value, and remembers the way to it.
+class Search {
+public:
+    explicit Search(bool texts) noexcept : texts_(texts) {}
+
+    /// Whether `value` holds such a thing; `what` says what it is then.
+    [[nodiscard]] bool find(const Ref<Value>& value);
+    [[nodiscard]] const std::string& what() const noexcept { return what_; }
+    /// The keys and indices that lead to it.
+    [[nodiscard]] std::string way() const;
+
+private:
+    [[nodiscard]] bool findInText(const String& string);
+    [[nodiscard]] bool findInName(const Ref<Host::String>& name, std::string_view kind);
+    [[nodiscard]] bool findInArray(const Array& array);
+    [[nodiscard]] bool findInDictionary(const Ref<Dictionary>& dictionary);
+
+    bool texts_;
+    std::string what_;
+    std::vector<std::string> way_;
+};
+
+std::string Search::way() const {
+    std::string all;
+    for (const std::string& step : way_)
+        all += (all.empty() ? "" : " ") + step;
+    return all;
+}
+
+bool Search::findInText(const String& string) {
+    const Ref<Host::String> text = texts_ ? string.text() : nullptr;
+    if (!text || text->narrow().find('\\') == std::string_view::npos) return false;
+    what_ =
+        "a text with a backslash is not read again as it is: Tools::textString makes one that is";
+    return true;
+}
+
+bool Search::findInName(const Ref<Host::String>& name, std::string_view kind) {
+    for (std::uint64_t index = 0; name && index < name->length(); ++index) {
+        if (isRegular((*name)[index])) continue;
+        what_ = std::string(kind) + " \"" + name->utf8() +
+                "\" is not read again as it is: Tools::nameOf and keyOf spell it";
+        return true;
+    }
+    return false;
+}
+
+bool Search::findInArray(const Array& array) {
+    for (std::uint64_t index = 0; index < array.size(); ++index) {
+        way_.push_back("[" + std::to_string(index) + "]");
+        if (find(array.get(index))) return true;
+        way_.pop_back();
+    }
+    return false;
+}
+
+bool Search::findInDictionary(const Ref<Dictionary>& dictionary) {
+    const auto keys = dictionary ? dictionary->keys() : nullptr;
+    for (std::size_t index = 0; keys && index < keys->size(); ++index) {
+        const Ref<Host::String>& key = (*keys)[index];
+        if (findInName(key, "the key")) return true;
+        way_.push_back("/" + key->utf8());
+        if (find(quietly([&] { return dictionary->find(key); }))) return true;
+        way_.pop_back();
+    }
+    return false;
+}
+
+bool Search::find(const Ref<Value>& value) {
+    if (!value || way_.size() > deepest) return false;
+    switch (value->type()) {
+    case Value::Type::String: {
+        const Ref<String> string = Host::cast<String>(value);
+        return string && findInText(*string);
+    }
+    case Value::Type::Name: {
+        const Ref<Name> name = Host::cast<Name>(value);
+        return name && findInName(name->name(), "the name");
+    }
+    case Value::Type::Array: {
+        const Ref<Array> array = Host::cast<Array>(value);
+        return array && findInArray(*array);
+    }
+    case Value::Type::Dictionary:
+        return findInDictionary(Host::cast<Dictionary>(value));
+    case Value::Type::Stream: {
+        const Ref<Stream> stream = Host::cast<Stream>(value);
+        return stream && findInDictionary(stream->dict());
+    }
+    default:
+        return false;
+    }
+}
+
+Host::StackVector<Ref<Object>> usedObjects(const Document& document) {
+    const std::uint32_t code = Host::Error::get();
+    Host::Error::set(Host::NoError);
+    auto objects = document.usedObjects();
+    if (objects.empty() && Host::Error::get() == Host::OutOfMemory) throw std::bad_alloc();
+    Host::Error::set(code);
+    return objects;
+}
+
+} // namespace
+
+std::string firstIllegible(const Document& document, bool all) {
+    const bool texts = all || document.metOnReading(Loss::Backslashes).count == 0;
+    Search search(texts);
+    if (search.find(document.trailer())) return "Trailer " + search.way() + ": " + search.what();
+    const auto objects = usedObjects(document);
+    for (const Ref<Object>& object : objects) {
+        if (!search.find(object->value())) continue;
+        const std::string way = search.way();
+        return "Object " + std::to_string(object->id()) + (way.empty() ? "" : " ") + way + ": " +
+               search.what();
+    }
+    return {};
+}
+
+} // namespace Libraries::Files::PDF::Tools
