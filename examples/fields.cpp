@@ -34,13 +34,6 @@ std::string onOneLine(const std::string& text) {
     return result;
 }
 
-std::string joined(const std::vector<std::string>& texts) {
-    std::string result;
-    for (const std::string& text : texts)
-        result += (result.empty() ? "" : ", ") + text;
-    return result;
-}
-
 /// What can be chosen: values, and what they show where that is something else.
 std::string optionsText(const Document& document, const Field& field) {
     std::vector<std::string> texts;
@@ -48,7 +41,7 @@ std::string optionsText(const Document& document, const Field& field) {
         const bool same = option.text == option.value;
         texts.push_back(same ? option.value : option.value + " (" + option.text + ")");
     }
-    return joined(texts);
+    return Program::joined(texts);
 }
 
 void print(const Document& document, const Ref<Field>& field) {
@@ -56,7 +49,7 @@ void print(const Document& document, const Ref<Field>& field) {
     const std::string options = optionsText(document, *field);
     std::printf("%s\t%s\t0x%X\t%s%s%s\n", path ? onOneLine(path->utf8()).c_str() : "",
                 text(field->fieldType()), field->flags(),
-                onOneLine(joined(Tools::fieldValues(document, *field))).c_str(),
+                onOneLine(Program::joined(Tools::fieldValues(document, *field))).c_str(),
                 options.empty() ? "" : "\t", onOneLine(options).c_str());
 }
 
@@ -76,10 +69,13 @@ void print(const Document& document, const Form& form) {
 } // namespace
 
 int main(int argc, char** argv) {
-    Program::Arguments arguments(argc, argv);
-    const Program::Opening how = arguments.takeOpening();
-    if (!arguments.are(1)) return Program::usage("fields [--any [--password P]] FILE");
+    const Program::Arguments arguments(
+        argc, argv,
+        {"fields FILE", "Prints the fields of the form: path, kind, flags, value and choices.",
+         Program::openingOptions()});
+    if (!arguments.are(1)) return arguments.refuse();
 
+    const auto how = Program::opening(arguments);
     const auto document = Program::open(arguments[0], how);
     if (!document) return Program::failed;
 
@@ -87,9 +83,13 @@ int main(int argc, char** argv) {
     Host::Error::set(Host::NoError);
     const auto form = Tools::openForm(*document);
     const std::uint32_t code = Host::Error::get();
-    if (!form) return Program::failure(code);
+    if (!form && code == FormNotFound)
+        return Program::failure(arguments[0], code, "it has no form",
+                                "there is nothing to fill in");
+    if (!form) return Program::failure(arguments[0], how);
 
     print(*document, *form);
     if (const int status = Program::finishOutput(); status != 0) return status;
-    return code == Host::NoError ? 0 : Program::failure(code);
+    if (code == Host::NoError) return Program::done;
+    return Program::failure(arguments[0], code, "the fields that were printed are not all", "");
 }

@@ -15,17 +15,17 @@ std::optional<Compression> compression(std::string_view name) {
 } // namespace
 
 int main(int argc, char** argv) {
-    static constexpr const char* usage =
-        "recompress [--no-verify] [--force] [--faithful] [--any [--password P]] none|flate IN OUT";
-    Program::Arguments arguments(argc, argv);
-    const Program::Saving saving = Program::takeSaving(arguments);
-    const Program::Opening how = arguments.takeOpening();
-    if (!arguments.are(3)) return Program::usage(usage);
+    const Program::Arguments arguments(argc, argv,
+                                       {"recompress none|flate IN OUT",
+                                        "Stores all streams of IN plainly, or compressed, in OUT.",
+                                        Program::writingOptions()});
+    if (!arguments.are(3)) return arguments.refuse();
     const auto target = compression(arguments[0]);
-    if (!target) return Program::usage(usage);
+    if (!target) return arguments.refuse("streams become none or flate");
 
+    const auto how = Program::opening(arguments);
     const auto document = Program::open(arguments[1], how);
     if (!document) return Program::failed;
-    if (!document->setCompression(*target)) return Program::failure();
-    return Program::save(*document, arguments[2], saving);
+    if (!document->setCompression(*target)) return Program::failure(arguments[1], how);
+    return Program::save(*document, arguments[2], Program::saving(arguments, how));
 }

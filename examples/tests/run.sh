@@ -13,6 +13,10 @@ samples=$4
 work=$5
 sample=${6:-}
 
+# What programs name where a file cannot be read as it is.
+remedy='try --any'
+[ -x "$programs/normalise" ] || remedy='this program was built without the import'
+
 fail() {
     echo "FAILED: $*" >&2
     exit 1

@@ -29,13 +29,19 @@ std::optional<SavePath> noPath(int reason) noexcept {
     return std::nullopt;
 }
 
+std::optional<SavePath> noFolder(int reason) noexcept {
+    keepReason(reason);
+    if (reason == ENOENT) keepReason("its folder is not there");
+    return std::nullopt;
+}
+
 /// The path of a file that is not there yet, in a folder that is.
 std::optional<SavePath> newFile(const fs::path& path) {
     if (!path.has_filename()) return noPath(EISDIR);
     std::error_code error;
     const fs::path parent = path.has_parent_path() ? path.parent_path() : fs::path(".");
     fs::path folder = fs::canonical(parent, error);
-    if (error) return noPath(error.value());
+    if (error) return noFolder(error.value());
     fs::path target = folder / path.filename();
     return SavePath{std::move(folder), std::move(target), {}};
 }

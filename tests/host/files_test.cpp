@@ -138,7 +138,6 @@ TEST_F(Files, RefuseWhatCannotBeUsed) {
         {folder, irregular, "it is a folder"},
         {path("pipe"), irregular, ""},
         {"/dev/full", irregular, ""},
-        {path("no folder/f"), closed, "there is no such file or folder"},
         {path("f/f"), closed, "a part of its path is no folder"},
         {path("loop"), closed, "its links lead in a circle"},
         {path(std::string(256, 'n')), closed, "its name is too long"},
@@ -151,6 +150,10 @@ TEST_F(Files, RefuseWhatCannotBeUsed) {
         expectFailure(FileTarget::create(name), code);
         EXPECT_EQ(Host::Error::reason(), reason) << name;
     }
+    expectFailure(FileSource::open(path("no folder/f")), closed);
+    EXPECT_STREQ(Host::Error::reason(), "there is no such file or folder");
+    expectFailure(FileTarget::create(path("no folder/f")), closed);
+    EXPECT_STREQ(Host::Error::reason(), "its folder is not there");
     expectFailure(FileTarget::create(path("new folder/")), closed);
     EXPECT_STREQ(Host::Error::reason(), "it is a folder");
     EXPECT_EQ(count(), 3);
