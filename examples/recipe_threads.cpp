@@ -2,6 +2,8 @@
 
 #include "program.h"
 
+#include <pdf/tools/streams.h>
+
 #include <atomic>
 #include <thread>
 
@@ -18,7 +20,7 @@ int recompress(const std::vector<std::string>& files, unsigned threads) {
     const auto work = [&] {
         for (std::size_t index = next++; index < files.size(); index = next++) {
             const auto document = Tools::open(files[index]); // of this thread alone
-            const bool smaller = document && document->setCompression(Compression::FlateDecode);
+            const bool smaller = document && Tools::compressStreams(*document);
             const std::string target = files[index] + ".new";
             if (smaller && Tools::save(*document, target) == Tools::Saved::Done) continue;
             // The code is that of this thread, whatever the others do.

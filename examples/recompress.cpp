@@ -1,31 +1,30 @@
-// Sets the compression of all streams of a document.
+// Compresses or expands the streams of a document; what its pages show stays the same.
 
 #include "program.h"
 
-namespace {
-
-using Libraries::Files::PDF::Compression;
-
-std::optional<Compression> compression(std::string_view name) {
-    if (name == "none") return Compression::None;
-    if (name == "flate") return Compression::FlateDecode;
-    return std::nullopt;
-}
-
-} // namespace
+#include <pdf/tools/streams.h>
 
 int main(int argc, char** argv) {
-    const Program::Arguments arguments(argc, argv,
-                                       {"recompress none|flate IN OUT",
-                                        "Stores all streams of IN plainly, or compressed, in OUT.",
-                                        Program::writingOptions()});
+    using namespace Libraries::Files::PDF;
+    const Program::Arguments arguments(
+        argc, argv,
+        {"recompress none|flate IN OUT",
+         "Compresses the streams of IN (flate), or stores them plainly (none), in OUT.",
+         Program::writingOptions({{"--limit", "BYTES", "lets all plain data take so much"}})});
     if (!arguments.are(3)) return arguments.refuse();
-    const auto target = compression(arguments[0]);
-    if (!target) return arguments.refuse("streams become none or flate");
+    const bool compress = arguments[0] == "flate";
+    if (!compress && arguments[0] != "none")
+        return arguments.refuse("streams become none or flate");
+    const auto allowed = arguments.value("--limit");
+    const auto limit = Program::number<std::uint64_t>(allowed.value_or(""));
+    if (allowed && !limit) return arguments.refuse("--limit takes a number of bytes");
 
     const auto how = Program::opening(arguments);
     const auto document = Program::open(arguments[1], how);
     if (!document) return Program::failed;
-    if (!document->setCompression(*target)) return Program::failure(arguments[1], how);
-    return Program::save(*document, arguments[2], Program::saving(arguments, how));
+    const bool well =
+        compress ? Tools::compressStreams(*document) : Tools::expandStreams(*document, {limit});
+    if (well) return Program::save(*document, arguments[2], Program::saving(arguments, how));
+    if (Host::Error::get() != ExpansionTooBig) return Program::failure(arguments[1], how);
+    return Program::failure(arguments[1], ExpansionTooBig, "", "--limit BYTES allows more");
 }

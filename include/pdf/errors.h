@@ -53,6 +53,9 @@ enum ErrorCode : std::uint32_t {
 
     ResultUnsound = 34080, ///< what was to be saved would be no sound document any more
 
+    NotReadAgain = 34090,    ///< a text or name that was set would not be read again once saved
+    ExpansionTooBig = 34091, ///< a document's streams would take more than they are allowed
+
     NoTrailer = 1536,           ///< the document has no trailer dictionary
     RootMissing = 1537,         ///< the trailer has no Root reference
     RootInvalid = 1538,         ///< the root object is missing or not a dictionary

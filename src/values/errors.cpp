@@ -51,6 +51,8 @@ constexpr Text texts[] = {
     {FormIncomplete, "some form fields could not be built"},
     {ButtonHasNoValue, "a push button has no value"},
     {ResultUnsound, "the result would be no sound document"},
+    {NotReadAgain, "a text or name cannot be read again once it is saved"},
+    {ExpansionTooBig, "the streams take more than is allowed, which is out of proportion"},
     {NoTrailer, "the document has no trailer"},
     {RootMissing, "the trailer has no root reference"},
     {RootInvalid, "the root object is missing or no dictionary"},

@@ -172,6 +172,18 @@ TEST(MakeStream, StoresWhatItSays) {
     EXPECT_EQ(second->compression(), Compression::FlateDecode);
     EXPECT_EQ(contentsOf(Tools::decodedBytes(*again, second)), std::string(200000, 'a'));
     expectFailure(Tools::decodedBytes(*again, second, 199999), OutOfRange);
+
+    const std::string before = write(*document);
+    for (const char* key : {"Filter", "DecodeParms", "F", "FFilter", "FDecodeParms"}) {
+        for (const bool deflate : {false, true}) {
+            const auto coded = Dictionary::create({{key, name("DCTDecode")}});
+            expectFailure(Tools::makeStream(*document, data, deflate, coded), InvalidArgument);
+            EXPECT_EQ(textOf(coded), "<< " + std::string(key) + " -> DCTDecode >>");
+        }
+    }
+    EXPECT_EQ(write(*document), before);
+    EXPECT_TRUE(
+        Tools::makeStream(*document, data, false, Dictionary::create({{"Filter", null()}})));
 }
 
 TEST(DecodedBytes, AreDecodedWhateverWasDoneBefore) {

@@ -91,9 +91,11 @@ template <class Interface>
                                                  const Ref<ObjectRef>& ref) noexcept;
 
 /// Adds a stream with a copy of `bytes`, deflated where `deflate` is true, and gives the reference
-/// to it. Its dictionary is `entries`, shared, or a new one where that is null; Filter, Length and
-/// whatever else says how data is stored are set to what is right. Null as for `addObject`, or with
-/// `CodingFailed` or `OutOfMemory` set.
+/// to it. Its dictionary is `entries`, shared, or a new one where that is null; Length, and Filter
+/// where it deflates, are set to what is right. Null as for `addObject`, or with `CodingFailed`,
+/// `OutOfMemory` or `InvalidArgument` set: for `entries` that say how data is stored (Filter,
+/// DecodeParms, F, FFilter, FDecodeParms). Data that is encoded already, a JPEG image perhaps,
+/// becomes a stream by `StreamObj` and `addObject`.
 [[nodiscard]] FILES_PDF_EXPORT Ref<ObjectRef>
 makeStream(Document& document, Bytes bytes, bool deflate,
            const Ref<Dictionary>& entries = nullptr) noexcept;

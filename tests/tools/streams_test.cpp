@@ -1,0 +1,294 @@
+#include "support/testing.h"
+
+#include <pdf/tools/editing.h>
+#include <pdf/tools/streams.h>
+
+namespace {
+
+using namespace Support;
+using namespace Libraries::Files::PDF;
+
+std::string textOfBytes(const Bytes& bytes) {
+    return {bytes.begin(), bytes.end()};
+}
+
+/// What a predictor makes of rows: written down for one component after the other, as the standards
+/// say it, and not for speed.
+class Prediction {
+public:
+    Prediction(unsigned colors, unsigned bits, unsigned columns)
+        : colors_(colors), bits_(bits), columns_(columns) {}
+
+    [[nodiscard]] std::size_t rowSize() const { return (colors_ * bits_ * columns_ + 7) / 8; }
+
+    /// By differences to the component of the pixel before (TIFF 6.0, section 14).
+    [[nodiscard]] std::string tiff(const std::string& rows) const {
+        std::string result = rows;
+        for (std::size_t row = 0; row < rows.size(); row += rowSize()) {
+            for (unsigned index = colors_ * columns_ - 1; index >= colors_; --index)
+                set(result, row, index, get(rows, row, index) - get(rows, row, index - colors_));
+        }
+        return result;
+    }
+
+    /// Row by row of the kinds 0 to 4 in turn, from `first` on (PNG, section 9).
+    [[nodiscard]] std::string png(const std::string& rows, unsigned first) const {
+        std::string result;
+        for (std::size_t row = 0; row * rowSize() < rows.size(); ++row) {
+            const unsigned kind = (first + static_cast<unsigned>(row)) % 5;
+            result += static_cast<char>(kind);
+            for (std::size_t place = 0; place < rowSize(); ++place)
+                result += static_cast<char>(at(rows, row, place) - guess(rows, row, place, kind));
+        }
+        return result;
+    }
+
+private:
+    [[nodiscard]] unsigned get(const std::string& rows, std::size_t row, unsigned index) const {
+        unsigned value = 0;
+        for (unsigned bit = index * bits_; bit < (index + 1) * bits_; ++bit)
+            value = value << 1 |
+                    (static_cast<unsigned char>(rows[row + bit / 8]) >> (7 - bit % 8) & 1U);
+        return value;
+    }
+    void set(std::string& rows, std::size_t row, unsigned index, unsigned value) const {
+        for (unsigned bit = 0; bit < bits_; ++bit) {
+            const unsigned place = (index + 1) * bits_ - 1 - bit;
+            char& byte = rows[row + place / 8];
+            const auto mask = static_cast<unsigned char>(0x80U >> place % 8);
+            byte = static_cast<char>((value >> bit & 1U) != 0 ? byte | mask : byte & ~mask);
+        }
+    }
+    [[nodiscard]] int at(const std::string& rows, std::size_t row, std::size_t place) const {
+        return static_cast<unsigned char>(rows[row * rowSize() + place]);
+    }
+    [[nodiscard]] int guess(const std::string& rows, std::size_t row, std::size_t place,
+                            unsigned kind) const {
+        const std::size_t pixel = (colors_ * bits_ + 7) / 8;
+        const int a = place < pixel ? 0 : at(rows, row, place - pixel);
+        const int b = row == 0 ? 0 : at(rows, row - 1, place);
+        const int c = row == 0 || place < pixel ? 0 : at(rows, row - 1, place - pixel);
+        const int p = a + b - c;
+        const int pa = std::abs(p - a), pb = std::abs(p - b), pc = std::abs(p - c);
+        const int paeth = pa <= pb && pa <= pc ? a : pb <= pc ? b : c;
+        const int guesses[] = {0, a, b, (a + b) / 2, paeth};
+        return guesses[kind];
+    }
+
+    unsigned colors_, bits_, columns_;
+};
+
+/// A document with stream 5.
+Ref<Document> with(std::string_view entries, std::string_view data) {
+    return Support::open(DocumentBuilder::minimal().stream(5, entries, data).bytes());
+}
+
+/// The dictionary and the data of stream 5, after the document was written and read.
+std::string storedOf(Document& document) {
+    const auto again = Support::open(write(document));
+    if (!again) return "(does not open)";
+    const auto stream = streamOf(*again, 5);
+    return textOf(stream->dict()) + contentsOf(again->readStreamData(stream, false));
+}
+
+TEST(ExpandStreams, UndoesEveryPredictor) {
+    for (const unsigned colors : {1U, 2U, 3U, 4U, 5U}) {
+        for (const unsigned bits : {1U, 2U, 4U, 8U, 16U}) {
+            for (const unsigned columns : {1U, 3U, 7U, 64U}) {
+                const Prediction made(colors, bits, columns);
+                const std::string rows = textOfBytes(noise(made.rowSize() * 6));
+                const std::string parameters = "/Colors " + std::to_string(colors) +
+                                               " /BitsPerComponent " + std::to_string(bits) +
+                                               " /Columns " + std::to_string(columns);
+                const std::pair<std::string, std::string> kinds[] = {
+                    {"2", made.tiff(rows)}, {"10", made.png(rows, 0)}, {"15", made.png(rows, 3)}};
+                for (const auto& [kind, data] : kinds) {
+                    const auto document = with("/Filter /FlateDecode /DecodeParms << " +
+                                                   parameters + " /Predictor " + kind + " >> ",
+                                               deflated(data));
+                    ASSERT_TRUE(Tools::expandStreams(*document));
+                    ASSERT_EQ(storedOf(*document),
+                              "<< Length -> " + std::to_string(rows.size()) + ".0 >>" + rows)
+                        << parameters << " Predictor " << kind;
+                }
+            }
+        }
+    }
+}
+
+/// A document whose objects 6 to 11 are what entries refer to.
+DocumentBuilder withShared() {
+    return DocumentBuilder::minimal()
+        .object(6, "/FlateDecode")
+        .object(7, "[ /FlateDecode ]")
+        .object(8, "[ 6 0 R ]")
+        .object(9, "<< /Predictor 1 >>")
+        .object(10, "[ null ]")
+        .object(11, "/Metadata");
+}
+
+TEST(Streams, TouchOnlyWhatComesBackTheSame) {
+    enum Task { Compress, Expand };
+    const std::string plain = "one two one two one two one two one two one two one two one two";
+    const std::string flate = deflated(plain);
+    const std::string big = textOfBytes(noise(300));
+    const std::string png = deflated(Prediction(1, 8, 4).png("12345678", 2));
+    std::string damaged = flate;
+    damaged.back() = static_cast<char>(damaged.back() ^ 1);
+    const std::string parms = "/Filter /FlateDecode /DecodeParms ";
+    const struct {
+        Task task;
+        std::string entries, data;
+        std::string result; ///< data; empty where all stays as it is
+    } rows[] = {
+        {Compress, "", plain, flate},
+        {Compress, "/Filter null ", plain, flate},
+        {Compress, "/Filter 99 0 R ", plain, flate},
+        {Compress, "/Filter [ ] /DecodeParms << /Predictor 12 >> ", plain, flate},
+        {Compress, "", big, ""},
+        {Compress, "", "short short short", ""},
+        {Compress, "", "", ""},
+        {Compress, "/Type /Metadata ", plain, ""},
+        {Compress, "/Type 11 0 R ", plain, ""},
+        {Compress, "/Filter /DCTDecode ", plain, ""},
+        {Compress, "/Filter /JPXDecode ", plain, ""},
+        {Compress, "/Filter [ /ASCII85Decode /FlateDecode ] ", plain, ""},
+        {Compress, "/Filter /FlateDecode ", flate, ""},
+        {Compress, "/Filter 12 ", plain, ""},
+        {Compress, "/F (file) ", plain, ""},
+        {Expand, "/Filter /FlateDecode ", flate, plain},
+        {Expand, "/Filter [ /FlateDecode ] ", flate, plain},
+        {Expand, "/Filter 6 0 R ", flate, plain},
+        {Expand, "/Filter 7 0 R /DecodeParms 9 0 R ", flate, plain},
+        {Expand, "/Filter 8 0 R /DecodeParms 10 0 R ", flate, plain},
+        {Expand, "/Type /Metadata /Filter /FlateDecode ", flate, plain},
+        {Expand, parms + "<< /Predictor 12 /Columns 4 >> ", png, "12345678"},
+        {Expand, parms + "[ << /Predictor 12 /Columns 4 >> ] ", png, "12345678"},
+        {Expand, parms + "<< /Predictor 12 /Columns 3 >> ", png, ""},
+        {Expand, parms + "<< /Predictor 12 /Columns 3 /Colors 0 >> ", png, ""},
+        {Expand, parms + "<< /Predictor 12 /Columns 4 /BitsPerComponent 3 >> ", png, ""},
+        {Expand, parms + "<< /Predictor 12 /Columns 4.5 >> ", png, ""},
+        {Expand, parms + "<< /Predictor 2 /Columns 4000000000 /Colors 4000000000 >> ", png, ""},
+        {Expand, parms + "<< /Predictor 2 /Columns 2147483648 /Colors 65535 >> ", png, ""},
+        {Expand, parms + "<< /Predictor 3 >> ", flate, ""},
+        {Expand, parms + "<< /Predictor /Up >> ", flate, ""},
+        {Expand, parms + "<< /Predictor 10 >> ", deflated("\5a"), ""},
+        {Expand, "/Filter /FlateDecode ", damaged, ""},
+        {Expand, "/Filter /FlateDecode ", flate.substr(0, 12), ""},
+        {Expand, "/Filter /LZWDecode ", flate, ""},
+        {Expand, "/Filter [ /FlateDecode /DCTDecode ] ", flate, ""},
+        {Expand, "", plain, ""},
+    };
+    for (const auto& row : rows) {
+        for (const bool cached : {false, true}) {
+            const auto document =
+                Support::open(withShared().stream(5, row.entries + "/K 1 ", row.data).bytes());
+            ASSERT_TRUE(document) << row.entries;
+            EXPECT_TRUE(!cached || document->cacheStreamData());
+            const std::string before = write(*document);
+            // The content of the page is short, so that it stays as it is.
+            EXPECT_TRUE(row.task == Compress ? Tools::compressStreams(*document)
+                                             : Tools::expandStreams(*document));
+            if (row.result.empty()) {
+                EXPECT_EQ(write(*document), before) << row.entries;
+                EXPECT_FALSE(document->changed()) << row.entries;
+                continue;
+            }
+            const std::string filter = row.task == Compress ? "Filter -> FlateDecode " : "";
+            const std::string type = row.entries.starts_with("/Type") ? "Type -> Metadata " : "";
+            EXPECT_EQ(storedOf(*document), "<< " + filter + "K -> 1.0 Length -> " +
+                                               std::to_string(row.result.size()) + ".0 " + type +
+                                               ">>" + row.result)
+                << row.entries;
+            EXPECT_TRUE(document->changed()) << row.entries;
+        }
+    }
+}
+
+TEST(Streams, LeaveWhatIsShared) {
+    const std::string plain(300, 'a');
+    const std::string body = "\nstream\n" + plain + "\nendstream";
+    DocumentBuilder file = DocumentBuilder::minimal();
+    file.object(5, "<< /Length 7 0 R >>" + body).object(6, "<< /Length 7 0 R >>" + body);
+    const auto document = Support::open(file.object(7, "300").object(8, "<< /N 7 0 R >>").bytes());
+    const auto shared = Dictionary::create({{"Length", number(300)}});
+    for (int times = 0; times < 2; ++times)
+        EXPECT_TRUE(Tools::addObject(*document, Host::make<StreamObj>(shared, stripeOf(plain))));
+    EXPECT_TRUE(Tools::addObject(*document, streamOf(*document, 5)));
+    ASSERT_TRUE(Tools::compressStreams(*document));
+    EXPECT_EQ(textOf(valueOf(*document, 7)), "300.0");
+    EXPECT_EQ(textOf(shared), "<< Length -> 300.0 >>");
+    const auto again = Support::open(write(*document));
+    for (const std::uint32_t id : {5U, 6U, 11U}) {
+        const auto stream = streamOf(*again, id);
+        EXPECT_EQ(stream->compression(), Compression::FlateDecode) << id;
+        EXPECT_EQ(contentsOf(again->readStreamData(stream, true)), plain) << id;
+    }
+}
+
+TEST(Streams, KeepALineFeedThatWouldBeLost) {
+    for (const std::string_view ending : {"\n", "\r", "\r\n"}) {
+        const std::string data = "\nq Q";
+        const auto document = Support::open(DocumentBuilder::minimal()
+                                                .lineEnding(ending)
+                                                .stream(5, "/Filter /FlateDecode ", deflated(data))
+                                                .bytes());
+        ASSERT_TRUE(Tools::expandStreams(*document));
+        const auto again = Support::open(write(*document));
+        const auto stream = streamOf(*again, 5);
+        EXPECT_EQ(contentsOf(again->readStreamData(stream, true)), data);
+        EXPECT_EQ(stream->compression(),
+                  ending == "\r" ? Compression::FlateDecode : Compression::None);
+    }
+}
+
+TEST(Streams, AreBoundedAndAllOrNothing) {
+    const std::string zeros = deflated(std::string(3'000'000, '\0'));
+    const std::string flate = "/Filter /FlateDecode ";
+    const auto sound = DocumentBuilder::minimal().stream(5, flate, deflated("q Q q Q"));
+    DocumentBuilder nested = sound; // streams whose data is all that follows
+    for (std::uint32_t id = 6; id < 206; ++id)
+        nested.object(id, "<< /Length 100000 >>\nstream\n");
+    nested.object(206, "(" + std::string(100'000, 'a') + ")");
+    const struct {
+        const char* name;
+        std::string file;
+        std::optional<std::uint64_t> limit;
+        std::uint32_t expanding, compressing;
+    } rows[] = {
+        {"a bomb", DocumentBuilder(sound).stream(6, flate, zeros).bytes(), {}, ExpansionTooBig, 0},
+        {"allowed", DocumentBuilder(sound).stream(6, flate, zeros).bytes(), 3'000'007, 0, 0},
+        {"one too many", DocumentBuilder(sound).stream(6, flate, zeros).bytes(), 3'000'006,
+         ExpansionTooBig, 0},
+        {"no Length",
+         DocumentBuilder(sound).object(6, "<< /Filter /FlateDecode >>\nstream\n").bytes(),
+         {},
+         LengthInvalid,
+         0},
+        {"behind the end",
+         DocumentBuilder(sound).object(6, "<< /Length 9999 >>\nstream\n").bytes(),
+         {},
+         0,
+         LengthInvalid},
+        {"in each other", nested.bytes(), {}, 0, ExpansionTooBig},
+    };
+    for (const auto& row : rows) {
+        for (const bool expanding : {true, false}) {
+            const auto document = Support::open(row.file);
+            ASSERT_TRUE(document) << row.name;
+            const std::string before = write(*document);
+            Host::Error::set(Host::NoError);
+            const bool done = expanding ? Tools::expandStreams(*document, {row.limit})
+                                        : Tools::compressStreams(*document);
+            EXPECT_EQ(Host::Error::get(), expanding ? row.expanding : row.compressing) << row.name;
+            EXPECT_EQ(done, Host::Error::get() == Host::NoError) << row.name;
+            EXPECT_TRUE(done || write(*document) == before) << row.name;
+        }
+    }
+    const auto encrypted =
+        Support::open(DocumentBuilder(sound).trailer("/Root 1 0 R /Encrypt 1 0 R").bytes());
+    EXPECT_TRUE(Tools::expandStreams(*encrypted));
+    EXPECT_FALSE(encrypted->changed()) << "ciphertext cannot be expanded";
+}
+
+} // namespace
