@@ -108,6 +108,6 @@ int main(int argc, char** argv) {
     const auto target = Host::FileTarget::create(arguments[1]);
     if (!target) return Program::failure(arguments[1]);
     if (!rewriteInStorage(*source, *target))
-        return Program::failure(arguments[0], Program::Opening{});
+        return Program::failure(arguments[0], {.mends = false});
     return target->commit() ? Program::done : Program::failure(arguments[1]);
 }

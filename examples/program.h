@@ -7,6 +7,7 @@
 #include "arguments.h"
 
 #include <host/files.h>
+#include <host/log.h>
 #include <pdf/document.h>
 #include <pdf/tools/files.h>
 #include <pdf/tools/losses.h>
@@ -24,25 +25,37 @@ namespace Tools = Libraries::Files::PDF::Tools;
 
 /// How a program opens what it is given, as its options say.
 struct Opening {
-    bool any = false;     ///< through the import
-    bool offered = false; ///< whether the program has the option for that
-    bool possible = true; ///< false where an option was of no use, which has been reported
     std::string password{};
+    bool possible = true; ///< false where an option was of no use, which has been reported
+    bool mends = true;    ///< false for a program that asks the library alone
 };
 
-/// Opens the document in the file at `path`. Null with the error code set. Every program opens its
-/// documents here.
+/// Whether the library takes a file for something else than what it is: parts of it are not read,
+/// or are ciphertext.
+inline bool isMisread(const Document& document) {
+    const auto losses = Tools::losses(document);
+    return std::ranges::any_of(losses, [](const Tools::LossFound& loss) {
+        return Tools::isGrave(loss.kind) || loss.kind == Libraries::Files::PDF::Loss::Gaps;
+    });
+}
+
+/// Opens the document in the file at `path`: by the library, or through the import where that is
+/// what it takes. Null with the error code set. Every program opens its documents here.
 inline Ref<Document> load(std::string_view path, const Opening& how) {
-    if (!how.any) return Tools::open(path);
+    Ref<Document> document = Tools::open(path);
 #if defined(FILES_PDF_HAS_IMPORT)
-    using namespace Libraries::Files::PDF;
+    const std::uint32_t code = Host::Error::get();
+    const bool unread = isOfFile(code) || code == Host::OutOfMemory;
+    if (document ? !isMisread(*document) : unread) return document;
+    namespace Import = Libraries::Files::PDF::Import;
+    Host::SysLogFilter::level(Host::LogLevel::Warning); // what is repaired is told
     const Ref<Interfaces::Stripe> file = Host::FileSource::open(path);
-    const auto imported = file ? Import::normalise(file, {.password = how.password}) : nullptr;
-    return imported ? Document::create(imported) : nullptr;
+    const auto mended = file ? Import::normalise(file, {.password = how.password}) : nullptr;
+    document = mended ? Document::create(mended) : nullptr;
 #else
-    Host::Error::set(Host::NotSupported);
-    return nullptr;
+    static_cast<void>(how);
 #endif
+    return document;
 }
 
 /// What helps where a document could not be opened, read or saved. Never to force anything.
@@ -50,12 +63,11 @@ inline std::string_view remedy(std::uint32_t code, const Opening& how) {
     using namespace Libraries::Files::PDF;
     const bool structure = (code >= HeaderUnreadable && code <= ObjectUnreadable) ||
                            (code >= NoTrailer && code <= PageInvalid) || code == ResultUnsound;
+    if (!structure) return advice(code);
 #if defined(FILES_PDF_HAS_IMPORT)
-    if (!structure || how.any) return advice(code);
-    if (how.offered) return "try --any, which opens almost any PDF";
-    return "\"normalise IN OUT\" makes almost any PDF one that opens";
+    return how.mends ? advice(code) : "\"normalise IN OUT\" makes almost any PDF one that opens";
 #else
-    if (!structure && !how.any) return advice(code);
+    static_cast<void>(how);
     return "this program was built without the import, which opens almost any PDF";
 #endif
 }
@@ -88,20 +100,19 @@ inline bool readPassword(std::string_view path, std::string& password) {
 
 /// What the options of `openingOptions` say.
 inline Opening opening(const Arguments& arguments) {
-    Opening how{.any = arguments.has("--any"), .offered = true};
+    Opening how;
     if (const auto text = arguments.value("--password")) how.password = *text;
     const auto path = arguments.value("--password-file");
     how.possible = !path || readPassword(*path, how.password);
-    how.any = how.any || path || arguments.has("--password");
     return how;
 }
 
 /// `options`, and those of every program that opens a document.
 inline std::vector<Option> openingOptions(std::vector<Option> options = {}) {
-    options.push_back({"--any", "", "opens almost any PDF, through the import"});
     options.push_back({"--password-file", "FILE", "the password is FILE's first line"});
     options.push_back(
         {"--password", "P", "the password; others may see it while the program runs"});
+    options.push_back({"--any", "", "opens almost any PDF, as without it"});
     return options;
 }
 

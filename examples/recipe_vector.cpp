@@ -53,6 +53,6 @@ int main(int argc, char** argv) {
     if (file->readBytes(row.data(), row.size()) != row.size())
         return Program::failure(arguments[0]);
     const auto result = marked(row, "Seen");
-    return result.empty() ? Program::failure(arguments[0], Program::Opening{})
+    return result.empty() ? Program::failure(arguments[0], {.mends = false})
                           : store(result, arguments[1]);
 }

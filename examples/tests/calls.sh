@@ -92,8 +92,10 @@ fails() {
     code=$1
     shift
     case $program:$code in
-    recipe_mixed_input:12* | normalise:1282) return 0 ;; # an answer there; mended there
-    normalise:1281) code=34064 ;;
+    recipe_mixed_input:12*) return 0 ;; # an answer there
+    first_program:* | quick_start:* | custom_stripe:* | recipe_threads:* | recipe_vector:*) ;;
+    *:1281) ! has_import || code=34064 ;;
+    *:1282) ! has_import || code=34067 ;;
     esac
     # shellcheck disable=SC2086 # the arguments are words
     status 1 $as "$programs/$program" $arguments
@@ -109,7 +111,7 @@ fails() {
 
 test_inputs() {
     echo 'no document' >"$work/text.pdf"
-    head -c 5000 "$samples/form-2pages.pdf" >"$work/cut.pdf"
+    head -c 200 "$samples/form-2pages.pdf" >"$work/cut.pdf"
     while read -r name code said; do
         in=$work/$name
         each fails "$code" "$said" ';' "$name"

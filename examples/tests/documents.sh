@@ -121,7 +121,6 @@ test_nested() {
         >"$work/cycle.pdf"
     status 1 "$programs/pages" "$work/cycle.pdf"
     reports 1542 606
-    grep -q "cycle.pdf; $remedy" "$work/err" || fail "no word of what helps: $(cat "$work/err")"
 }
 
 test_usage() {
@@ -151,61 +150,58 @@ ROWS
 test_errors() {
     printf '%%PDF-1.4\n' >"$work/header.pdf"
     : >"$work/empty.pdf"
-    # Name, code, code in hexadecimal.
-    while read -r name code hex; do
-        status 1 "$programs/inspect" "$work/$name"
-        reports "$code" "$hex"
-        status 1 "$programs/rewrite" "$work/$name" "$work/never.pdf"
-        reports "$code" "$hex"
+    # Name, code, code in hexadecimal, without the import and with it.
+    while read -r name without with; do
+        code=$without
+        ! has_import || code=$with
+        for program in inspect rewrite; do
+            status 1 "$programs/$program" "$work/$name" \
+                $([ $program = inspect ] || echo "$work/never.pdf")
+            reports "${code%,*}" "${code#*,}"
+        done
         [ ! -e "$work/never.pdf" ] || fail "$name was rewritten"
     done <<ROWS
-header.pdf 1282 502
-empty.pdf 1280 500
+header.pdf 1282,502 34067,8513
+empty.pdf 1280,500 34064,8510
 ROWS
 }
 
-# The object numbers of this document have a gap, which a rewrite's table does not tell.
+# This library does not read again what it makes of a text with a backslash.
 test_verify() {
-    document gap.pdf '1 <</Type/Catalog/Pages 2 0 R>>
-2 <</Type/Pages/Count 1/Kids[4 0 R]>>
-4 <</Type/Page/Parent 2 0 R/MediaBox[0 0 200 200]>>' '0 f
-1 n
-2 n
-3 f
-4 n'
-    status 0 "$programs/inspect" "$work/gap.pdf"
-    grep -qx 'page 1 4 0' "$work/out" || fail "the page is missing: $(cat "$work/out")"
-
+    sed 's/(anonymous)/(\\134danon)/' "$samples/plain-2pages.pdf" >"$work/text.pdf"
     echo 'mine' >"$work/wanted"
     cp "$work/wanted" "$work/target.pdf"
+    : >"$work/out"
+    : >"$work/err"
     files=$(ls "$work")
     for target in target.pdf new.pdf; do
-        status 1 "$programs/rewrite" "$work/gap.pdf" "$work/$target"
-        reports 1287 507
-        grep -q "$work/$target: left as it was, for the result would not open; $remedy" "$work/err" ||
+        status 1 "$programs/rewrite" "$work/text.pdf" "$work/$target"
+        grep -q "^error 1287 .*$work/$target: left as it was, for the result would not open; " "$work/err" ||
             fail "not said why: $(cat "$work/err")"
     done
     same "$work/wanted" "$work/target.pdf"
     [ "$(ls "$work")" = "$files" ] || fail "files were left: $(ls "$work")"
-
-    status 0 "$programs/rewrite" --no-verify "$work/gap.pdf" "$work/target.pdf"
-    status 1 "$programs/inspect" "$work/target.pdf"
-    reports 1287 507
+    status 0 "$programs/rewrite" --no-verify "$work/text.pdf" "$work/target.pdf"
 }
 
+# What the library reads a part of is read as a whole, or refused.
 test_losses() {
-    # What would be no sound document is refused, unless it is forced or nobody asks.
-    for name in incremental-update two-subsections; do
+    for name in incremental-update:3 two-subsections:1 gaps-in-the-numbers:6; do
+        file=$samples/modern/${name%:*}.pdf
         echo mine >"$work/target.pdf"
-        status 3 "$programs/rewrite" "$samples/modern/$name.pdf" "$work/target.pdf"
-        reports 34080 8520
-        grep -q '^warning: the page tree leads nowhere: 1$' "$work/err" || fail "$name: $(cat "$work/err")"
-        grep -q "^error .*target.pdf: left as it was; $remedy" "$work/err" || fail "$name: $(cat "$work/err")"
+        if has_import; then
+            status 0 "$programs/rewrite" "$file" "$work/target.pdf"
+            if grep -q '^warning: ' "$work/err"; then fail "$name: $(cat "$work/err")"; fi
+            [ "$("$programs/pages" "$work/target.pdf" | grep -c '^page ')" -eq "${name#*:}" ] ||
+                fail "$name: $("$programs/pages" "$work/target.pdf")"
+            continue
+        fi
+        status 3 "$programs/rewrite" "$file" "$work/target.pdf"
+        grep -q '^error 34080 .*target.pdf: left as it was; this program was built without' "$work/err" ||
+            fail "$name: $(cat "$work/err")"
         [ "$(cat "$work/target.pdf")" = mine ] || fail "$name: the target was written"
-        status 0 "$programs/rewrite" --force "$samples/modern/$name.pdf" "$work/target.pdf"
+        status 0 "$programs/rewrite" --force "$file" "$work/target.pdf"
         grep -q '^warning: ' "$work/err" || fail "$name: forced, and not a word"
-        status 0 "$programs/rewrite" --no-verify "$samples/modern/$name.pdf" "$work/target.pdf"
-        [ ! -s "$work/err" ] || fail "$name: $(cat "$work/err")"
     done
     # Numbers stay as they were read, or go their way, and are told.
     status 0 "$programs/rewrite" --canonical "$samples/browser-print.pdf" "$work/parts.pdf"

@@ -13,9 +13,10 @@ samples=$4
 work=$5
 sample=${6:-}
 
-# What programs name where a file cannot be read as it is.
-remedy='try --any'
-[ -x "$programs/normalise" ] || remedy='this program was built without the import'
+# Whether the programs were built with the import.
+has_import() {
+    [ -x "$programs/normalise" ]
+}
 
 fail() {
     echo "FAILED: $*" >&2
