@@ -4,6 +4,7 @@
 
 #include <host/log.h>
 
+#include <algorithm>
 #include <atomic>
 #include <filesystem>
 #include <mutex>
@@ -12,14 +13,11 @@
 
 namespace {
 
-using Libraries::Files::PDF::Document;
-using Libraries::Files::PDF::errorText;
 namespace Tools = Libraries::Files::PDF::Tools;
 
 // page begin
 struct Task {
     std::string name, from, to;
-    Program::Opening how;
 };
 
 thread_local const Task* current = nullptr; // what this thread is at
@@ -34,17 +32,15 @@ public:
 };
 
 /// Rewrites one file; whatever it takes is made here and belongs to this thread alone. The target
-/// is put in place when all of it was written, opens again and is sound. `NoError`, or the code of
-/// what failed.
-std::uint32_t rewrite(const Task& task, const Program::Saving& saving) {
-    const auto source = Program::source(task.from, task.how); // a file, or what --any makes of it
-    const auto document = source ? Document::create(source) : nullptr;
-    if (!document) return Host::Error::get(); // of this thread
-    document->faithfulNumbers(saving.faithful);
-    for (const auto& loss : Tools::losses(*document))
-        std::fprintf(stderr, "%s: warning: %s\n", task.name.c_str(), Tools::lossText(loss.kind));
-    const bool saved = Tools::save(*document, task.to, saving.options) == Tools::Saved::Done;
-    return saved ? Host::NoError : Host::Error::get();
+/// is put in place when all of it was written, opens again and is sound. Gives "ok", or the error.
+std::string rewrite(const Task& task, const Program::Saving& saving) {
+    const auto document = Program::load(task.from, saving.how);
+    const auto saved = document ? Program::store(*document, task.to, saving, task.name + ": ")
+                                : Tools::Saved::Failed;
+    if (saved == Tools::Saved::Done) return "ok";
+    const std::uint32_t code = Host::Error::get(); // of this thread
+    return Program::failureLine(code, {}, document ? Program::why(saved) : "",
+                                Program::remedy(code, saving.how));
 }
 
 /// What came of the tasks so far. Threads share it, hence the lock.
@@ -52,27 +48,19 @@ class Report {
 public:
     explicit Report(std::size_t total) : total_(total) {}
 
-    void add(const Task& task, std::uint32_t code) {
+    void add(const Task& task, const std::string& result) {
         const std::lock_guard guard(mutex_);
-        std::printf("[%zu/%zu] %s: ", ++done_, total_, task.name.c_str());
-        if (code == Host::NoError) {
-            std::puts("ok");
-        } else {
-            std::printf("error %u (0x%X): %s\n", code, code, errorText(code));
-            ++failed_;
-            refused_ = refused_ || Program::isRefused(code);
-        }
+        std::printf("[%zu/%zu] %s: %s\n", ++done_, total_, task.name.c_str(), result.c_str());
         std::fflush(stdout);
+        if (result != "ok") ++failed_;
     }
 
-    // When the threads are done:
+    /// When the threads are done.
     [[nodiscard]] std::size_t failed() const { return failed_; }
-    [[nodiscard]] bool refused() const { return refused_; } // whether a file did not open
 
 private:
     std::mutex mutex_;
     std::size_t total_, done_ = 0, failed_ = 0;
-    bool refused_ = false;
 };
 
 /// Does all tasks on `threads` threads, this one included.
@@ -100,8 +88,8 @@ void rewriteAll(const std::vector<Task>& tasks, const Program::Saving& saving, s
 }
 // page end
 
-// The tasks for the files behind the folder; none where two would become one.
-std::vector<Task> tasksOf(const Program::Arguments& arguments, const Program::Opening& how) {
+/// The tasks for the files behind the folder. Nothing where two would become one: `twice` is it.
+std::vector<Task> tasksOf(const Program::Arguments& arguments, std::string& twice) {
     std::vector<Task> tasks;
     std::set<std::string> names;
     const std::filesystem::path folder = arguments[0];
@@ -109,33 +97,16 @@ std::vector<Task> tasksOf(const Program::Arguments& arguments, const Program::Op
         const std::string_view file = arguments[index];
         const std::string name = std::filesystem::path(file).filename().string();
         if (!names.insert(name).second) {
-            std::fprintf(stderr, "batch: two files are named %s\n", name.c_str());
+            twice = name;
             return {};
         }
-        tasks.push_back({name, std::string(file), (folder / name).string(), how});
+        tasks.push_back({name, std::string(file), (folder / name).string()});
     }
     return tasks;
 }
 
-} // namespace
-
-int main(int argc, char** argv) {
-    Program::Arguments arguments(argc, argv);
-    const Program::Saving saving = Program::takeSaving(arguments);
-    const Program::Opening how = arguments.takeOpening();
-    const auto wanted = arguments.takeValue("-j").value_or("1");
-    const std::size_t threads = Program::number<std::size_t>(wanted).value_or(0);
-    if (threads == 0 || threads > 256 || arguments.take("-j") || arguments.size() < 2 ||
-        !arguments.are(arguments.size()) || arguments[0].starts_with('-') || !saving.options.look) {
-        return Program::usage(
-            "batch [-j N] [--force] [--faithful] [--any [--password P]] FOLDER FILE...");
-    }
-    const std::vector<Task> tasks = tasksOf(arguments, how);
-    if (tasks.empty()) return 2;
-    std::error_code error;
-    std::filesystem::create_directories(arguments[0], error);
-    if (error) return Program::failure(Host::FileNotOpened);
-
+/// Does all of it; gives the exit status.
+int run(const std::vector<Task>& tasks, const Program::Saving& saving, std::size_t threads) {
     NamingPrinter printer;
     Host::LogPrinter& former = Host::SysLogStream::printer(printer);
     Report report(tasks.size());
@@ -144,6 +115,29 @@ int main(int argc, char** argv) {
     const std::size_t failed = report.failed();
     std::printf("%zu files: %zu ok, %zu failed\n", tasks.size(), tasks.size() - failed, failed);
     const int status = Program::finishOutput();
-    if (report.refused() && !how.any) Program::hint();
-    return status != 0 || failed == 0 ? status : Program::failed;
+    return failed == 0 ? status : Program::failed;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const Program::Arguments arguments(
+        argc, argv,
+        {"batch FOLDER FILE...", "Rewrites each FILE into FOLDER, under its own name.",
+         Program::writingOptions({{"-j", "N", "on so many threads, 1 to 256"}})});
+    if (!arguments.are(2, SIZE_MAX)) return arguments.refuse();
+    const auto threads = Program::number<std::size_t>(arguments.value("-j").value_or("1"));
+    if (!threads || *threads == 0 || *threads > 256)
+        return arguments.refuse("-j takes a number from 1 to 256");
+    std::string twice;
+    const std::vector<Task> tasks = tasksOf(arguments, twice);
+    if (tasks.empty()) return arguments.refuse("two files are named " + twice);
+    const Program::Saving saving = Program::saving(arguments, Program::opening(arguments));
+    if (!saving.how.possible) return Program::failed;
+
+    std::error_code error;
+    std::filesystem::create_directories(arguments[0], error);
+    if (error)
+        return Program::failure(arguments[0], Host::FileNotOpened, "the folder cannot be made");
+    return run(tasks, saving, *threads);
 }

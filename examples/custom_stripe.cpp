@@ -78,23 +78,36 @@ bool copy(Interfaces::Stripe& from, Interfaces::Stripe& to) {
     return true;
 }
 
-// What arrives from elsewhere goes into storage; the document is opened and written there.
+// What arrives from elsewhere goes into storage; the document is opened and written there, and what
+// was written goes out once it opens and is sound. False with the code set.
 bool rewriteInStorage(Interfaces::Stripe& in, Interfaces::Stripe& out) {
+    using namespace Libraries::Files::PDF;
     const auto stored = Host::make<BlockStripe>();
     if (!stored || !copy(in, *stored)) return false;
-    const auto document = Libraries::Files::PDF::Document::create(stored);
-    const auto written = Host::make<BlockStripe>();
-    return document && written && document->write(written) && copy(*written, out);
+    const auto document = Document::create(stored);
+    const auto written = document ? Host::make<BlockStripe>() : nullptr;
+    if (!written) return false;
+    const auto losses = Tools::losses(*document);
+    if (std::ranges::any_of(losses, Tools::isGrave, &Tools::LossFound::kind)) {
+        Host::Error::set(ResultUnsound);
+        return false;
+    }
+    document->faithfulNumbers(true);
+    return document->write(written) && Document::create(written) && copy(*written, out);
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-    const Program::Arguments arguments(argc, argv);
-    if (!arguments.are(2)) return Program::usage("custom_stripe IN OUT");
+    const Program::Arguments arguments(
+        argc, argv, {"custom_stripe IN OUT", "Rewrites a document through storage of its own."});
+    if (!arguments.are(2)) return arguments.refuse();
+
     const auto source = Host::FileSource::open(arguments[0]);
-    if (!source) return Program::failure();
+    if (!source) return Program::failure(arguments[0]);
     const auto target = Host::FileTarget::create(arguments[1]);
-    if (!target || !rewriteInStorage(*source, *target)) return Program::failure();
-    return target->commit() ? 0 : Program::failure();
+    if (!target) return Program::failure(arguments[1]);
+    if (!rewriteInStorage(*source, *target))
+        return Program::failure(arguments[0], {.mends = false});
+    return target->commit() ? Program::done : Program::failure(arguments[1]);
 }

@@ -45,18 +45,18 @@ bool openAtLastPage(const Document& document) {
 } // namespace
 
 int main(int argc, char** argv) {
-    static constexpr const char* usage =
-        "edit_values [--no-verify] [--force] [--faithful] [--any [--password P]] IN OUT TITLE";
-    Program::Arguments arguments(argc, argv);
-    const Program::Saving saving = Program::takeSaving(arguments);
-    const Program::Opening how = arguments.takeOpening();
-    if (!arguments.are(3)) return Program::usage(usage);
+    const Program::Arguments arguments(
+        argc, argv,
+        {"edit_values IN OUT TITLE",
+         "Gives the document a title, prints the former one, and has it open at its last page.",
+         Program::writingOptions()});
+    if (!arguments.are(3)) return arguments.refuse();
 
+    const auto how = Program::opening(arguments);
     const auto document = Program::open(arguments[0], how);
     if (!document) return Program::failed;
-    if (!setTitle(*document, arguments[2]) || !openAtLastPage(*document)) {
-        return Program::failure();
-    }
+    if (!setTitle(*document, arguments[2]) || !openAtLastPage(*document))
+        return Program::failure(arguments[0], how);
     if (const int status = Program::finishOutput(); status != 0) return status;
-    return Program::save(*document, arguments[1], saving);
+    return Program::save(*document, arguments[1], Program::saving(arguments, how));
 }

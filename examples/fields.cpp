@@ -34,13 +34,6 @@ std::string onOneLine(const std::string& text) {
     return result;
 }
 
-std::string joined(const std::vector<std::string>& texts) {
-    std::string result;
-    for (const std::string& text : texts)
-        result += (result.empty() ? "" : ", ") + text;
-    return result;
-}
-
 /// What can be chosen: values, and what they show where that is something else.
 std::string optionsText(const Document& document, const Field& field) {
     std::vector<std::string> texts;
@@ -48,7 +41,7 @@ std::string optionsText(const Document& document, const Field& field) {
         const bool same = option.text == option.value;
         texts.push_back(same ? option.value : option.value + " (" + option.text + ")");
     }
-    return joined(texts);
+    return Program::joined(texts);
 }
 
 /// Prints fields. Widgets, which have no name, repeat what their field holds; where there are many
@@ -62,7 +55,7 @@ public:
         const bool isWidget = field.parent() && !field.partialName();
         std::string values, options;
         if (!isWidget || repeated_ < mostRepeated) {
-            values = onOneLine(joined(Tools::fieldValues(document_, field)));
+            values = onOneLine(Program::joined(Tools::fieldValues(document_, field)));
             options = onOneLine(optionsText(document_, field));
         }
         if (isWidget) repeated_ += values.size() + options.size();
@@ -94,10 +87,13 @@ void print(const Document& document, const Form& form) {
 } // namespace
 
 int main(int argc, char** argv) {
-    Program::Arguments arguments(argc, argv);
-    const Program::Opening how = arguments.takeOpening();
-    if (!arguments.are(1)) return Program::usage("fields [--any [--password P]] FILE");
+    const Program::Arguments arguments(
+        argc, argv,
+        {"fields FILE", "Prints the fields of the form: path, kind, flags, value and choices.",
+         Program::openingOptions()});
+    if (!arguments.are(1)) return arguments.refuse();
 
+    const auto how = Program::opening(arguments);
     const auto document = Program::open(arguments[0], how);
     if (!document) return Program::failed;
 
@@ -105,9 +101,13 @@ int main(int argc, char** argv) {
     Host::Error::set(Host::NoError);
     const auto form = Tools::openForm(*document);
     const std::uint32_t code = Host::Error::get();
-    if (!form) return Program::failure(code);
+    if (!form && code == FormNotFound)
+        return Program::failure(arguments[0], code, "it has no form",
+                                "there is nothing to fill in");
+    if (!form) return Program::failure(arguments[0], how);
 
     print(*document, *form);
     if (const int status = Program::finishOutput(); status != 0) return status;
-    return code == Host::NoError ? 0 : Program::failure(code);
+    if (code == Host::NoError) return Program::done;
+    return Program::failure(arguments[0], code, "the fields that were printed are not all", "");
 }

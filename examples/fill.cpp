@@ -39,49 +39,86 @@ Tools::Filled fill(Document& document, Form& form, const Setting& setting) {
                               : Tools::chooseOptions(document, form, path, values);
 }
 
-/// Says what was not set, and what the field takes.
-int notSet(const Document& document, const Form& form, const Setting& setting) {
-    const int status = Program::failure();
-    const std::string path(setting.path);
-    std::fprintf(stderr, "not set: %s=%s\n", path.c_str(),
-                 std::string(setting.values.front()).c_str());
-    const auto name = Host::String::create(setting.path);
-    const auto field = name ? form.fieldByPath(name) : nullptr;
-    if (!field) return status;
-    for (const Tools::FieldOption& option : Tools::fieldOptions(document, *field)) {
-        const bool same = option.text == option.value;
-        std::fprintf(stderr, "%s takes: %s%s%s\n", path.c_str(), option.value.c_str(),
-                     same ? "" : ", which shows ", same ? "" : option.text.c_str());
+/// The paths of all fields of a form.
+std::vector<std::string> pathsOf(const Form& form) {
+    std::vector<std::string> paths;
+    std::vector<Ref<Field>> waiting;
+    for (std::uint64_t index = 0; index < form.fieldCount(); ++index)
+        waiting.push_back(form.field(index));
+    while (!waiting.empty()) {
+        const Ref<Field> field = waiting.back();
+        waiting.pop_back();
+        if (const auto path = field->fullName()) paths.push_back(path->utf8());
+        for (std::uint64_t index = 0; index < field->childCount(); ++index)
+            waiting.push_back(field->child(index));
     }
-    return status;
+    std::ranges::sort(paths);
+    return paths;
 }
 
-} // namespace
+/// What a field takes: "A, B (which shows as b)"; empty where that is not for the form to say.
+std::string taken(const Document& document, const Field& field) {
+    std::vector<std::string> texts;
+    for (const Tools::FieldOption& option : Tools::fieldOptions(document, field)) {
+        const bool same = option.text == option.value;
+        texts.push_back(same ? option.value : option.value + " (shown as " + option.text + ")");
+    }
+    return Program::joined(texts);
+}
 
-int main(int argc, char** argv) {
-    static constexpr const char* usage = "fill [--flatten] [--no-verify] [--force] [--faithful] "
-                                         "[--any [--password P]] IN OUT PATH=VALUE...";
-    Program::Arguments arguments(argc, argv);
-    const bool flatten = arguments.take("--flatten");
-    const Program::Saving saving = Program::takeSaving(arguments);
-    const Program::Opening how = arguments.takeOpening();
-    const std::size_t count = arguments.size();
-    const auto settings = settingsOf(arguments);
-    const bool enough = count > 2 || (flatten && count == 2);
-    if (!enough || !arguments.are(count) || !settings) return Program::usage(usage);
+/// Says what was not set, and what could be; gives the exit status.
+int notSet(const Document& document, const Form& form, const Setting& setting,
+           std::string_view file) {
+    const std::uint32_t code = Host::Error::get();
+    const std::string path(setting.path);
+    const auto name = Host::String::create(setting.path);
+    const auto field = name ? form.fieldByPath(name) : nullptr;
+    if (!field) {
+        const std::string near = Program::joined(Program::nearest(path, pathsOf(form)));
+        return Program::failure(file, code, "it has no field " + path,
+                                near.empty() ? "\"fields FILE\" lists those that it has"
+                                             : "near to it: " + near);
+    }
+    std::string what = path + " does not take";
+    for (const std::string_view value : setting.values)
+        what.append(" \"").append(value).append("\"");
+    const std::string texts = taken(document, *field);
+    return Program::failure(file, code, what, texts.empty() ? "" : "it takes: " + texts);
+}
 
-    const auto document = Program::open(arguments[0], how);
-    if (!document) return Program::failed;
-    const auto form = Tools::openForm(*document);
-    if (!form) return Program::failure();
-    for (const Setting& setting : *settings) {
-        const Tools::Filled filled = fill(*document, *form, setting);
-        if (filled == Tools::Filled::Failed) return notSet(*document, *form, setting);
+/// Sets all fields; gives the exit status.
+int fillAll(Document& document, const std::vector<Setting>& settings, std::string_view file) {
+    const auto form = Tools::openForm(document);
+    if (!form) return Program::failure(file, Host::Error::get(), "it has no form");
+    for (const Setting& setting : settings) {
+        const Tools::Filled filled = fill(document, *form, setting);
+        if (filled == Tools::Filled::Failed) return notSet(document, *form, setting, file);
         if (filled == Tools::Filled::Shown) continue;
         std::fprintf(stderr,
                      "warning: %s: its font cannot show the value; viewers are asked to do it\n",
                      std::string(setting.path).c_str());
     }
-    if (flatten && !Tools::flattenForm(*document)) return Program::failure();
-    return Program::save(*document, arguments[1], saving);
+    return Program::done;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const Program::Arguments arguments(
+        argc, argv,
+        {"fill IN OUT PATH=VALUE...",
+         "Sets fields by their paths, and draws them. An empty value takes a value away.",
+         Program::writingOptions({{"--flatten", "", "makes the fields part of their pages"}})});
+    const bool flatten = arguments.has("--flatten");
+    if (!arguments.are(flatten ? 2 : 3, SIZE_MAX)) return arguments.refuse();
+    const auto settings = settingsOf(arguments);
+    if (!settings) return arguments.refuse("what is to be set is PATH=VALUE");
+
+    const auto how = Program::opening(arguments);
+    const auto document = Program::open(arguments[0], how);
+    if (!document) return Program::failed;
+    const int status = fillAll(*document, *settings, arguments[0]);
+    if (status != Program::done) return status;
+    if (flatten && !Tools::flattenForm(*document)) return Program::failure(arguments[0], how);
+    return Program::save(*document, arguments[1], Program::saving(arguments, how));
 }

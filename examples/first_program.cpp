@@ -1,27 +1,35 @@
 // The program of docs/quick-start.md: all of it, with nothing from the other examples.
 
 // page begin
-#include <host/files.h>
 #include <pdf/document.h>
 #include <pdf/errors.h>
+#include <pdf/tools/files.h>
+#include <pdf/version.h>
 
 #include <cstdio>
 
 using namespace Libraries::Files::PDF;
 using namespace Host::Literals;
 
-int failure() {
+int failure(const char* file) {
     const std::uint32_t code = Host::Error::get();
-    std::fprintf(stderr, "error %u (0x%X): %s\n", code, code, errorText(code));
-    return 1;
+    const char* reason = Host::Error::reason(); // why the system refused the file, if it did
+    std::fprintf(stderr, "error %u (0x%X): %s: %s%s%s; docs/errors.md says more\n", code, code,
+                 errorText(code), file, *reason == '\0' ? "" : ": ", reason);
+    return code == ResultUnsound ? 3 : 1;
 }
 
 int main(int argc, char** argv) {
-    if (argc != 3) return 2;
+    if (argc != 3) {
+        const std::string_view first = argc == 2 ? argv[1] : "";
+        const bool asked = first == "--help" || first == "--version";
+        std::fprintf(asked ? stdout : stderr, "usage: first_program IN OUT\nFiles PDF %s\n",
+                     libraryVersion());
+        return asked ? 0 : 2;
+    }
 
-    const auto source = Host::FileSource::open(argv[1]);
-    const auto document = source ? Document::create(source) : nullptr;
-    if (!document) return failure();
+    const auto document = Tools::open(argv[1]);
+    if (!document) return failure(argv[1]);
     std::printf("%zu objects, %zu pages\n", document->getObjects().size(),
                 document->getPages().size());
 
@@ -31,7 +39,6 @@ int main(int argc, char** argv) {
         if (type) std::printf("%u %s\n", object->id(), type->name()->utf8().c_str());
     }
 
-    const auto target = Host::FileTarget::create(argv[2]);
-    if (!target || !document->write(target) || !target->commit()) return failure();
+    if (Tools::save(*document, argv[2]) != Tools::Saved::Done) return failure(argv[2]);
 }
 // page end

@@ -21,15 +21,16 @@ bool flatten(Document& document) {
 } // namespace
 
 int main(int argc, char** argv) {
-    static constexpr const char* usage =
-        "flatten_pages [--no-verify] [--force] [--faithful] [--any [--password P]] IN OUT";
-    Program::Arguments arguments(argc, argv);
-    const Program::Saving saving = Program::takeSaving(arguments);
-    const Program::Opening how = arguments.takeOpening();
-    if (!arguments.are(2)) return Program::usage(usage);
+    const Program::Arguments arguments(argc, argv,
+                                       {"flatten_pages IN OUT",
+                                        "Makes every page a direct kid of the page tree's root.",
+                                        Program::writingOptions()});
+    if (!arguments.are(2)) return arguments.refuse();
+
+    const auto how = Program::opening(arguments);
     const auto document = Program::open(arguments[0], how);
     if (!document) return Program::failed;
-    if (!flatten(*document)) return Program::failure();
+    if (!flatten(*document)) return Program::failure(arguments[0], how);
     if (const int status = Program::finishOutput(); status != 0) return status;
-    return Program::save(*document, arguments[1], saving);
+    return Program::save(*document, arguments[1], Program::saving(arguments, how));
 }

@@ -32,7 +32,7 @@ void print(const Document& document, const std::vector<Host::Ref<Object>>& pages
                     static_cast<unsigned>(object->valueType()));
     }
     for (std::size_t index = 0; index < pages.size(); ++index) {
-        std::printf("page %zu %u %u\n", index, pages[index]->id(), pages[index]->generation());
+        std::printf("page %zu %u %u\n", index + 1, pages[index]->id(), pages[index]->generation());
     }
 }
 
@@ -48,17 +48,21 @@ void printNesting(const Document& document) {
 } // namespace
 
 int main(int argc, char** argv) {
-    Program::Arguments arguments(argc, argv);
-    const Program::Opening how = arguments.takeOpening();
-    if (!arguments.are(1)) return Program::usage("inspect [--any [--password P]] FILE");
+    const Program::Arguments arguments(
+        argc, argv,
+        {"inspect FILE", "Prints what a document consists of: its version, objects and pages.",
+         Program::openingOptions()});
+    if (!arguments.are(1)) return arguments.refuse();
 
+    const auto how = Program::opening(arguments);
     const auto document = Program::open(arguments[0], how);
     if (!document) return Program::failed;
 
     // An empty list of pages is a failure only when it says so.
     Host::Error::set(Host::NoError);
     const auto pages = document->getPages();
-    if (pages.empty() && Host::Error::get() != Host::NoError) return Program::failure();
+    if (pages.empty() && Host::Error::get() != Host::NoError)
+        return Program::failure(arguments[0], how);
 
     print(*document, pages);
     printNesting(*document);

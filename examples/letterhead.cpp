@@ -3,7 +3,9 @@
 #include "program.h"
 
 #include <pdf/tools/background.h>
+#include <pdf/tools/pages.h>
 
+using Libraries::Files::PDF::Document;
 namespace Tools = Libraries::Files::PDF::Tools;
 
 namespace {
@@ -30,36 +32,61 @@ bool addRanges(std::string_view list, Tools::LetterheadOptions& options) {
     }
 }
 
-/// Takes the options out; nothing where one of them is wrong.
-std::optional<Tools::LetterheadOptions> takeOptions(Program::Arguments& arguments) {
+/// What the options say; nothing where one of them is wrong.
+std::optional<Tools::LetterheadOptions> optionsOf(const Program::Arguments& arguments) {
     Tools::LetterheadOptions options;
-    options.above = arguments.take("--above");
-    options.asIs = arguments.take("--as-is");
-    if (const auto text = arguments.takeValue("--mode")) {
+    options.above = arguments.has("--above");
+    options.asIs = arguments.has("--as-is");
+    if (const auto text = arguments.value("--mode")) {
         const auto mode = Program::number<std::uint32_t>(*text);
         if (!mode || *mode > 3) return std::nullopt;
         options.mode = static_cast<Tools::LetterheadPages>(*mode);
     }
-    const auto pages = arguments.takeValue("--pages");
+    const auto pages = arguments.value("--pages");
     if (pages && !addRanges(*pages, options)) return std::nullopt;
     return options;
 }
 
+/// Lays it; gives the exit status. A page that is not there is named as it was asked for.
+int lay(Document& document, const Host::Ref<Document>& letterhead,
+        const Tools::LetterheadOptions& options, std::string_view file,
+        const Program::Opening& how) {
+    const auto pages = Tools::allPages(document);
+    if (!pages) return Program::failure(file, how);
+    for (const Tools::PageRange& range : options.ranges) {
+        if (range.last < pages->size()) continue;
+        const std::string what = "page " + std::to_string(range.last + 1) + " is asked for";
+        const std::string next = "it has " + std::to_string(pages->size());
+        return Program::failure(file, Host::OutOfRange, what, next);
+    }
+    const bool laid = Tools::letterhead(document, letterhead, options);
+    return laid ? Program::done : Program::failure(file, how);
+}
+
+const std::vector<Program::Option> own = {
+    {"--above", "", "draws it over the pages: a stamp"},
+    {"--as-is", "", "keeps its coordinates: neither turned nor scaled nor moved"},
+    {"--mode", "0|1|2|3", "which of its pages goes where; 1, the first onto all, without it"},
+    {"--pages", "LIST", "only onto these pages, counted from 1: 1-3,7"},
+};
+
 } // namespace
 
 int main(int argc, char** argv) {
-    static constexpr const char* usage =
-        "letterhead [--above] [--as-is] [--mode 0|1|2|3] [--pages 1-3,7] [--no-verify] [--force] "
-        "[--faithful] [--any [--password P]] IN LETTERHEAD OUT";
-    Program::Arguments arguments(argc, argv);
-    const Program::Saving saving = Program::takeSaving(arguments);
-    const Program::Opening how = arguments.takeOpening();
-    const auto options = takeOptions(arguments);
-    if (!options || !arguments.are(3)) return Program::usage(usage);
+    const Program::Arguments arguments(
+        argc, argv,
+        {"letterhead IN LETTERHEAD OUT",
+         "Lays the first page of LETTERHEAD beneath every page of IN, as large as it fits.",
+         Program::writingOptions(own)});
+    if (!arguments.are(3)) return arguments.refuse();
+    const auto options = optionsOf(arguments);
+    if (!options) return arguments.refuse("--mode is 0 to 3, --pages a list such as 1-3,7");
 
+    const auto how = Program::opening(arguments);
     const auto document = Program::open(arguments[0], how);
     const auto letterhead = document ? Program::open(arguments[1], how) : nullptr;
     if (!letterhead) return Program::failed;
-    if (!Tools::letterhead(*document, letterhead, *options)) return Program::failure();
-    return Program::save(*document, arguments[2], saving);
+    const int status = lay(*document, letterhead, *options, arguments[0], how);
+    if (status != Program::done) return status;
+    return Program::save(*document, arguments[2], Program::saving(arguments, how));
 }

@@ -4,19 +4,41 @@
 
 #include <pdf/import.h>
 
-int main(int argc, char** argv) {
-    static constexpr const char* usage = "normalise [--password P] [--plain-filters] IN OUT";
-    Program::Arguments arguments(argc, argv);
-    Libraries::Files::PDF::Import::Options options;
-    options.plainFilters = arguments.take("--plain-filters");
-    options.password = arguments.takeValue("--password").value_or("");
-    if (!arguments.are(2)) return Program::usage(usage);
+namespace {
 
-    const auto source = Host::FileSource::open(arguments[0]);
-    const auto target = source ? Host::FileTarget::create(arguments[1]) : nullptr;
-    if (!target || !Libraries::Files::PDF::Import::normalise(source, target, options) ||
-        !target->commit()) {
-        return Program::failure();
+using namespace Libraries::Files::PDF;
+
+/// Imports what is in `source`; gives the exit status. A file at `path` is replaced once what was
+/// written opens.
+int normalise(const Host::Ref<Host::FileSource>& source, std::string_view path,
+              const Import::Options& options, std::string_view from) {
+    const auto target = Host::FileTarget::create(path);
+    if (!target) return Program::failure(path);
+    if (!Import::normalise(source, target, options)) {
+        const bool full = Host::Error::get() == TargetNotWritten;
+        return Program::failure(full ? path : from, Host::Error::get(), Host::Error::reason());
     }
-    return 0;
+    const auto written = target->written();
+    const bool sound = written && Document::create(written);
+    return sound && target->commit() ? Program::done : Program::failure(path);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const Program::Arguments arguments(
+        argc, argv,
+        {"normalise IN OUT", "Writes any PDF in IN as one that opens to OUT.",
+         Program::openingOptions(
+             {{"--plain-filters", "", "makes streams ones that are deflated"}})});
+    if (!arguments.are(2)) return arguments.refuse();
+
+    const auto how = Program::opening(arguments);
+    if (!how.possible) return Program::failed;
+    const auto source = Host::FileSource::open(arguments[0]);
+    if (!source) return Program::failure(arguments[0]);
+    Import::Options options;
+    options.password = how.password;
+    options.plainFilters = arguments.has("--plain-filters");
+    return normalise(source, arguments[1], options, arguments[0]);
 }

@@ -23,8 +23,8 @@ void print(const Array& box) {
     }
 }
 
-void print(std::size_t index, const Tools::Page& page) {
-    std::printf("page %zu %u %u ", index, page.object->id(), page.object->generation());
+void print(std::size_t number, const Tools::Page& page) {
+    std::printf("page %zu %u %u ", number, page.object->id(), page.object->generation());
     if (page.mediaBox) print(*page.mediaBox);
     std::printf(page.mediaBox ? " " : "- ");
     if (page.rotate) print(*page.rotate);
@@ -34,14 +34,18 @@ void print(std::size_t index, const Tools::Page& page) {
 } // namespace
 
 int main(int argc, char** argv) {
-    Program::Arguments arguments(argc, argv);
-    const Program::Opening how = arguments.takeOpening();
-    if (!arguments.are(1)) return Program::usage("pages [--any [--password P]] FILE");
+    const Program::Arguments arguments(
+        argc, argv,
+        {"pages FILE", "Prints each page: its number, its object, its media box and its turn.",
+         Program::openingOptions()});
+    if (!arguments.are(1)) return arguments.refuse();
+
+    const auto how = Program::opening(arguments);
     const auto document = Program::open(arguments[0], how);
     if (!document) return Program::failed;
     const auto pages = Tools::allPages(*document);
-    if (!pages) return Program::failure();
+    if (!pages) return Program::failure(arguments[0], how);
     for (std::size_t index = 0; index < pages->size(); ++index)
-        print(index, (*pages)[index]);
+        print(index + 1, (*pages)[index]);
     return Program::finishOutput();
 }

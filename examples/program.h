@@ -1,26 +1,21 @@
 #pragma once
 
 /// @file
-/// What the example programs share: arguments, failures, opening and saving.
+/// What the example programs share: how they open documents, and how they save them. Their command
+/// lines are in arguments.h, their failures in failure.h.
+
+#include "arguments.h"
 
 #include <host/files.h>
+#include <host/log.h>
 #include <pdf/document.h>
-#include <pdf/errors.h>
 #include <pdf/tools/files.h>
 #include <pdf/tools/losses.h>
 #if defined(FILES_PDF_HAS_IMPORT)
 #include <pdf/import.h>
 #endif
 
-#include <algorithm>
-#include <charconv>
-#include <cstdint>
-#include <cstdio>
-#include <optional>
-#include <string>
-#include <string_view>
-#include <system_error>
-#include <vector>
+#include <fstream>
 
 namespace Program {
 
@@ -28,165 +23,157 @@ using Host::Ref;
 using Libraries::Files::PDF::Document;
 namespace Tools = Libraries::Files::PDF::Tools;
 
-/// How a program opens what it is given: as the library does, or through the import.
+/// How a program opens what it is given, as its options say.
 struct Opening {
-    bool any = false;
-    std::string_view password = {};
+    std::string password{};
+    bool possible = true; ///< false where an option was of no use, which has been reported
+    bool mends = true;    ///< false for a program that asks the library alone
 };
 
-/// The arguments of a program, options apart.
-class Arguments {
-public:
-    Arguments(int count, char** values) : values_(values + std::min(count, 1), values + count) {}
-
-    /// Whether `option` was given; takes it out.
-    bool take(std::string_view option) { return std::erase(values_, option) != 0; }
-
-    /// The argument behind `option`, or nothing where there is none; takes both out.
-    std::optional<std::string_view> takeValue(std::string_view option) {
-        const auto place = std::ranges::find(values_, option);
-        if (place == values_.end() || place + 1 == values_.end()) return std::nullopt;
-        const std::string_view value = place[1];
-        values_.erase(place, place + 2);
-        return value;
-    }
-
-    /// What `--any [--password P]` says; takes it out.
-    Opening takeOpening() {
-        if (!take("--any")) return {};
-        return {true, takeValue("--password").value_or("")};
-    }
-
-    /// Whether this many arguments are left, and no option that nobody took.
-    [[nodiscard]] bool are(std::size_t count) const {
-        return values_.size() == count &&
-               std::ranges::none_of(values_, [](auto value) { return value.starts_with("--"); });
-    }
-
-    [[nodiscard]] std::size_t size() const { return values_.size(); }
-    std::string_view operator[](std::size_t index) const { return values_[index]; }
-
-private:
-    std::vector<std::string_view> values_;
-};
-
-/// The decimal number that `text` is, or nothing where it is none or does not fit.
-template <class Number>
-std::optional<Number> number(std::string_view text) {
-    Number result{};
-    const char* end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, result);
-    if (error != std::errc{} || stop != end) return std::nullopt;
-    return result;
+/// Whether the library takes a file for something else than what it is: parts of it are not read,
+/// or are ciphertext.
+inline bool isMisread(const Document& document) {
+    const auto losses = Tools::losses(document);
+    return std::ranges::any_of(losses, [](const Tools::LossFound& loss) {
+        return Tools::isGrave(loss.kind) || loss.kind == Libraries::Files::PDF::Loss::Gaps;
+    });
 }
 
-/// The exit status of a failure.
-inline constexpr int failed = 1;
-
-/// Reports wrong usage; gives the exit status.
-inline int usage(const char* line) {
-    std::fprintf(stderr, "usage: %s\n", line);
-    return 2;
-}
-
-/// Reports the thread's error code, or `code`; gives the exit status.
-inline int failure(std::uint32_t code = Host::Error::get()) {
-    std::fprintf(stderr, "error %u (0x%X): %s\n", code, code,
-                 Libraries::Files::PDF::errorText(code));
-    return failed;
-}
-
-/// Whether `code` says that the library refuses a file, which the import may make one that it
-/// opens.
-inline bool isRefused(std::uint32_t code) {
-    using namespace Libraries::Files::PDF;
-    return code >= HeaderUnreadable && code <= ObjectUnreadable;
-}
-
-/// Says what to do about files that the library refuses.
-inline void hint() {
+/// Opens the document in the file at `path`: by the library, or through the import where that is
+/// what it takes. Null with the error code set. Every program opens its documents here.
+inline Ref<Document> load(std::string_view path, const Opening& how) {
+    Ref<Document> document = Tools::open(path);
 #if defined(FILES_PDF_HAS_IMPORT)
-    std::fputs(
-        "hint: \"normalise IN OUT\" makes almost any PDF one that opens; --any does it here\n",
-        stderr);
-#endif
-}
-
-/// The source that `path` and `how` name; null with the error code set.
-inline Ref<Interfaces::Stripe> source(std::string_view path, const Opening& how) {
-    Ref<Interfaces::Stripe> file = Host::FileSource::open(path);
-    if (!file || !how.any) return file;
-#if defined(FILES_PDF_HAS_IMPORT)
-    return Libraries::Files::PDF::Import::normalise(file, {.password = how.password});
+    const std::uint32_t code = Host::Error::get();
+    const bool unread = isOfFile(code) || code == Host::OutOfMemory;
+    if (document ? !isMisread(*document) : unread) return document;
+    namespace Import = Libraries::Files::PDF::Import;
+    Host::SysLogFilter::level(Host::LogLevel::Warning); // what is repaired is told
+    const Ref<Interfaces::Stripe> file = Host::FileSource::open(path);
+    const auto mended = file ? Import::normalise(file, {.password = how.password}) : nullptr;
+    document = mended ? Document::create(mended) : nullptr;
 #else
-    std::fputs("--any takes the import, which this program was built without\n", stderr);
-    Host::Error::set(Host::NotSupported);
-    return nullptr;
+    static_cast<void>(how);
 #endif
+    return document;
+}
+
+/// What helps where a document could not be opened, read or saved. Never to force anything.
+inline std::string_view remedy(std::uint32_t code, const Opening& how) {
+    using namespace Libraries::Files::PDF;
+    const bool structure = (code >= HeaderUnreadable && code <= ObjectUnreadable) ||
+                           (code >= NoTrailer && code <= PageInvalid) || code == ResultUnsound;
+    if (!structure) return advice(code);
+#if defined(FILES_PDF_HAS_IMPORT)
+    return how.mends ? advice(code) : "\"normalise IN OUT\" makes almost any PDF one that opens";
+#else
+    static_cast<void>(how);
+    return "this program was built without the import, which opens almost any PDF";
+#endif
+}
+
+/// Reports the thread's error code, of what was done with the document in `file`; gives the exit
+/// status.
+inline int failure(std::string_view file, const Opening& how) {
+    const std::uint32_t code = Host::Error::get();
+    return failure(file, code, {}, remedy(code, how));
 }
 
 /// Opens the document in the file at `path`; null where that failed, which has been reported then.
 inline Ref<Document> open(std::string_view path, const Opening& how = {}) {
-    const Ref<Interfaces::Stripe> stripe = source(path, how);
-    Ref<Document> document = stripe ? Document::create(stripe) : nullptr;
-    if (document) return document;
-    const std::uint32_t code = Host::Error::get();
-    failure(code);
-    if (isRefused(code) && !how.any) hint();
-    return nullptr;
+    if (!how.possible) return nullptr;
+    Ref<Document> document = load(path, how);
+    if (!document) static_cast<void>(failure(path, how));
+    return document;
+}
+
+/// The first line of a file; false where it cannot be read, which is reported.
+inline bool readPassword(std::string_view path, std::string& password) {
+    std::ifstream file{std::string(path)};
+    if (file) std::getline(file, password);
+    if (password.ends_with('\r')) password.pop_back();
+    if (file.is_open() && !file.bad()) return true;
+    static_cast<void>(Host::FileSource::open(path)); // fails as well, and says why
+    static_cast<void>(failure(path));
+    return false;
+}
+
+/// What the options of `openingOptions` say.
+inline Opening opening(const Arguments& arguments) {
+    Opening how;
+    if (const auto text = arguments.value("--password")) how.password = *text;
+    const auto path = arguments.value("--password-file");
+    how.possible = !path || readPassword(*path, how.password);
+    return how;
+}
+
+/// `options`, and those of every program that opens a document.
+inline std::vector<Option> openingOptions(std::vector<Option> options = {}) {
+    options.push_back({"--password-file", "FILE", "the password is FILE's first line"});
+    options.push_back(
+        {"--password", "P", "the password; others may see it while the program runs"});
+    options.push_back({"--any", "", "opens almost any PDF, as without it"});
+    return options;
 }
 
 /// How a program saves, as its options say.
 struct Saving {
     Tools::SaveOptions options;
-    bool faithful = false;
+    bool canonical = false;
+    Opening how; ///< how the document was opened: names what helps
 };
 
-/// Takes the options out that every program which writes has.
-inline Saving takeSaving(Arguments& arguments) {
+/// What the options of `writingOptions` say.
+inline Saving saving(const Arguments& arguments, const Opening& how) {
     Saving saving;
-    saving.options.look = !arguments.take("--no-verify");
-    saving.options.force = arguments.take("--force");
-    saving.faithful = arguments.take("--faithful");
+    saving.options.look = !arguments.has("--no-verify");
+    saving.options.force = arguments.has("--force");
+    saving.canonical = arguments.has("--canonical");
+    saving.how = how;
     return saving;
 }
 
+/// `options`, and those of every program that opens a document and writes one.
+inline std::vector<Option> writingOptions(std::vector<Option> options = {}) {
+    options = openingOptions(std::move(options));
+    options.push_back({"--canonical", "", "writes numbers canonically: 1.05 becomes 1.5"});
+    options.push_back({"--faithful", "", "writes numbers as they were read, as without it"});
+    options.push_back({"--no-verify", "", "warns of nothing and does not look at the result"});
+    options.push_back({"--force", "", "writes what loses pages, revisions or decryption"});
+    return options;
+}
+
 /// Says on standard error what the rewrite of a document loses, a line for each kind.
-inline void warnOfLosses(const Document& document) {
+inline void warnOfLosses(const Document& document, const std::string& before = {}) {
     for (const Tools::LossFound& loss : Tools::losses(document)) {
-        std::fprintf(stderr, "warning: %s: %llu", Tools::lossText(loss.kind),
-                     static_cast<unsigned long long>(loss.count));
-        if (loss.firstObject != 0) std::fprintf(stderr, ", first in object %u", loss.firstObject);
-        std::fputc('\n', stderr);
+        std::string line = before + "warning: " + Tools::lossText(loss.kind) + ": ";
+        line += std::to_string(loss.count);
+        if (loss.firstObject != 0) line += ", first in object " + std::to_string(loss.firstObject);
+        std::fprintf(stderr, "%s\n", line.c_str());
     }
 }
 
-/// Saves `document` to the file at `path` and gives the exit status: 3 where the result would be no
-/// sound document.
+/// Saves `document` to the file at `path`, as `saving` says, and warns of what is lost, with
+/// `before` in front of each line. A failure is not reported.
+inline Tools::Saved store(Document& document, std::string_view path, const Saving& saving,
+                          const std::string& before = {}) {
+    document.faithfulNumbers(!saving.canonical);
+    if (saving.options.look) warnOfLosses(document, before);
+    return Tools::save(document, path, saving.options);
+}
+
+/// Why the file was not written, beyond the code.
+inline std::string_view why(Tools::Saved saved) {
+    if (saved == Tools::Saved::Unreadable) return "left as it was, for the result would not open";
+    return saved == Tools::Saved::Unsound ? "left as it was" : Host::Error::reason();
+}
+
+/// The same, reported; gives the exit status.
 inline int save(Document& document, std::string_view path, const Saving& saving = {}) {
-    document.faithfulNumbers(saving.faithful);
-    if (saving.options.look) warnOfLosses(document);
-    const std::string name(path);
-    switch (Tools::save(document, path, saving.options)) {
-    case Tools::Saved::Done:
-        return 0;
-    case Tools::Saved::Unreadable:
-        std::fprintf(stderr, "the result would not open; %s is left as it was\n", name.c_str());
-        return failure();
-    case Tools::Saved::Unsound:
-        std::fprintf(stderr, "%s is left as it was; --force writes it all the same\n",
-                     name.c_str());
-        static_cast<void>(failure());
-        return 3;
-    default:
-        return failure();
-    }
-}
-
-/// Gives standard output's pending data out; gives the exit status.
-inline int finishOutput() {
-    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) return failure(Host::FileNotWritten);
-    return 0;
+    const Tools::Saved saved = store(document, path, saving);
+    if (saved == Tools::Saved::Done) return done;
+    const std::uint32_t code = Host::Error::get();
+    return failure(path, code, why(saved), remedy(code, saving.how));
 }
 
 } // namespace Program

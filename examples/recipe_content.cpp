@@ -29,10 +29,16 @@ bool redraw(Document& document) {
 } // namespace
 
 int main(int argc, char** argv) {
-    const Program::Arguments arguments(argc, argv);
-    if (!arguments.are(2)) return Program::usage("recipe_content IN OUT");
-    const auto document = Program::open(arguments[0]);
+    const Program::Arguments arguments(
+        argc, argv,
+        {"recipe_content IN OUT",
+         "Has the first page show a grey box, and adds a page with a text behind the last one.",
+         Program::writingOptions()});
+    if (!arguments.are(2)) return arguments.refuse();
+
+    const auto how = Program::opening(arguments);
+    const auto document = Program::open(arguments[0], how);
     if (!document) return Program::failed;
-    if (!redraw(*document)) return Program::failure();
-    return Program::save(*document, arguments[1]);
+    if (!redraw(*document)) return Program::failure(arguments[0], how);
+    return Program::save(*document, arguments[1], Program::saving(arguments, how));
 }

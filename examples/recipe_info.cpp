@@ -31,11 +31,16 @@ bool setInfo(Document& document, std::string_view key, std::string_view value) {
 } // namespace
 
 int main(int argc, char** argv) {
-    const Program::Arguments arguments(argc, argv);
-    if (!arguments.are(4)) return Program::usage("recipe_info IN OUT KEY VALUE");
-    const auto document = Program::open(arguments[0]);
+    const Program::Arguments arguments(argc, argv,
+                                       {"recipe_info IN OUT KEY VALUE",
+                                        "Prints the document information and sets one entry of it.",
+                                        Program::writingOptions()});
+    if (!arguments.are(4)) return arguments.refuse();
+
+    const auto how = Program::opening(arguments);
+    const auto document = Program::open(arguments[0], how);
     if (!document) return Program::failed;
-    if (!setInfo(*document, arguments[2], arguments[3])) return Program::failure();
+    if (!setInfo(*document, arguments[2], arguments[3])) return Program::failure(arguments[0], how);
     if (const int status = Program::finishOutput(); status != 0) return status;
-    return Program::save(*document, arguments[1]);
+    return Program::save(*document, arguments[1], Program::saving(arguments, how));
 }

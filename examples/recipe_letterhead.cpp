@@ -19,11 +19,16 @@ bool addLetterhead(Document& document, const Ref<Document>& letterhead) {
 } // namespace
 
 int main(int argc, char** argv) {
-    const Program::Arguments arguments(argc, argv);
-    if (!arguments.are(3)) return Program::usage("recipe_letterhead IN LETTERHEAD OUT");
-    const auto document = Program::open(arguments[0]);
-    const auto letterhead = document ? Program::open(arguments[1]) : nullptr;
+    const Program::Arguments arguments(
+        argc, argv,
+        {"recipe_letterhead IN LETTERHEAD OUT",
+         "Lays the first page of LETTERHEAD beneath every page of IN.", Program::writingOptions()});
+    if (!arguments.are(3)) return arguments.refuse();
+
+    const auto how = Program::opening(arguments);
+    const auto document = Program::open(arguments[0], how);
+    const auto letterhead = document ? Program::open(arguments[1], how) : nullptr;
     if (!letterhead) return Program::failed;
-    if (!addLetterhead(*document, letterhead)) return Program::failure();
-    return Program::save(*document, arguments[2]);
+    if (!addLetterhead(*document, letterhead)) return Program::failure(arguments[0], how);
+    return Program::save(*document, arguments[2], Program::saving(arguments, how));
 }

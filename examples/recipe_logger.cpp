@@ -39,11 +39,16 @@ private:
 } // namespace
 
 int main(int argc, char** argv) {
-    const Program::Arguments arguments(argc, argv);
-    if (!arguments.are(1)) return Program::usage("recipe_logger FILE");
+    const Program::Arguments arguments(
+        argc, argv,
+        {"recipe_logger FILE",
+         "Opens a document, with the library's messages on standard output."});
+    if (!arguments.are(1)) return arguments.refuse();
+
     AppLog log;
     Host::SysLogFilter::level(Host::LogLevel::Warning);
-    const auto document = Tools::open(arguments[0]);
+    const auto document = Program::open(arguments[0]);
     std::printf("%s, %d errors\n", document ? "opened" : "not opened", log.count());
-    return Program::finishOutput();
+    const int status = Program::finishOutput();
+    return document ? status : Program::failed;
 }

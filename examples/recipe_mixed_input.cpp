@@ -41,12 +41,19 @@ const char* kindOf(std::string_view path, std::size_t& pages) {
 } // namespace
 
 int main(int argc, char** argv) {
-    if (argc < 2) return Program::usage("recipe_mixed_input FILE...");
+    const Program::Arguments arguments(
+        argc, argv,
+        {"recipe_mixed_input FILE...", "Says of each file what it is, a line for each."});
+    if (!arguments.are(1, SIZE_MAX)) return arguments.refuse();
+
     Host::SysLogFilter::state(Host::SysLogFilter::id("PDF"), false);
-    for (const std::string& path : std::vector<std::string>(argv + 1, argv + argc)) {
+    int status = Program::done;
+    for (std::size_t index = 0; index < arguments.size(); ++index) {
+        const std::string path(arguments[index]);
         std::size_t pages = 0;
         const char* kind = kindOf(path, pages);
-        std::printf("%s, %zu pages\n", kind, pages);
+        std::printf("%s: %s, %zu pages\n", path.c_str(), kind, pages);
+        if (!Host::FileSource::open(path)) status = Program::failure(path);
     }
-    return Program::finishOutput();
+    return Program::finishOutput() == Program::done ? status : Program::failed;
 }

@@ -32,8 +32,9 @@ void list(const Document& document, const Dictionary& resources, const char* cat
 /// Fonts and images of every page, with what pages inherit. False where the tree is unsound.
 bool listAll(const Document& document) {
     const auto pages = Tools::allPages(document);
+    std::size_t number = 0; // as people count
     for (const Tools::Page& page : pages) {
-        std::printf("page %u\n", page.object->id());
+        std::printf("page %zu\n", ++number);
         if (!page.resources) continue;
         list(document, *page.resources, "Font");
         list(document, *page.resources, "XObject");
@@ -45,10 +46,15 @@ bool listAll(const Document& document) {
 } // namespace
 
 int main(int argc, char** argv) {
-    const Program::Arguments arguments(argc, argv);
-    if (!arguments.are(1)) return Program::usage("recipe_resources FILE");
-    const auto document = Program::open(arguments[0]);
+    const Program::Arguments arguments(argc, argv,
+                                       {"recipe_resources FILE",
+                                        "Lists the fonts and images of each page.",
+                                        Program::openingOptions()});
+    if (!arguments.are(1)) return arguments.refuse();
+
+    const auto how = Program::opening(arguments);
+    const auto document = Program::open(arguments[0], how);
     if (!document) return Program::failed;
-    if (!listAll(*document)) return Program::failure();
+    if (!listAll(*document)) return Program::failure(arguments[0], how);
     return Program::finishOutput();
 }

@@ -12,8 +12,9 @@ using namespace Libraries::Files::PDF;
 using Host::Ref;
 
 // page begin
-/// Writes FOLDER/ID.bin for each stream that can be decoded, and says why of each other one.
-void extract(Document& document, const std::string& folder) {
+/// Writes FOLDER/ID.bin for each stream that can be decoded, and says why of each other one. Gives
+/// the path of what could not be written, if any.
+std::string extract(Document& document, const std::string& folder) {
     constexpr std::uint64_t limit = 100'000'000; // bytes: a stranger's stream may hold any number
     for (const auto& object : document.getObjects()) {
         if (object->valueType() != Value::Type::Stream) continue;
@@ -22,21 +23,28 @@ void extract(Document& document, const std::string& folder) {
             std::printf("%u: %s\n", object->id(), errorText(Host::Error::get()));
             continue;
         }
-        std::ofstream file(folder + "/" + std::to_string(object->id()) + ".bin", std::ios::binary);
+        const std::string path = folder + "/" + std::to_string(object->id()) + ".bin";
+        std::ofstream file(path, std::ios::binary);
         file.write(reinterpret_cast<const char*>(bytes->bytes().data()),
                    static_cast<std::streamsize>(bytes->bytes().size()));
-        if (!file.flush()) std::printf("%u: not written\n", object->id());
+        if (!file.flush()) return path;
     }
+    return {};
 }
 // page end
 
 } // namespace
 
 int main(int argc, char** argv) {
-    const Program::Arguments arguments(argc, argv);
-    if (!arguments.are(2)) return Program::usage("recipe_streams FILE FOLDER");
-    const auto document = Program::open(arguments[0]);
+    const Program::Arguments arguments(argc, argv,
+                                       {"recipe_streams FILE FOLDER",
+                                        "Writes the data of each stream to a file in FOLDER.",
+                                        Program::openingOptions()});
+    if (!arguments.are(2)) return arguments.refuse();
+
+    const auto document = Program::open(arguments[0], Program::opening(arguments));
     if (!document) return Program::failed;
-    extract(*document, std::string(arguments[1]));
-    return Program::finishOutput();
+    const std::string lost = extract(*document, std::string(arguments[1]));
+    if (lost.empty()) return Program::finishOutput();
+    return Program::failure(lost, Host::FileNotWritten, "", "check that its folder is there");
 }

@@ -21,10 +21,10 @@ int recompress(const std::vector<std::string>& files, unsigned threads) {
         for (std::size_t index = next++; index < files.size(); index = next++) {
             const auto document = Tools::open(files[index]); // of this thread alone
             const bool smaller = document && Tools::compressStreams(*document);
-            const auto target = smaller ? Host::FileTarget::create(files[index] + ".new") : nullptr;
+            const std::string target = files[index] + ".new";
+            if (smaller && Tools::save(*document, target) == Tools::Saved::Done) continue;
             // The code is that of this thread, whatever the others do.
-            if (target && document->write(target) && target->commit()) continue;
-            std::fprintf(stderr, "%s: %s\n", files[index].c_str(), errorText(Host::Error::get()));
+            static_cast<void>(Program::failure(document ? target : files[index], {.mends = false}));
             ++failed;
         }
     };
@@ -40,7 +40,13 @@ int recompress(const std::vector<std::string>& files, unsigned threads) {
 } // namespace
 
 int main(int argc, char** argv) {
-    const std::vector<std::string> files(argv + 1, argv + argc);
-    if (files.empty()) return Program::usage("recipe_threads FILE...");
-    return recompress(files, 2) == 0 ? 0 : 1;
+    const Program::Arguments arguments(
+        argc, argv,
+        {"recipe_threads FILE...",
+         "Compresses the streams of each FILE, into FILE.new beside it."});
+    if (!arguments.are(1, SIZE_MAX)) return arguments.refuse();
+    std::vector<std::string> files;
+    for (std::size_t index = 0; index < arguments.size(); ++index)
+        files.emplace_back(arguments[index]);
+    return recompress(files, 2) == 0 ? Program::done : Program::failed;
 }

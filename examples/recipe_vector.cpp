@@ -4,7 +4,6 @@
 
 #include <pdf/tools/editing.h>
 
-#include <fstream>
 #include <iterator>
 
 namespace {
@@ -13,7 +12,8 @@ using namespace Libraries::Files::PDF;
 using Host::Ref;
 
 // page begin
-/// Takes a document as bytes, marks it, and gives it as bytes. Empty with the code set on failure.
+/// Takes a document as bytes, marks it, and gives it as bytes. Empty with the code set on failure,
+/// also where the result would not be a sound document.
 std::vector<std::uint8_t> marked(std::span<const std::uint8_t> bytes, std::string_view mark) {
     const auto source = Host::MemoryStripe::create(bytes); // a copy: the row may go
     const auto document = source ? Document::create(source) : nullptr;
@@ -21,21 +21,38 @@ std::vector<std::uint8_t> marked(std::span<const std::uint8_t> bytes, std::strin
     const auto target = catalog ? Host::MemoryStripe::create() : nullptr;
     const auto name = target ? Name::create(mark) : nullptr;
     if (!name || !catalog->valueAsDictionary()->set("Mark", name)) return {};
-    if (!document->write(target)) return {};
+    for (const auto& loss : Tools::losses(*document)) {
+        if (!Tools::isGrave(loss.kind)) continue;
+        Host::Error::set(ResultUnsound);
+        return {};
+    }
+    document->faithfulNumbers(true);
+    if (!document->write(target) || !Document::create(target)) return {}; // it opens again
     return {target->bytes().begin(), target->bytes().end()};
 }
 // page end
 
+/// What stands for the database: a row is a file. Gives the exit status.
+int store(const std::vector<std::uint8_t>& row, std::string_view path) {
+    const auto target = Host::FileTarget::create(path);
+    const bool taken = target && target->writeBytes(row.data(), row.size()) == row.size();
+    return taken && target->commit() ? Program::done : Program::failure(path);
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
-    const Program::Arguments arguments(argc, argv);
-    if (!arguments.are(2)) return Program::usage("recipe_vector IN OUT");
-    std::ifstream in{std::string(arguments[0]), std::ios::binary};
-    const std::vector<char> row{std::istreambuf_iterator<char>(in), {}};
-    const auto result = marked(std::vector<std::uint8_t>(row.begin(), row.end()), "Seen");
-    if (result.empty()) return Program::failure();
-    std::ofstream out{std::string(arguments[1]), std::ios::binary};
-    std::copy(result.begin(), result.end(), std::ostreambuf_iterator<char>(out));
-    return out.flush() ? 0 : Program::failure(Host::FileNotWritten);
+    const Program::Arguments arguments(
+        argc, argv,
+        {"recipe_vector IN OUT", "Marks the document in IN, in memory, and gives OUT."});
+    if (!arguments.are(2)) return arguments.refuse();
+
+    const auto file = Host::FileSource::open(arguments[0]);
+    if (!file) return Program::failure(arguments[0]);
+    std::vector<std::uint8_t> row(file->size());
+    if (file->readBytes(row.data(), row.size()) != row.size())
+        return Program::failure(arguments[0]);
+    const auto result = marked(row, "Seen");
+    return result.empty() ? Program::failure(arguments[0], {.mends = false})
+                          : store(result, arguments[1]);
 }

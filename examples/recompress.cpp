@@ -5,23 +5,26 @@
 #include <pdf/tools/streams.h>
 
 int main(int argc, char** argv) {
-    static constexpr const char* usage =
-        "recompress [--no-verify] [--force] [--faithful] [--any [--password P]] [--limit BYTES] "
-        "none|flate IN OUT";
-    Program::Arguments arguments(argc, argv);
-    const auto allowed = arguments.takeValue("--limit");
-    const auto limit = Program::number<std::uint64_t>(allowed.value_or(""));
-    if (allowed && !limit) return Program::usage(usage);
-    const Program::Saving saving = Program::takeSaving(arguments);
-    const Program::Opening how = arguments.takeOpening();
-    if (!arguments.are(3)) return Program::usage(usage);
+    using namespace Libraries::Files::PDF;
+    const Program::Arguments arguments(
+        argc, argv,
+        {"recompress none|flate IN OUT",
+         "Compresses the streams of IN (flate), or stores them plainly (none), in OUT.",
+         Program::writingOptions({{"--limit", "BYTES", "lets all plain data take so much"}})});
+    if (!arguments.are(3)) return arguments.refuse();
     const bool compress = arguments[0] == "flate";
-    if (!compress && arguments[0] != "none") return Program::usage(usage);
+    if (!compress && arguments[0] != "none")
+        return arguments.refuse("streams become none or flate");
+    const auto allowed = arguments.value("--limit");
+    const auto limit = Program::number<std::uint64_t>(allowed.value_or(""));
+    if (allowed && !limit) return arguments.refuse("--limit takes a number of bytes");
 
+    const auto how = Program::opening(arguments);
     const auto document = Program::open(arguments[1], how);
     if (!document) return Program::failed;
-    const bool done = compress ? Program::Tools::compressStreams(*document)
-                               : Program::Tools::expandStreams(*document, {limit});
-    if (!done) return Program::failure();
-    return Program::save(*document, arguments[2], saving);
+    const bool well =
+        compress ? Tools::compressStreams(*document) : Tools::expandStreams(*document, {limit});
+    if (well) return Program::save(*document, arguments[2], Program::saving(arguments, how));
+    if (Host::Error::get() != ExpansionTooBig) return Program::failure(arguments[1], how);
+    return Program::failure(arguments[1], ExpansionTooBig, "", "--limit BYTES allows more");
 }

@@ -1,17 +1,16 @@
-// Opens a document and writes it back in canonical form.
+// Opens a document and writes it back.
 
 #include "program.h"
 
 int main(int argc, char** argv) {
-    Program::Arguments arguments(argc, argv);
-    const Program::Saving saving = Program::takeSaving(arguments);
-    const Program::Opening how = arguments.takeOpening();
-    if (!arguments.are(2)) {
-        return Program::usage(
-            "rewrite [--no-verify] [--force] [--faithful] [--any [--password P]] IN OUT");
-    }
+    const Program::Arguments arguments(
+        argc, argv,
+        {"rewrite IN OUT", "Writes the document in IN to OUT, one object behind the other.",
+         Program::writingOptions()});
+    if (!arguments.are(2)) return arguments.refuse();
 
+    const auto how = Program::opening(arguments);
     const auto document = Program::open(arguments[0], how);
     if (!document) return Program::failed;
-    return Program::save(*document, arguments[1], saving);
+    return Program::save(*document, arguments[1], Program::saving(arguments, how));
 }

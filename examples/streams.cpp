@@ -14,18 +14,23 @@ Host::Ref<Object> find(const Document& document, std::uint32_t id, std::uint16_t
     return nullptr;
 }
 
+/// What helps where an object has no data to be had.
+std::string_view nextFor(std::uint32_t code) {
+    if (code == FilterUnsupported) return "without --decode it is written as it is stored";
+    return code == ObjectNotFound || code == UnexpectedKind
+               ? "inspect lists the objects; kind 7 is streams"
+               : "";
+}
+
 // Gives the exit status.
-int copyToOutput(Interfaces::Stripe& data) {
+int copyToOutput(Interfaces::Stripe& data, std::string_view file) {
     std::vector<std::uint8_t> block(64 * 1024);
-    if (data.position(0) != 0) return Program::failure(Host::FileNotRead);
+    if (data.position(0) != 0) return Program::failure(file, Host::FileNotRead);
     for (std::uint64_t left = data.size(); left != 0;) {
         const auto count = std::min<std::uint64_t>(left, block.size());
-        if (data.readBytes(block.data(), count) != count) {
-            return Program::failure(Host::FileNotRead);
-        }
-        if (std::fwrite(block.data(), 1, count, stdout) != count) {
-            return Program::failure(Host::FileNotWritten);
-        }
+        if (data.readBytes(block.data(), count) != count)
+            return Program::failure(file, Host::FileNotRead);
+        if (std::fwrite(block.data(), 1, count, stdout) != count) break;
         left -= count;
     }
     return Program::finishOutput();
@@ -34,19 +39,26 @@ int copyToOutput(Interfaces::Stripe& data) {
 } // namespace
 
 int main(int argc, char** argv) {
-    static constexpr const char* usage = "streams [--any [--password P]] FILE ID GEN [--decode]";
-    Program::Arguments arguments(argc, argv);
-    const bool decode = arguments.take("--decode");
-    const Program::Opening how = arguments.takeOpening();
-    if (!arguments.are(3)) return Program::usage(usage);
+    auto options =
+        Program::openingOptions({{"--decode", "", "decodes the data (FlateDecode alone)"}});
+    const Program::Arguments arguments(
+        argc, argv,
+        {"streams FILE ID GEN",
+         "Writes the data of the stream in object ID, generation GEN, to standard output.",
+         options});
+    if (!arguments.are(3)) return arguments.refuse();
     const auto id = Program::number<std::uint32_t>(arguments[1]);
     const auto generation = Program::number<std::uint16_t>(arguments[2]);
-    if (!id || !generation) return Program::usage(usage);
+    if (!id || !generation) return arguments.refuse("ID and GEN are an object's numbers");
 
+    const auto how = Program::opening(arguments);
     const auto document = Program::open(arguments[0], how);
     if (!document) return Program::failed;
     const auto object = find(*document, *id, *generation);
     const auto stream = object ? object->valueAsStream() : nullptr;
-    const auto data = stream ? document->readStreamData(stream, decode) : nullptr;
-    return data ? copyToOutput(*data) : Program::failure();
+    const auto data =
+        stream ? document->readStreamData(stream, arguments.has("--decode")) : nullptr;
+    if (data) return copyToOutput(*data, arguments[0]);
+    const std::string what = "object " + std::to_string(*id) + " " + std::to_string(*generation);
+    return Program::failure(arguments[0], Host::Error::get(), what, nextFor(Host::Error::get()));
 }

@@ -4,7 +4,7 @@
 #   streams     stream data of known samples
 #   nested      pages below nodes, as inspect and pages show them
 #   usage       arguments that are wrong
-#   errors      input that does not open, output that cannot be made
+#   errors      input that does not open
 #   verify      a document whose rewrite does not open
 #   losses      documents that do not come through a rewrite as they were
 
@@ -107,10 +107,10 @@ test_nested() {
 4 n
 5 n'
     status 0 "$programs/pages" "$work/nested.pdf"
-    printf 'page 0 4 0 0,0,595.25,842 90\npage 1 4 0 0,0,595.25,842 90\n' >"$work/wanted"
+    printf 'page 1 4 0 0,0,595.25,842 90\npage 2 4 0 0,0,595.25,842 90\n' >"$work/wanted"
     same "$work/wanted" "$work/out"
     status 0 "$programs/inspect" "$work/nested.pdf"
-    printf 'page 0 3 0\nnested 2\n' >"$work/wanted"
+    printf 'page 1 3 0\nnested 2\n' >"$work/wanted"
     tail -n 2 "$work/out" >"$work/got"
     same "$work/wanted" "$work/got"
     status 0 "$programs/pages" "$samples/plain-2pages.pdf"
@@ -130,12 +130,9 @@ test_usage() {
         grep -Eq "^usage: $program " "$work/err" || fail "$program $arguments: no usage line"
         [ ! -s "$work/out" ] || fail "$program $arguments: something on standard output"
     done <<ROWS
-inspect
 inspect FILE FILE
 inspect --verbose
-pages
 pages FILE FILE
-rewrite FILE
 rewrite FILE OUT --verify
 rewrite --no-verify FILE
 recompress FILE OUT
@@ -151,78 +148,68 @@ ROWS
 }
 
 test_errors() {
-    printf 'no document\n' >"$work/text.pdf"
     printf '%%PDF-1.4\n' >"$work/header.pdf"
     : >"$work/empty.pdf"
-    head -c 5000 "$samples/typeset-report.pdf" >"$work/cut.pdf"
-    # Name, code, code in hexadecimal.
-    while read -r name code hex; do
-        status 1 "$programs/inspect" "$work/$name"
-        reports "$code" "$hex"
-        status 1 "$programs/rewrite" "$work/$name" "$work/never.pdf"
-        reports "$code" "$hex"
+    # Name, code, code in hexadecimal, without the import and with it.
+    while read -r name without with; do
+        code=$without
+        ! has_import || code=$with
+        for program in inspect rewrite; do
+            status 1 "$programs/$program" "$work/$name" \
+                $([ $program = inspect ] || echo "$work/never.pdf")
+            reports "${code%,*}" "${code#*,}"
+        done
         [ ! -e "$work/never.pdf" ] || fail "$name was rewritten"
     done <<ROWS
-text.pdf 1281 501
-header.pdf 1282 502
-empty.pdf 1280 500
-cut.pdf 1282 502
-missing.pdf 34049 8501
-. 34052 8504
+header.pdf 1282,502 34067,8513
+empty.pdf 1280,500 34064,8510
 ROWS
-    status 1 "$programs/rewrite" "$samples/letterhead.pdf" "$work/missing/out.pdf"
-    reports 34049 8501
 }
 
-# The object numbers of this document have a gap, which a rewrite's table does not tell.
+# This library does not read again what it makes of a text with a backslash.
 test_verify() {
-    document gap.pdf '1 <</Type/Catalog/Pages 2 0 R>>
-2 <</Type/Pages/Count 1/Kids[4 0 R]>>
-4 <</Type/Page/Parent 2 0 R/MediaBox[0 0 200 200]>>' '0 f
-1 n
-2 n
-3 f
-4 n'
-    status 0 "$programs/inspect" "$work/gap.pdf"
-    grep -qx 'page 0 4 0' "$work/out" || fail "the page is missing: $(cat "$work/out")"
-
+    sed 's/(anonymous)/(\\134danon)/' "$samples/plain-2pages.pdf" >"$work/text.pdf"
     echo 'mine' >"$work/wanted"
     cp "$work/wanted" "$work/target.pdf"
+    : >"$work/out"
+    : >"$work/err"
     files=$(ls "$work")
     for target in target.pdf new.pdf; do
-        status 1 "$programs/rewrite" "$work/gap.pdf" "$work/$target"
-        reports 1287 507
-        grep -q "would not open; $work/$target is left as it was" "$work/err" ||
+        status 1 "$programs/rewrite" "$work/text.pdf" "$work/$target"
+        grep -q "^error 1287 .*$work/$target: left as it was, for the result would not open; " "$work/err" ||
             fail "not said why: $(cat "$work/err")"
     done
     same "$work/wanted" "$work/target.pdf"
     [ "$(ls "$work")" = "$files" ] || fail "files were left: $(ls "$work")"
-
-    status 0 "$programs/rewrite" --no-verify "$work/gap.pdf" "$work/target.pdf"
-    status 1 "$programs/inspect" "$work/target.pdf"
-    reports 1287 507
+    status 0 "$programs/rewrite" --no-verify "$work/text.pdf" "$work/target.pdf"
 }
 
+# What the library reads a part of is read as a whole, or refused.
 test_losses() {
-    # What would be no sound document is refused, unless it is forced or nobody asks.
-    for name in incremental-update two-subsections; do
+    for name in incremental-update:3 two-subsections:1 gaps-in-the-numbers:6; do
+        file=$samples/modern/${name%:*}.pdf
         echo mine >"$work/target.pdf"
-        status 3 "$programs/rewrite" "$samples/modern/$name.pdf" "$work/target.pdf"
-        reports 34080 8520
-        grep -q '^warning: the page tree leads nowhere: 1$' "$work/err" || fail "$name: $(cat "$work/err")"
+        if has_import; then
+            status 0 "$programs/rewrite" "$file" "$work/target.pdf"
+            if grep -q '^warning: ' "$work/err"; then fail "$name: $(cat "$work/err")"; fi
+            [ "$("$programs/pages" "$work/target.pdf" | grep -c '^page ')" -eq "${name#*:}" ] ||
+                fail "$name: $("$programs/pages" "$work/target.pdf")"
+            continue
+        fi
+        status 3 "$programs/rewrite" "$file" "$work/target.pdf"
+        grep -q '^error 34080 .*target.pdf: left as it was; this program was built without' "$work/err" ||
+            fail "$name: $(cat "$work/err")"
         [ "$(cat "$work/target.pdf")" = mine ] || fail "$name: the target was written"
-        status 0 "$programs/rewrite" --force "$samples/modern/$name.pdf" "$work/target.pdf"
+        status 0 "$programs/rewrite" --force "$file" "$work/target.pdf"
         grep -q '^warning: ' "$work/err" || fail "$name: forced, and not a word"
-        status 0 "$programs/rewrite" --no-verify "$samples/modern/$name.pdf" "$work/target.pdf"
-        [ ! -s "$work/err" ] || fail "$name: $(cat "$work/err")"
     done
-    # Numbers go their way, and are told, or stay as they were read.
-    status 0 "$programs/rewrite" "$samples/browser-print.pdf" "$work/parts.pdf"
+    # Numbers stay as they were read, or go their way, and are told.
+    status 0 "$programs/rewrite" --canonical "$samples/browser-print.pdf" "$work/parts.pdf"
     [ "$(cat "$work/err")" = 'warning: fractions lose the zeros that they begin with: 11, first in object 41' ] ||
         fail "$(cat "$work/err")"
-    status 0 "$programs/rewrite" --faithful "$samples/browser-print.pdf" "$work/faithful.pdf"
+    status 0 "$programs/rewrite" "$samples/browser-print.pdf" "$work/faithful.pdf"
     [ ! -s "$work/err" ] || fail "faithful: $(cat "$work/err")"
-    "$programs/rewrite" "$work/faithful.pdf" "$work/again.pdf" 2>"$work/err"
+    "$programs/rewrite" --canonical "$work/faithful.pdf" "$work/again.pdf" 2>"$work/err"
     same "$work/parts.pdf" "$work/again.pdf"
     status 0 "$programs/rewrite" --faithful "$work/faithful.pdf" "$work/again.pdf"
     same "$work/faithful.pdf" "$work/again.pdf"

@@ -89,11 +89,13 @@ test_unfit() {
 2 usage: name0
 2 usage: =x
 2 usage: --forced name0=x
-1 error.34819 name9=x
-1 error.34819 name0=x r0.2=v1
-1 error.33862 ok0=Maybe
-1 ch0.takes:.B ch0=D
-1 error.33862 ch0=A ch0=B
+1 error.34819.*/form-2pages.pdf:.it.has.no.field.name9;.near.to.it:.name0,.name1$ name9=x
+1 error.34819.*.near.to.it:.name0,.name1$ Name=x
+1 error.34819.*.near.to.it:.r0.0,.r0.1,.r0$ name0=x r0.2=v1
+1 error.34819.*."fields.FILE".lists quantity=1
+1 error.33862.*:.ok0.does.not.take."Maybe";.it.takes:.Yes$ ok0=Maybe
+1 error.33862.*:.ch0.does.not.take."D";.it.takes:.A,.B,.C$ ch0=D
+1 error.33862.*:.ch0.does.not.take."A"."B";.it.takes:.A,.B,.C$ ch0=A ch0=B
 1 error.65538 r0=v1 r0=v2
 ROWS
     status 1 "$programs/fields" "$samples/letterhead.pdf"

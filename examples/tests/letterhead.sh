@@ -47,6 +47,6 @@ test_unfit() {
 2 usage: --below letterhead.pdf letterhead.pdf $work/target.pdf
 1 error.34049 letterhead.pdf missing.pdf $work/target.pdf
 1 error.34049 missing.pdf letterhead.pdf $work/target.pdf
-1 There.is.no.page.1 --pages 1-2 letterhead.pdf letterhead.pdf $work/target.pdf
+1 error.33924.*:.letterhead.pdf:.page.2.is.asked.for;.it.has.1$ --pages 1-2 letterhead.pdf letterhead.pdf $work/target.pdf
 ROWS
 }

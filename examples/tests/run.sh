@@ -13,6 +13,11 @@ samples=$4
 work=$5
 sample=${6:-}
 
+# Whether the programs were built with the import.
+has_import() {
+    [ -x "$programs/normalise" ]
+}
+
 fail() {
     echo "FAILED: $*" >&2
     exit 1

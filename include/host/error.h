@@ -19,6 +19,10 @@ public:
     static void set(std::uint32_t code) noexcept;
     /// The code of this thread's last failure; `NoError` where there was none.
     [[nodiscard]] static std::uint32_t get() noexcept;
+    /// Why the system refused the file that this thread worked with last, in short English words
+    /// such as "permission denied"; for people, behind a code about files. Empty where the system
+    /// said nothing. Never null. Opening a `FileSource` or making a `FileTarget` begins anew.
+    [[nodiscard]] static const char* reason() noexcept;
 };
 
 /// Codes of the platform layer; those of documents are named in `pdf/errors.h`.

@@ -1,11 +1,16 @@
 #pragma once
 
 /// @file
-/// Versions of the file format.
+/// Versions: of the library, and of the file format.
+
+#include <host/export.h>
 
 #include <cstdint>
 
 namespace Libraries::Files::PDF {
+
+/// The version of this library, the one that runs: "0.1.0". Never null.
+[[nodiscard]] FILES_PDF_EXPORT const char* libraryVersion() noexcept;
 
 /// Version of the file format. 2.0 is 13.
 enum class PdfVersion : std::uint32_t {

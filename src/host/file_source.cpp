@@ -1,4 +1,5 @@
 #include "host/descriptor.h"
+#include "host/file_reason.h"
 #include "host/guard.h"
 #include "host/message.h"
 
@@ -110,6 +111,7 @@ std::uint64_t DescriptorSource::readFile(std::uint8_t* buffer, std::uint64_t cou
         });
         if (got <= 0) {
             // The end comes early where the file has shrunk.
+            if (got < 0) keepReason(errno);
             Error::set(FileNotRead);
             break;
         }
@@ -122,6 +124,7 @@ std::uint64_t DescriptorSource::readFile(std::uint8_t* buffer, std::uint64_t cou
 bool DescriptorSource::unchanged() noexcept {
     struct stat status {};
     if (::fstat(file_.get(), &status) == 0 && Stamp(status) == stamp_) return true;
+    keepReason("it has been changed since it was opened");
     log(SysLogFilter::global, LogLevel::Error, "The file has been changed since it was opened");
     Error::set(FileNotRead);
     return false;
@@ -140,21 +143,24 @@ void DescriptorSource::fill() noexcept {
     bufferStart_ = start;
 }
 
-Ref<FileSource> noFile(std::uint32_t code) noexcept {
+Ref<FileSource> noFile(std::uint32_t code, int reason = 0) noexcept {
+    keepReason(reason);
     Error::set(code);
     return nullptr;
 }
 
 Ref<FileSource> openSource(std::string_view path) {
+    keepReason(0);
     if (path.find('\0') != std::string_view::npos) return noFile(FileNotOpened);
     const std::string name(path);
     // A pipe nobody writes to must not block before it can be seen to be one.
     constexpr int flags = O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
     Descriptor file(uninterrupted([&] { return ::open(name.c_str(), flags); }));
-    if (!file.valid()) return noFile(FileNotOpened);
+    if (!file.valid()) return noFile(FileNotOpened, errno);
 
     struct stat status {};
-    if (::fstat(file.get(), &status) != 0) return noFile(FileNotOpened);
+    if (::fstat(file.get(), &status) != 0) return noFile(FileNotOpened, errno);
+    if (S_ISDIR(status.st_mode)) return noFile(NotARegularFile, EISDIR);
     if (!S_ISREG(status.st_mode)) return noFile(NotARegularFile);
 
     ByteBuffer buffer;

@@ -1,4 +1,5 @@
 #include "host/descriptor.h"
+#include "host/file_reason.h"
 #include "host/guard.h"
 #include "host/save_path.h"
 
@@ -19,6 +20,12 @@ constexpr std::size_t bufferSize = std::size_t{256} << 10;
 bool failWriting() noexcept {
     Error::set(FileNotWritten);
     return false;
+}
+
+/// Passes on whether a call of the system went well, and keeps why it did not.
+bool went(bool well) noexcept {
+    if (!well) keepReason(errno);
+    return well;
 }
 
 bool synchronise(int descriptor) noexcept {
@@ -85,6 +92,7 @@ bool NewFile::writeFile(const std::uint8_t* bytes, std::uint64_t count) noexcept
     while (count != 0) {
         const ssize_t put = uninterrupted([&] { return ::write(file_.get(), bytes, count); });
         if (put <= 0) {
+            if (put < 0) keepReason(errno);
             failed_ = true;
             return failWriting();
         }
@@ -99,9 +107,10 @@ Ref<FileSource> NewFile::written() noexcept {
 }
 
 bool NewFile::finish() noexcept {
-    const bool flushed = flush() && synchronise(file_.get());
-    const bool closed = file_.close();
-    return flushed && closed && std::rename(path_.temporary.c_str(), path_.target.c_str()) == 0;
+    const bool flushed = flush() && went(synchronise(file_.get()));
+    const bool closed = flushed ? went(file_.close()) : file_.close();
+    return flushed && closed &&
+           went(std::rename(path_.temporary.c_str(), path_.target.c_str()) == 0);
 }
 
 bool NewFile::commit() noexcept {
@@ -129,7 +138,7 @@ bool takeOverAccess(int descriptor, const struct stat& former) noexcept {
 bool NewFile::open(const struct stat* former) {
     file_ = Descriptor(path_.createTemporary(former != nullptr ? 0600 : 0666));
     pending_ = file_.valid();
-    return pending_ && (former == nullptr || takeOverAccess(file_.get(), *former));
+    return pending_ && (former == nullptr || went(takeOverAccess(file_.get(), *former)));
 }
 
 Ref<FileTarget> noFile(std::uint32_t code) noexcept {
@@ -138,17 +147,23 @@ Ref<FileTarget> noFile(std::uint32_t code) noexcept {
 }
 
 bool isWritable(const std::filesystem::path& path) noexcept {
-    return ::faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0;
+    return went(::faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0);
+}
+
+bool isFile(const struct stat& status) noexcept {
+    if (S_ISDIR(status.st_mode)) keepReason(EISDIR);
+    return S_ISREG(status.st_mode);
 }
 
 Ref<FileTarget> createTarget(std::string_view name) {
+    keepReason(0);
     std::optional<SavePath> path = SavePath::resolve(name);
     if (!path) return noFile(FileNotOpened);
 
     struct stat former {};
     const bool exists = ::stat(path->target.c_str(), &former) == 0;
-    if (!exists && errno != ENOENT) return noFile(FileNotOpened);
-    if (exists && !S_ISREG(former.st_mode)) return noFile(NotARegularFile);
+    if (!went(exists || errno == ENOENT)) return noFile(FileNotOpened);
+    if (exists && !isFile(former)) return noFile(NotARegularFile);
     // A rename would get past the protection of a file that may not be written to.
     if (exists && !isWritable(path->target)) return noFile(FileNotOpened);
 

@@ -1,6 +1,7 @@
 #include "host/save_path.h"
 
 #include "host/descriptor.h"
+#include "host/file_reason.h"
 
 #include <fcntl.h>
 #include <sys/random.h>
@@ -23,15 +24,33 @@ constexpr int attemptLimit = 100;
 constexpr std::string_view suffixLetters = "abcdefghijklmnopqrstuvwxyz0123456789";
 constexpr std::size_t suffixLength = 6;
 
+std::optional<SavePath> noPath(int reason) noexcept {
+    keepReason(reason);
+    return std::nullopt;
+}
+
+std::optional<SavePath> noFolder(int reason) noexcept {
+    keepReason(reason);
+    if (reason == ENOENT) keepReason("its folder is not there");
+    return std::nullopt;
+}
+
 /// The path of a file that is not there yet, in a folder that is.
 std::optional<SavePath> newFile(const fs::path& path) {
-    if (!path.has_filename()) return std::nullopt;
+    if (!path.has_filename()) return noPath(EISDIR);
     std::error_code error;
     const fs::path parent = path.has_parent_path() ? path.parent_path() : fs::path(".");
     fs::path folder = fs::canonical(parent, error);
-    if (error) return std::nullopt;
+    if (error) return noFolder(error.value());
     fs::path target = folder / path.filename();
     return SavePath{std::move(folder), std::move(target), {}};
+}
+
+/// Why a folder takes no new file is its own fault, not that of the file that may be there.
+void keepReasonOfFolder(int number) noexcept {
+    const bool refused = number == EACCES || number == EPERM;
+    if (refused) return keepReason("its folder takes no new files");
+    keepReason(number);
 }
 
 std::string randomSuffix() {
@@ -52,12 +71,12 @@ std::optional<SavePath> SavePath::resolve(std::string_view path) {
         std::error_code error;
         fs::path target = fs::canonical(current, error);
         if (!error) return SavePath{target.parent_path(), target, {}};
-        if (error != std::errc::no_such_file_or_directory) return std::nullopt;
+        if (error != std::errc::no_such_file_or_directory) return noPath(error.value());
         const fs::path next = fs::read_symlink(current, error);
         if (error) return newFile(current);
         current = current.parent_path() / next;
     }
-    return std::nullopt;
+    return noPath(ELOOP);
 }
 
 int SavePath::createTemporary(unsigned mode) {
@@ -68,7 +87,10 @@ int SavePath::createTemporary(unsigned mode) {
         temporary = folder / (name + randomSuffix());
         const int descriptor =
             uninterrupted([&] { return ::open(temporary.c_str(), flags, mode); });
-        if (descriptor >= 0 || errno != EEXIST) return descriptor;
+        if (descriptor >= 0) return descriptor;
+        if (errno == EEXIST) continue;
+        keepReasonOfFolder(errno);
+        break;
     }
     return Descriptor::none;
 }

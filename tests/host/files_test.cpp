@@ -56,7 +56,7 @@ protected:
     }
     [[nodiscard]] Bytes read() const { return readAll(*FileSource::open(path("f"))); }
     /// Where there is room for no more than 300,000 bytes.
-    void expectSavesToFail() const {
+    void expectSavesToFail(const char* reason) const {
         for (const auto& [when, block, parts] : {std::tuple("while writing", 70'000U, 30),
                                                  {"at the commit", 250'000U, 2},
                                                  {"straight through", 310'000U, 1}}) {
@@ -67,6 +67,7 @@ protected:
             Host::Error::set(Host::NoError);
             EXPECT_FALSE(target->commit()) << when;
             EXPECT_EQ(Host::Error::get(), Host::FileNotWritten) << when;
+            EXPECT_STREQ(Host::Error::reason(), reason) << when;
             EXPECT_EQ(read(), former) << when;
             target = nullptr;
             EXPECT_EQ(count(), 1) << when;
@@ -133,18 +134,28 @@ TEST_F(Files, RefuseWhatCannotBeUsed) {
     fs::create_symlink("loop", path("loop"));
     constexpr auto irregular = Host::NotARegularFile;
     constexpr auto closed = Host::FileNotOpened;
-    const std::pair<std::string, std::uint32_t> rows[] = {
-        {folder, irregular},           {path("pipe"), irregular}, {"/dev/full", irregular},
-        {path("no folder/f"), closed}, {path("loop"), closed},    {path("f") + '\0', closed},
-        {path("new folder/"), closed}};
-    for (const auto& [name, code] : rows) {
-        Host::Error::set(Host::NoError);
-        EXPECT_FALSE(FileSource::open(name)) << name;
-        EXPECT_EQ(Host::Error::get(), code) << name;
-        Host::Error::set(Host::NoError);
-        EXPECT_FALSE(FileTarget::create(name)) << name;
-        EXPECT_EQ(Host::Error::get(), code) << name;
+    const std::tuple<std::string, std::uint32_t, std::string_view> rows[] = {
+        {folder, irregular, "it is a folder"},
+        {path("pipe"), irregular, ""},
+        {"/dev/full", irregular, ""},
+        {path("f/f"), closed, "a part of its path is no folder"},
+        {path("loop"), closed, "its links lead in a circle"},
+        {path(std::string(256, 'n')), closed, "its name is too long"},
+        {path("f") + '\0', closed, ""}};
+    for (const auto& [name, code, reason] : rows) {
+        expectFailure(FileSource::open(name), code);
+        EXPECT_EQ(Host::Error::reason(), reason) << name;
+        EXPECT_TRUE(FileSource::open(path("f")));
+        EXPECT_STREQ(Host::Error::reason(), "") << "it belongs to another file";
+        expectFailure(FileTarget::create(name), code);
+        EXPECT_EQ(Host::Error::reason(), reason) << name;
     }
+    expectFailure(FileSource::open(path("no folder/f")), closed);
+    EXPECT_STREQ(Host::Error::reason(), "there is no such file or folder");
+    expectFailure(FileTarget::create(path("no folder/f")), closed);
+    EXPECT_STREQ(Host::Error::reason(), "its folder is not there");
+    expectFailure(FileTarget::create(path("new folder/")), closed);
+    EXPECT_STREQ(Host::Error::reason(), "it is a folder");
     EXPECT_EQ(count(), 3);
 }
 
@@ -206,14 +217,20 @@ TEST_F(Files, AreProtectedByTheirModes) {
     const auto allow = [](const std::string& name, unsigned mode) {
         fs::permissions(name, fs::perms{mode});
     };
-    const auto refused = [&] { expectFailure(FileTarget::create(path("f")), Host::FileNotOpened); };
+    const auto refusedAs = [&](const char* reason) {
+        expectFailure(FileTarget::create(path("f")), Host::FileNotOpened);
+        EXPECT_STREQ(Host::Error::reason(), reason);
+    };
     allow(folder, 0777);
     allow(path("f"), 0444);
-    asUser(refused);
+    asUser([&] { refusedAs("permission denied"); });
     allow(path("f"), 0222);
-    asUser([&] { expectFailure(FileSource::open(path("f")), Host::FileNotOpened); });
+    asUser([&] {
+        expectFailure(FileSource::open(path("f")), Host::FileNotOpened);
+        EXPECT_STREQ(Host::Error::reason(), "permission denied");
+    });
     allow(folder, 0555);
-    asUser(refused);
+    asUser([&] { refusedAs("its folder takes no new files"); });
     allow(folder, 0777);
     asUser([&] { // who cannot keep the owner, but saves all the same
         const auto target = FileTarget::create(path("f"));
@@ -230,7 +247,7 @@ TEST_F(Files, StayAsTheyAreWhenAWriteFails) {
     ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &usual), 0);
     const rlimit limit{300'000, usual.rlim_max};
     ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
-    expectSavesToFail();
+    expectSavesToFail("files may not be as large as that");
     EXPECT_EQ(::setrlimit(RLIMIT_FSIZE, &usual), 0);
 }
 
@@ -240,7 +257,7 @@ TEST_F(Files, StayAsTheyAreOnAFullDevice) {
         mounted = ::unshare(CLONE_NEWNS) == 0 &&
                   ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
                   ::mount("tmpfs", folder.c_str(), "tmpfs", 0, "size=300k") == 0;
-        if (mounted) expectSavesToFail();
+        if (mounted) expectSavesToFail("no space is left");
     })
         .join();
     if (!mounted) GTEST_SKIP() << "only root may mount a device";

@@ -1,0 +1,87 @@
+#pragma once
+
+/// @file
+/// How a program ends, and the one line that says why it failed.
+
+#include <host/error.h>
+#include <pdf/errors.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <string>
+#include <string_view>
+
+namespace Program {
+
+/// The exit statuses of every program.
+enum Status : int {
+    done = 0,
+    failed = 1,
+    misused = 2, ///< wrong usage
+    unsound = 3, ///< the result would be no sound document; nothing was written
+};
+
+/// Whether the code is about a file, so that the system may have said why.
+inline bool isOfFile(std::uint32_t code) {
+    return code >= Host::FileNotOpened && code <= Host::NotARegularFile;
+}
+
+/// What helps, as far as the code alone tells.
+inline std::string_view advice(std::uint32_t code) {
+    using namespace Libraries::Files::PDF;
+    switch (code) {
+    case Host::FileNotOpened:
+        return "check its path and permissions";
+    case Host::FileNotRead:
+        return "leave the file alone while it is read";
+    case Host::FileNotWritten:
+        return "check space and permissions";
+    case Host::NotARegularFile:
+        return "name a file";
+    case OutOfMemory:
+        return "give the program more memory";
+    case PasswordNeeded:
+        return "give its password: --password-file FILE or --password P";
+    case EncryptionUnknown:
+        return "have it decrypted by what encrypted it";
+    case NotPdf:
+    case BeyondRepair:
+        return "get the file once more, whole, from where it came from";
+    default:
+        return "docs/errors.md says more about this code";
+    }
+}
+
+/// "error CODE (0xHEX): short text: FILE: WHAT; NEXT" on one line, whatever the names hold. Without
+/// WHAT the system's reason stands there, without NEXT the advice for the code.
+inline std::string failureLine(std::uint32_t code, std::string_view file,
+                               std::string_view what = {}, std::string_view next = {}) {
+    char head[32];
+    std::snprintf(head, sizeof head, "error %u (0x%X): ", code, code);
+    std::string line = head;
+    line += Libraries::Files::PDF::errorText(code);
+    if (what.empty() && isOfFile(code)) what = Host::Error::reason();
+    for (const std::string_view part : {file, what}) {
+        if (!part.empty()) line.append(": ").append(part);
+    }
+    line.append("; ").append(next.empty() ? advice(code) : next);
+    for (char& character : line) {
+        if (static_cast<unsigned char>(character) < ' ') character = '?';
+    }
+    return line;
+}
+
+/// Reports the thread's error code, or `code`, of what was done with `file`; gives the exit status.
+inline int failure(std::string_view file, std::uint32_t code = Host::Error::get(),
+                   std::string_view what = {}, std::string_view next = {}) {
+    std::fprintf(stderr, "%s\n", failureLine(code, file, what, next).c_str());
+    return code == Libraries::Files::PDF::ResultUnsound ? unsound : failed;
+}
+
+/// Gives standard output's pending data out; gives the exit status.
+inline int finishOutput() {
+    if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return done;
+    return failure("standard output", Host::FileNotWritten, "it takes no more");
+}
+
+} // namespace Program
