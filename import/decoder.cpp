@@ -11,10 +11,11 @@ namespace {
 /// No image is wider; libqpdf keeps two rows of whatever width is said.
 constexpr std::uint64_t longestRow = std::uint64_t{1} << 20;
 
-/// Sends what a stream holds on: as it is stored, or through its one filter.
+/// Sends what a stream holds on: as it is stored, or through its one filter. What is wrong with
+/// what is stored is told where that is read for good.
 bool send(QPDFObjectHandle stream, bool stored, Pipeline* next) {
     const auto level = stored ? qpdf_dl_none : qpdf_dl_specialized;
-    return stream.pipeStreamData(next, nullptr, 0, level, true);
+    return stream.pipeStreamData(next, nullptr, 0, level, stored);
 }
 
 } // namespace
@@ -68,7 +69,7 @@ Decoded Decoder::decode(QPDFObjectHandle stream, const FilterChain& chain, std::
     }
     run.result.known = true;
     run.result.whole = run.pass(run.last, chain.empty(), next);
-    scratch_->getWarnings(); // which it keeps otherwise
+    run.result.doubted = !scratch_->getWarnings().empty();
     return run.result;
 }
 

@@ -12,7 +12,8 @@ namespace Libraries::Files::PDF::Import {
 /// How decoding ended.
 struct Decoded {
     bool known = false;      ///< whether libqpdf decodes all of the chain without loss
-    bool whole = false;      ///< whether the data was sound
+    bool whole = false;      ///< whether the data was decoded to its end
+    bool doubted = false;    ///< whether a filter found something wrong with it all the same
     bool exceeded = false;   ///< whether it was stopped, because it takes more than allowed
     std::uint64_t given = 0; ///< what the last filter gave, in bytes
 };

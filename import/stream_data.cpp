@@ -121,6 +121,7 @@ bool StreamData::deflate(Handle& stream, const FilterChain& chain) {
     if (decoded.exceeded) warn("a stream that holds more than the limit stays as it is stored");
     if (!decoded.known || decoded.exceeded) return false;
     if (!decoded.whole) warn("a stream that cannot be decoded stays as it is stored");
+    if (decoded.whole && decoded.doubted) warn("the decoded data of a stream may not be whole");
     return decoded.whole;
 }
 
