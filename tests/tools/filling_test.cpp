@@ -314,7 +314,7 @@ TEST(Filling, SetsRadioButtonsOfOneNameTogether) {
             EXPECT_EQ(entry(document, 10 + static_cast<std::uint32_t>(index), "AS") != "Off", on);
         }
     }
-    EXPECT_EQ(entry(document, 5, "Fields"), "[15 (0)16 (0)13 (0) ]");
+    ASSERT_EQ(entry(document, 5, "Fields"), "[15 (0)16 (0)13 (0) ]");
     EXPECT_EQ(entry(document, 16, "Kids"), "[11 (0)10 (0)12 (0) ]");
     EXPECT_EQ(entry(document, 16, "Ff"), "32768.0");
     EXPECT_EQ(entry(document, 12, "Parent") + entry(document, 12, "T"), "16 (0)(null)");
