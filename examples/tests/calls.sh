@@ -75,8 +75,10 @@ answers_all() {
     status 0 "$programs/$program" --version
     grep -Eq '^.*Files PDF\)? [0-9]+\.[0-9]+\.[0-9]+$' "$work/out" || fail "$program: $(cat "$work/out")"
     [ "$program" != first_program ] || return 0
+    # shellcheck disable=SC2086 # the arguments are words
     status 0 "$programs/$program" $arguments --help
     grep -q '^  --version  ' "$work/out" || fail "$program: $(cat "$work/out")"
+    # shellcheck disable=SC2086 # the same
     status 2 "$programs/$program" $arguments --hlep
     grep -q "^$program: there is no option --hlep; near to it: --help" "$work/err" ||
         fail "$program: $(cat "$work/err")"

@@ -155,6 +155,7 @@ test_errors() {
         code=$without
         ! has_import || code=$with
         for program in inspect rewrite; do
+            # shellcheck disable=SC2046 # no path has a blank
             status 1 "$programs/$program" "$work/$name" \
                 $([ $program = inspect ] || echo "$work/never.pdf")
             reports "${code%,*}" "${code#*,}"
