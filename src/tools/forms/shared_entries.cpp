@@ -29,9 +29,13 @@ std::optional<std::size_t> ChoiceOptions::at(std::string_view text) const {
 std::optional<std::size_t> ChoiceOptions::firstOf(const Selection& selection) const {
     std::optional<std::size_t> first;
     for (const std::string& text : selection.texts) {
-        const auto found = byValue_.find(text);
-        if (found == byValue_.end()) continue;
-        first = std::min(first.value_or(found->second), found->second);
+        if (const auto place = at(text); place && list_[*place].value == text) {
+            first = std::min(first.value_or(*place), *place);
+        }
+        // Another option may show what this one exports.
+        if (const auto found = byValue_.find(text); found != byValue_.end()) {
+            first = std::min(first.value_or(found->second), found->second);
+        }
     }
     return first;
 }
