@@ -108,7 +108,7 @@ std::string hexadecimal(std::string_view data) {
 Encoded deflatedRows(std::string_view data, std::size_t rowSize, Random& random) {
     if (rowSize == 0) return {deflated(data), {"/FlateDecode"}, {"null"}};
     std::vector<std::size_t> pixels = {1};
-    for (const std::size_t colors : {2, 3, 4}) {
+    for (const std::size_t colors : {2U, 3U, 4U}) {
         if (rowSize % colors == 0) pixels.push_back(colors);
     }
     const std::size_t colors = random.oneOf(pixels);

@@ -74,13 +74,13 @@ void addEncoding(Spelling::Entries& entries, const Encoded& encoded, Spelling& s
             entries.emplace_back("/DecodeParms",
                                  asArray ? spelling.array(encoded.parms) : encoded.parms.front());
     }
-    entries.emplace_back("/Length", std::to_string(encoded.data.size()));
 }
 
 std::string streamText(Spelling::Entries entries, Encoded encoded, const SectionStyle& style,
                        Random& random) {
     Spelling spelling(random, style.wild);
     addEncoding(entries, encoded, spelling, random);
+    entries.emplace_back("/Length", std::to_string(encoded.data.size()));
     if (style.damage != nullptr) {
         style.damage->spoil(entries);
         style.damage->spoil(encoded.data);
@@ -120,8 +120,10 @@ std::string tableSection(CrossReferences entries, Spelling::Entries trailer,
 std::string streamSection(std::uint32_t id, CrossReferences entries, Spelling::Entries trailer,
                           const SectionStyle& style, Random& random) {
     Spelling spelling(random, style.wild);
-    const bool withIndex = entries.begin()->first != 0 || random.chance(50) ||
-                           entries.rbegin()->first + 1 != entries.size();
+    const auto size =
+        std::ranges::find(trailer, "/Size", [](const auto& entry) { return entry.first; });
+    const bool withIndex =
+        style.padded || std::stoul(size->second) != entries.size() || random.chance(50);
     const auto widths = widthsOf(entries, style.padded, random);
     if (style.damage != nullptr) style.damage->spoil(entries);
     std::string data;

@@ -9,6 +9,7 @@ namespace Support {
 GeneratedDocument::GeneratedDocument(Random& random, bool wild)
     : random_(random),
       spelling_(random, wild),
+      isDirect_(random.chance(8)),
       shuffled_(random.chance(60)),
       gaps_(random.chance(50) ? 20 : 0) {
     begin();
@@ -77,7 +78,7 @@ void GeneratedDocument::begin() {
     list_ = random_.chance(30) ? take() : 0;
     for (std::size_t left = random_.between(3, 12); left > 0; --left)
         data_.insert(take());
-    for (int left = 5; left > 0; --left)
+    for (int left = 6; left > 0; --left)
         revision.spare.push_back(take());
     for (const std::uint32_t id : data_)
         references_.push_back(reference(id));
@@ -97,7 +98,7 @@ void GeneratedDocument::begin() {
 /// A later revision: some objects change, some go, some numbers are taken again.
 void GeneratedDocument::change() {
     GeneratedRevision& revision = revisions_.emplace_back();
-    for (int left = 5; left > 0; --left)
+    for (int left = 6; left > 0; --left)
         revision.spare.push_back(take());
     for (const std::uint32_t id : std::set<std::uint32_t>(free_)) {
         if (random_.chance(50)) continue;
@@ -139,13 +140,15 @@ void GeneratedDocument::putCatalog() {
     if (random_.chance(10)) entries.emplace_back("/Deep", deepArray());
     random_.shuffle(entries);
     GeneratedRevision& revision = revisions_.back();
-    revision.root = put(catalog_, spelling_.dictionary(entries));
+    const std::string catalog = spelling_.dictionary(entries);
+    revision.root = isDirect_ ? catalog : put(catalog_, catalog);
     revision.info = info_ == 0 ? "" : reference(info_);
 }
 
 std::string GeneratedDocument::putNode(const std::string& parent, unsigned depth) {
     const std::uint32_t id = take();
-    const std::string self = reference(id);
+    const bool isDirectRoot = isDirect_ && parent.empty() && random_.chance(50);
+    const std::string self = isDirectRoot ? "null" : reference(id);
     const std::size_t before = pages_;
     Tokens kids;
     for (std::size_t left = random_.between(1, 3); left > 0; --left)
@@ -160,7 +163,8 @@ std::string GeneratedDocument::putNode(const std::string& parent, unsigned depth
     }
     if (random_.chance(20)) entries.emplace_back("/Rotate", random_.chance(50) ? "90" : "0");
     random_.shuffle(entries);
-    return put(id, spelling_.dictionary(entries));
+    const std::string node = spelling_.dictionary(entries);
+    return isDirectRoot ? node : put(id, node);
 }
 
 std::string GeneratedDocument::putPage(const std::string& parent) {
@@ -181,7 +185,8 @@ std::string GeneratedDocument::putPage(const std::string& parent) {
     if (random_.chance(20))
         entries.emplace_back("/Private#20Data", spelling_.value(2, references_));
     random_.shuffle(entries);
-    return put(id, spelling_.dictionary(entries));
+    const std::string page = spelling_.dictionary(entries);
+    return isDirect_ && random_.chance(50) ? page : put(id, page);
 }
 
 /// Balanced, so that it draws the same wherever it stands in an array.

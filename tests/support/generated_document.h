@@ -24,7 +24,8 @@ struct GeneratedRevision {
     std::map<std::uint32_t, GeneratedObject> objects;
     std::map<std::uint32_t, std::uint16_t> freed; ///< with the generation of the next use
     std::vector<std::uint32_t> spare;             ///< numbers for what stores the others
-    std::string root, info;                       ///< references; `info` may be empty
+    std::string root;                             ///< the catalog: a reference, or itself
+    std::string info;                             ///< a reference; may be empty
 };
 
 /// Pages that draw something, and values of all kinds, in several revisions.
@@ -55,10 +56,10 @@ private:
     std::string image();
     void putData(std::uint32_t id);
     std::string deepArray();
-    std::size_t pages_ = 0;
 
     Random& random_;
     Spelling spelling_;
+    bool isDirect_; // catalog, page root and pages need not be objects
     bool shuffled_;
     unsigned gaps_; // in a hundred
     std::uint32_t next_ = 1;
@@ -67,8 +68,9 @@ private:
     std::set<std::uint32_t> data_, free_;
     Tokens references_; // to data, to nothing, and to what stores other objects
     std::uint32_t catalog_ = 0, info_ = 0, list_ = 0; // 0: there is none
-    std::string tree_, root_;
+    std::string tree_;                                // its root: a reference, or itself
     std::vector<std::uint32_t> drawings_;
+    std::size_t pages_ = 0;
     std::vector<GeneratedRevision> revisions_;
 };
 
