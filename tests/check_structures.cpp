@@ -1,4 +1,5 @@
 // usage: check-structures generate FOLDER FIRST LAST
+//        check-structures rewrite FILE TARGET
 //        check-structures seeds FIRST LAST
 //        check-structures damaged FIRST LAST
 //        check-structures files FILE...
@@ -6,8 +7,8 @@
 //
 // For maintainers: holds what opening files of any structure gives against libqpdf. A sound file
 // becomes the same as by the import; one that is damaged has every object that libqpdf finds, or is
-// refused. `generate` writes the files of the tests, for other programs to look at. A line for each
-// file where that is not so; exit 1 where there is one.
+// refused. A line for each file where that is not so; exit 1 where there is one. `generate` and
+// `rewrite` write files for other programs to look at.
 
 #include "support/damage.h"
 #include "support/documents.h"
@@ -47,17 +48,17 @@ Host::Ref<Document> openAny(const std::string& file) {
     return Document::create(Support::stripeOf(file));
 }
 
+/// What is known of a file: `Any` may be sound, and libqpdf knows.
+enum class Known { Sound, Any, Damaged };
+
 class Check {
 public:
-    /// What is known of a file: `Any` may be sound, and libqpdf knows.
-    enum class Known { Sound, Any, Damaged };
-
     void look(const std::string& name, const std::string& file, Known known);
     /// Tells what there was; gives the exit status.
     [[nodiscard]] int end() const;
 
 private:
-    void bad(const std::string& name, const char* what);
+    void bad(const std::string& name, const std::string& what);
 
     std::size_t same_ = 0, refused_ = 0, repaired_ = 0, bad_ = 0;
 };
@@ -70,6 +71,10 @@ std::size_t countObjects(const std::string& bytes) {
     return count;
 }
 
+std::string firstLine(const std::string& text) {
+    return text.substr(0, text.find('\n'));
+}
+
 void Check::look(const std::string& name, const std::string& file, Known known) {
     const Imported wanted = imported(file);
     const bool isSound = known == Known::Sound || (known == Known::Any && wanted.isSound);
@@ -78,7 +83,8 @@ void Check::look(const std::string& name, const std::string& file, Known known) 
     const auto document = openAny(file);
     if (!document) {
         ++refused_;
-        if (isSound) bad(name, ("is refused: " + log.text()).c_str());
+        const std::string code = std::to_string(Host::Error::get());
+        if (isSound) bad(name, "is refused with " + code + ": " + firstLine(log.text()));
         return;
     }
     const Imported got = imported(Support::write(*document));
@@ -93,9 +99,9 @@ void Check::look(const std::string& name, const std::string& file, Known known) 
     }
 }
 
-void Check::bad(const std::string& name, const char* what) {
+void Check::bad(const std::string& name, const std::string& what) {
     ++bad_;
-    std::printf("%s %s\n", name.c_str(), what);
+    std::printf("%s %s\n", name.c_str(), what.c_str());
 }
 
 int Check::end() const {
@@ -110,6 +116,10 @@ std::string read(const char* path) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
+void write(const std::filesystem::path& path, const std::string& bytes) {
+    std::ofstream(path, std::ios::binary) << bytes;
+}
+
 void eachSeed(std::span<char*> range, const std::function<void(std::uint32_t)>& use) {
     const auto last = static_cast<std::uint32_t>(std::strtoul(range[1], nullptr, 10));
     for (auto seed = static_cast<std::uint32_t>(std::strtoul(range[0], nullptr, 10)); seed <= last;
@@ -117,50 +127,78 @@ void eachSeed(std::span<char*> range, const std::function<void(std::uint32_t)>& 
         use(seed);
 }
 
-int run(const std::string& mode, std::span<char*> arguments) {
-    using Known = Check::Known;
+int generate(std::span<char*> arguments) {
+    eachSeed(arguments.subspan(1), [&](std::uint32_t seed) {
+        const std::string name = "seed-" + std::to_string(seed) + ".pdf";
+        write(std::filesystem::path(arguments[0]) / name, Support::generatedFile(seed));
+    });
+    return EXIT_SUCCESS;
+}
+
+int rewrite(std::span<char*> arguments) {
+    const auto document = openAny(read(arguments[0]));
+    if (!document) return EXIT_FAILURE;
+    write(arguments[1], Support::write(*document));
+    return EXIT_SUCCESS;
+}
+
+int checkSeeds(std::span<char*> range) {
     Check check;
-    if (mode == "generate" && arguments.size() == 3) {
-        eachSeed(arguments.subspan(1), [&](std::uint32_t seed) {
-            const std::string name = "seed-" + std::to_string(seed) + ".pdf";
-            std::ofstream(std::filesystem::path(arguments[0]) / name, std::ios::binary)
-                << Support::generatedFile(seed);
-        });
-        return EXIT_SUCCESS;
-    }
-    if (mode == "seeds" && arguments.size() == 2) {
-        eachSeed(arguments, [&](std::uint32_t seed) {
-            check.look("seed " + std::to_string(seed), Support::generatedFile(seed), Known::Sound);
-        });
-    } else if (mode == "damaged" && arguments.size() == 2) {
-        eachSeed(arguments, [&](std::uint32_t seed) {
-            check.look("damaged " + std::to_string(seed), Support::damagedFile(seed),
-                       Known::Damaged);
-        });
-    } else if (mode == "files" && !arguments.empty()) {
-        for (const char* path : arguments)
-            check.look(path, read(path), Known::Any);
-    } else if (mode == "mutants" && arguments.size() > 1) {
-        const std::uint32_t count =
-            static_cast<std::uint32_t>(std::strtoul(arguments[0], nullptr, 10));
-        for (const char* path : arguments.subspan(1)) {
-            const std::string file = read(path);
-            for (std::uint32_t seed = 0; seed < count; ++seed)
-                check.look(path + (" mutant " + std::to_string(seed)), Support::mutated(file, seed),
-                           Known::Damaged);
+    eachSeed(range, [&](std::uint32_t seed) {
+        check.look("seed " + std::to_string(seed), Support::generatedFile(seed), Known::Sound);
+    });
+    return check.end();
+}
+
+int checkDamaged(std::span<char*> range) {
+    Check check;
+    eachSeed(range, [&](std::uint32_t seed) {
+        check.look("damaged " + std::to_string(seed), Support::damagedFile(seed), Known::Damaged);
+    });
+    return check.end();
+}
+
+int checkFiles(std::span<char*> paths) {
+    Check check;
+    for (const char* path : paths)
+        check.look(path, read(path), Known::Any);
+    return check.end();
+}
+
+int checkMutants(std::span<char*> arguments) {
+    Check check;
+    const auto count = static_cast<std::uint32_t>(std::strtoul(arguments[0], nullptr, 10));
+    for (const char* path : arguments.subspan(1)) {
+        const std::string file = read(path);
+        for (std::uint32_t seed = 0; seed < count; ++seed) {
+            const std::string name = path + (" mutant " + std::to_string(seed));
+            check.look(name, Support::mutated(file, seed), Known::Damaged);
         }
-    } else {
-        std::fputs("usage: check-structures generate FOLDER FIRST LAST | seeds FIRST LAST |\n"
-                   "       damaged FIRST LAST | files FILE... | mutants COUNT FILE...\n",
-                   stderr);
-        return 2;
     }
     return check.end();
 }
+
+struct Mode {
+    const char* name;
+    std::size_t least, most; ///< arguments
+    int (*run)(std::span<char*>);
+};
+
+constexpr Mode modes[] = {
+    {"generate", 3, 3, generate},       {"rewrite", 2, 2, rewrite},
+    {"seeds", 2, 2, checkSeeds},        {"damaged", 2, 2, checkDamaged},
+    {"files", 1, SIZE_MAX, checkFiles}, {"mutants", 2, SIZE_MAX, checkMutants}};
 
 } // namespace
 
 int main(int count, char** values) {
     const std::span arguments(values, static_cast<std::size_t>(count));
-    return arguments.size() < 2 ? run("", {}) : run(arguments[1], arguments.subspan(2));
+    for (const Mode& mode : modes) {
+        const std::size_t given = arguments.size() < 2 ? 0 : arguments.size() - 2;
+        if (given < mode.least || given > mode.most || mode.name != std::string_view(arguments[1]))
+            continue;
+        return mode.run(arguments.subspan(2));
+    }
+    std::fputs("usage: see the head of tests/check_structures.cpp\n", stderr);
+    return 2;
 }
