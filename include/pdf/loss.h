@@ -20,10 +20,11 @@ enum class Loss : std::uint32_t {
     EqualKeys,   ///< entries of a dictionary under a key that comes again: the last one counts
     Backslashes, ///< texts with a backslash: lost, or not to be read again once it is written
     Characters,  ///< texts with bytes that stand for no character: they became 0
+    Superseded,  ///< earlier revisions of a file whose last one was read whole
 };
 
 /// Number of kinds.
-inline constexpr std::uint32_t lossKinds = 10;
+inline constexpr std::uint32_t lossKinds = 11;
 
 /// How often a kind was met.
 struct LossCount {

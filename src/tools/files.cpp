@@ -35,7 +35,7 @@ Saved look(const Document& document, Host::FileTarget& target, bool force) noexc
 
 Ref<Document> open(std::string_view path) noexcept {
     const Ref<Host::FileSource> source = Host::FileSource::open(path);
-    return source ? Document::create(source) : nullptr;
+    return source ? Document::create(source, Structure::Any) : nullptr;
 }
 
 Saved save(Document& document, std::string_view path, const SaveOptions& options) noexcept {

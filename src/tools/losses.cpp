@@ -69,7 +69,8 @@ const char* lossText(Loss kind) noexcept {
         "numbers between -1 and 0 lose their sign",
         "entries with the key of a later one are lost",
         "texts with a backslash change, or cannot be read again",
-        "texts lose bytes that stand for no character"};
+        "texts lose bytes that stand for no character",
+        "what earlier revisions of the file held is not kept"};
     const auto number = static_cast<std::uint32_t>(kind);
     return number < lossKinds ? texts[number] : "unknown loss";
 }
