@@ -45,7 +45,7 @@ Imported imported(const std::string& file) {
 
 Host::Ref<Document> openAny(const std::string& file) {
     Host::Error::set(Host::NoError);
-    return Document::create(Support::stripeOf(file));
+    return Document::create(Support::stripeOf(file), Structure::Any);
 }
 
 /// What is known of a file: `Any` may be sound, and libqpdf knows.

@@ -1,9 +1,9 @@
 #include "structures/structure_data.h"
 
 #include "host/guard.h"
+#include "host/prediction.h"
 #include "packed/entry.h"
 #include "structures/flaw.h"
-#include "structures/prediction.h"
 #include "structures/tokens.h"
 
 #include <host/stream.h>
@@ -46,28 +46,33 @@ std::uint64_t parameter(std::string_view parameters, std::string_view key, std::
                         std::uint64_t offset) {
     const std::string_view entry = findPackedEntry(parameters, key);
     if (entry.empty()) return otherwise;
-    const auto number = wholeNumber(entry);
+    const auto number = wholePacked(entry);
     if (!number) damaged(offset, "a parameter of this stream's filter is no number");
     return *number;
 }
 
+/// Undoes what the parameters say was done before deflating; rows have at most 1 MiB.
 void predict(Host::ByteBuffer& data, std::string_view parameters, std::uint64_t offset) {
-    constexpr std::uint64_t largestRow = std::uint64_t{1} << 20;
+    constexpr std::uint64_t mostBits = std::uint64_t{8} << 20;
+    constexpr std::uint64_t tiff = 2;
     if (parameters.empty()) return;
     const std::uint64_t predictor = parameter(parameters, "Predictor", 1, offset);
     if (predictor == 1) return;
-    if (predictor < 10 || predictor > 15) {
-        throw Flaw{FilterUnsupported, offset, "the predictor of this stream is not read"};
-    }
-    const std::uint64_t colors = parameter(parameters, "Colors", 1, offset);
-    const std::uint64_t bits = parameter(parameters, "BitsPerComponent", 8, offset);
-    const std::uint64_t columns = parameter(parameters, "Columns", 1, offset);
-    const bool possible = colors != 0 && colors <= 64 && bits != 0 && bits <= 16 && columns != 0 &&
-                          columns <= largestRow && columns * colors * bits <= largestRow * 8;
+    Host::Prediction prediction;
+    prediction.kind = predictor == tiff ? Host::Prediction::Kind::Tiff : Host::Prediction::Kind::Png;
+    prediction.colors = parameter(parameters, "Colors", 1, offset);
+    prediction.bits = parameter(parameters, "BitsPerComponent", 8, offset);
+    prediction.columns = parameter(parameters, "Columns", 1, offset);
+    const std::uint64_t bits = prediction.bits;
+    const bool known = predictor == tiff || (predictor >= 10 && predictor <= 15);
+    const bool possible = known && prediction.colors != 0 && prediction.columns != 0 &&
+                          (bits == 1 || bits == 2 || bits == 4 || bits == 8 || bits == 16) &&
+                          prediction.colors <= mostBits && prediction.columns <= mostBits &&
+                          prediction.colors * prediction.columns <= mostBits / bits;
     if (!possible) damaged(offset, "a parameter of this stream's predictor is out of range");
-    const PngRows rows{static_cast<std::size_t>((columns * colors * bits + 7) / 8),
-                       static_cast<std::size_t>((colors * bits + 7) / 8)};
-    if (!undoPrediction(data, rows)) damaged(offset, "this stream's rows have no known predictor");
+    if (!Host::undoPrediction(prediction, data)) {
+        damaged(offset, "a row of this stream has an unknown filter");
+    }
 }
 
 } // namespace

@@ -80,8 +80,13 @@ void GeneratedDocument::begin() {
         data_.insert(take());
     for (int left = 6; left > 0; --left)
         revision.spare.push_back(take());
-    for (const std::uint32_t id : data_)
-        references_.push_back(reference(id));
+    for (const std::uint32_t id : data_) {
+        if (random_.chance(70)) {
+            references_.push_back(reference(id));
+        } else {
+            fleeting_.insert(id);
+        }
+    }
     references_.push_back(std::to_string(*data_.begin()) + " 7 R");
     references_.emplace_back("99999 0 R");
     references_.emplace_back("0 0 R");
@@ -101,10 +106,9 @@ void GeneratedDocument::change() {
     for (int left = 6; left > 0; --left)
         revision.spare.push_back(take());
     for (const std::uint32_t id : std::set<std::uint32_t>(free_)) {
-        if (random_.chance(50)) continue;
+        if (!fleeting_.contains(id) || random_.chance(20)) continue;
         free_.erase(id);
         data_.insert(id);
-        references_.push_back(reference(id));
         putData(id);
     }
     for (const std::uint32_t id : std::set<std::uint32_t>(data_)) {
