@@ -194,7 +194,9 @@ void Sections::addEntry(const Layout& layout, const std::uint8_t* bytes, std::ui
     add(entry, offset);
 }
 
-void Sections::add(const Entry& entry, std::uint64_t offset) {
+void Sections::add(Entry entry, std::uint64_t offset) {
+    // There the header stands: some programs say so that a number has no object.
+    if (entry.kind == Entry::Kind::InFile && entry.place == 0) entry.kind = Entry::Kind::Free;
     if (entries_->list().size() > cursor_.size() + fewEntries) {
         throw Flaw{LimitExceeded, offset, "there are more entries than bytes"};
     }

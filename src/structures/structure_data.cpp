@@ -77,9 +77,9 @@ void predict(Host::ByteBuffer& data, std::string_view parameters, std::uint64_t 
 
 } // namespace
 
-StructureData::StructureData(Interfaces::Stripe& source) noexcept
-    : source_(source),
-      left_(std::min(source.size(), std::numeric_limits<std::uint64_t>::max() / mostDecoded / 2) *
+StructureData::StructureData(Host::Cursor& cursor) noexcept
+    : cursor_(cursor),
+      left_(std::min(cursor.size(), std::numeric_limits<std::uint64_t>::max() / mostDecoded / 2) *
                 mostDecoded +
             smallSource) {}
 
@@ -100,14 +100,20 @@ Host::ByteBuffer StructureData::read(std::string_view dict, std::uint64_t offset
     return data;
 }
 
-/// The bytes as they are: valid until the next call.
+/// The bytes as they are: valid until the next call, or until the cursor moves on.
 std::span<const std::uint8_t> StructureData::stored(std::uint64_t offset, std::uint64_t length) {
-    const std::span<const std::uint8_t> window = source_.window(offset);
-    if (window.size() >= length) return window.first(length);
-    if (!stored_.resize(length)) throw std::bad_alloc();
-    const bool read =
-        source_.position(offset) == offset && source_.readBytes(stored_.data(), length) == length;
-    if (!read) throw Flaw{SourceNotRead, offset, "the data of this stream cannot be read"};
+    cursor_.seek(offset);
+    stored_.clear();
+    while (stored_.size() < length) {
+        if (cursor_.next() == Host::Cursor::end) {
+            throw Flaw{SourceNotRead, cursor_.position(), "the source cannot be read"};
+        }
+        const std::string_view held = cursor_.lastAndAhead(cursor_.ahead().size());
+        const std::size_t count = std::min<std::uint64_t>(held.size(), length - stored_.size());
+        if (count == length) return {reinterpret_cast<const std::uint8_t*>(held.data()), count};
+        if (!stored_.append(held.data(), count)) throw std::bad_alloc();
+        cursor_.skip(count - 1);
+    }
     return stored_.span();
 }
 
