@@ -21,7 +21,7 @@ public:
         : state_(state),
           cursor_(*state.source),
           objects_(cursor_, scanner_),
-          data_(*state.source),
+          data_(cursor_),
           sections_(cursor_, objects_, scanner_, data_),
           loader_(state, entries_, objects_, scanner_, data_) {}
 
@@ -48,9 +48,9 @@ bool AnyLoader::load() {
         return true;
     } catch (const Flaw& flaw) {
         // What ends too early may be the source's fault.
-        const std::uint32_t code = cursor_.failed() ? std::uint32_t{SourceNotRead} : flaw.code;
-        complain(flaw);
-        return fail(code);
+        const Flaw unread{SourceNotRead, cursor_.position(), "the source cannot be read"};
+        complain(cursor_.failed() ? unread : flaw);
+        return fail(cursor_.failed() ? unread.code : flaw.code);
     }
 }
 

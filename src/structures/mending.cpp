@@ -29,7 +29,8 @@ std::uint32_t idOf(std::string_view reference) noexcept {
 }
 
 std::string referenceTo(std::uint32_t id) {
-    return std::to_string(id) + " 0 R";
+    std::string reference = std::to_string(id);
+    return reference.append(" 0 R");
 }
 
 } // namespace
@@ -42,7 +43,7 @@ void Mending::mend(const PackedValue& trailer) {
 }
 
 PdfVersion Mending::version() const noexcept {
-    const std::string_view version = resolve(entry(catalog_, "Version")).bytes;
+    const std::string_view version = resolve(packed(catalog_), "Version").bytes;
     return version.starts_with('/') ? nearestVersion(version.substr(1)) : PdfVersion::Unsupported;
 }
 
@@ -50,9 +51,10 @@ PackedValue Mending::packed(std::uint32_t id) const noexcept {
     return state_.objects.slots()[id - 1].packed();
 }
 
-PackedValue Mending::resolve(std::string_view value) const noexcept {
+PackedValue Mending::resolve(const PackedValue& holder, std::string_view key) const noexcept {
+    const std::string_view value = findPackedEntry(holder.bytes, key);
     if (isReference(value)) return packed(idOf(value));
-    return {value};
+    return {value, Value::Type::Invalid, holder.spelled, holder.unwritable};
 }
 
 std::string_view Mending::entry(std::uint32_t id, std::string_view key) const noexcept {
@@ -94,14 +96,14 @@ std::uint32_t Mending::makeObject(const PackedValue& value) {
     return id;
 }
 
-/// The number of the dictionary that an entry of `dict` is or refers to; 0 where it does neither.
-std::uint32_t Mending::asObject(const PackedValue& dict, std::string_view value) {
+/// The number of the dictionary that `value`, a part of `holder`, is or refers to; 0 where it does neither.
+std::uint32_t Mending::asObject(const PackedValue& holder, std::string_view value) {
     if (isReference(value)) {
         const std::uint32_t id = idOf(value);
         return packed(id).kind == Value::Type::Dictionary ? id : 0;
     }
     if (!value.starts_with("<<")) return 0;
-    return makeObject({value, Value::Type::Dictionary, dict.spelled, dict.unwritable});
+    return makeObject({value, Value::Type::Dictionary, holder.spelled, holder.unwritable});
 }
 
 void Mending::mendTrailer(const PackedValue& trailer) {
@@ -139,21 +141,20 @@ void Mending::mendTree() {
 }
 
 void Mending::mendKids(std::uint32_t node) {
-    const std::string_view former = entry(node, "Kids");
-    const PackedValue kids = resolve(former);
-    bool changed = isReference(former);
+    const PackedValue kids = resolve(packed(node), "Kids");
+    bool changed = isReference(entry(node, "Kids"));
     std::string mended = "[";
     PackedElements elements(kids.bytes);
     for (auto kid = elements.next(); !kid.empty(); kid = elements.next()) {
         changed = changed || !isReference(kid);
-        mended.append(" ").append(referenceTo(mendKid(node, kid)));
+        mended.append(" ").append(referenceTo(mendKid(kids, kid)));
     }
     mended += " ]";
     if (changed) set(node, "Kids", {mended, Value::Type::Array, kids.spelled, kids.unwritable});
 }
 
-std::uint32_t Mending::mendKid(std::uint32_t node, std::string_view kid) {
-    const std::uint32_t id = asObject(packed(node), kid);
+std::uint32_t Mending::mendKid(const PackedValue& kids, std::string_view kid) {
+    const std::uint32_t id = asObject(kids, kid);
     if (id == 0 || seen_[id - 1])
         damaged(0, "a kid of the page tree is missing, or its own ancestor");
     if (hasKids(id)) {
@@ -165,13 +166,13 @@ std::uint32_t Mending::mendKid(std::uint32_t node, std::string_view kid) {
 }
 
 bool Mending::hasKids(std::uint32_t id) const noexcept {
-    return resolve(entry(id, "Kids")).bytes.starts_with('[');
+    return resolve(packed(id), "Kids").bytes.starts_with('[');
 }
 
 void Mending::setType(std::uint32_t id, std::string_view type) {
     const std::string_view former = entry(id, "Type");
     if (former == type) return;
-    if (resolve(former).bytes != type) {
+    if (resolve(packed(id), "Type").bytes != type) {
         report(LogLevel::Warning, "Part of the page tree has another type than ", Host::Codes{type},
                ": ", id);
     }
@@ -188,9 +189,8 @@ void Mending::mendStreams() {
 
 /// The library looks at the entry itself.
 void Mending::makeDirect(const ObjectTable::Slot& slot, std::string_view key) {
-    const std::string_view value = findPackedEntry(slot.packed().bytes, key);
-    if (!isReference(value)) return;
-    const PackedValue target = resolve(value);
+    if (!isReference(findPackedEntry(slot.packed().bytes, key))) return;
+    const PackedValue target = resolve(slot.packed(), key);
     const bool embedded = target.kind == Value::Type::Name || target.kind == Value::Type::Array;
     if (embedded) set(slot.id(), key, target);
 }

@@ -30,20 +30,21 @@ public:
 
 private:
     [[nodiscard]] PackedValue packed(std::uint32_t id) const noexcept;
-    /// The value, or what the reference that it is leads to.
-    [[nodiscard]] PackedValue resolve(std::string_view value) const noexcept;
+    /// The value of an entry, or what the reference that it is leads to.
+    [[nodiscard]] PackedValue resolve(const PackedValue& holder,
+                                      std::string_view key) const noexcept;
     [[nodiscard]] std::string_view entry(std::uint32_t id, std::string_view key) const noexcept;
     void set(std::uint32_t id, std::string_view key, const PackedValue& value);
     [[nodiscard]] PackedValue with(const PackedValue& dict, std::string_view key,
                                    const PackedValue& value);
     [[nodiscard]] std::uint32_t makeObject(const PackedValue& value);
-    [[nodiscard]] std::uint32_t asObject(const PackedValue& dict, std::string_view value);
+    [[nodiscard]] std::uint32_t asObject(const PackedValue& holder, std::string_view value);
 
     void mendTrailer(const PackedValue& trailer);
     void mendCatalog();
     void mendTree();
     void mendKids(std::uint32_t node);
-    [[nodiscard]] std::uint32_t mendKid(std::uint32_t node, std::string_view kid);
+    [[nodiscard]] std::uint32_t mendKid(const PackedValue& kids, std::string_view kid);
     [[nodiscard]] bool hasKids(std::uint32_t id) const noexcept;
     void addNode(std::uint32_t id);
     void setType(std::uint32_t id, std::string_view type);

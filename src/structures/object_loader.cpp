@@ -13,11 +13,6 @@ namespace Libraries::Files::PDF {
 
 namespace {
 
-/// A whole number that is packed, in whatever spelling.
-std::optional<std::uint64_t> wholePacked(std::string_view packed) noexcept {
-    return wholeNumber(packed.substr(packed.find('\n') + 1));
-}
-
 bool isStorageType(std::string_view type) noexcept {
     return type == "/XRef" || type == "/ObjStm";
 }

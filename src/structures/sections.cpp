@@ -20,7 +20,7 @@ std::uint64_t numberIn(std::string_view dict, std::string_view key, std::uint64_
                        std::uint64_t offset, const char* expected) {
     const std::string_view entry = findPackedEntry(dict, key);
     if (entry.empty()) return otherwise;
-    const auto number = wholeNumber(entry);
+    const auto number = wholePacked(entry);
     if (!number) damaged(offset, expected);
     return *number;
 }
@@ -124,7 +124,7 @@ Sections::Layout Sections::layoutOf(std::string_view dict, std::uint64_t offset)
     if (!widths.starts_with('[')) damaged(offset, "a cross-reference stream has no W");
     PackedElements each(widths);
     for (std::uint64_t& width : layout.widths) {
-        const auto number = wholeNumber(each.next());
+        const auto number = wholePacked(each.next());
         if (!number || *number > widest) damaged(offset, "W is no list of three widths");
         width = *number;
     }
@@ -139,7 +139,7 @@ Sections::Layout Sections::layoutOf(std::string_view dict, std::uint64_t offset)
     if (!index.starts_with('[')) damaged(offset, "Index is no list");
     PackedElements parts(index);
     for (std::string_view part = parts.next(); !part.empty(); part = parts.next()) {
-        const auto number = wholeNumber(part);
+        const auto number = wholePacked(part);
         if (!number || *number > numbers) damaged(offset, "Index is no list of numbers");
         layout.index.push_back(*number);
     }
@@ -194,7 +194,9 @@ void Sections::addEntry(const Layout& layout, const std::uint8_t* bytes, std::ui
     add(entry, offset);
 }
 
-void Sections::add(const Entry& entry, std::uint64_t offset) {
+void Sections::add(Entry entry, std::uint64_t offset) {
+    // There the header stands: some programs say so that a number has no object.
+    if (entry.kind == Entry::Kind::InFile && entry.place == 0) entry.kind = Entry::Kind::Free;
     if (entries_->list().size() > cursor_.size() + fewEntries) {
         throw Flaw{LimitExceeded, offset, "there are more entries than bytes"};
     }

@@ -49,7 +49,7 @@ private:
     void addEntries(const Layout& layout, std::span<const std::uint8_t> data, std::uint64_t offset);
     void addEntry(const Layout& layout, const std::uint8_t* bytes, std::uint64_t number,
                   std::uint64_t offset);
-    void add(const Entry& entry, std::uint64_t offset);
+    void add(Entry entry, std::uint64_t offset);
     void takeTrailer(std::string_view dict, std::uint64_t offset);
 
     Host::Cursor& cursor_;

@@ -1,9 +1,9 @@
 #include "structures/structure_data.h"
 
 #include "host/guard.h"
+#include "host/prediction.h"
 #include "packed/entry.h"
 #include "structures/flaw.h"
-#include "structures/prediction.h"
 #include "structures/tokens.h"
 
 #include <host/stream.h>
@@ -46,35 +46,40 @@ std::uint64_t parameter(std::string_view parameters, std::string_view key, std::
                         std::uint64_t offset) {
     const std::string_view entry = findPackedEntry(parameters, key);
     if (entry.empty()) return otherwise;
-    const auto number = wholeNumber(entry);
+    const auto number = wholePacked(entry);
     if (!number) damaged(offset, "a parameter of this stream's filter is no number");
     return *number;
 }
 
+/// Undoes what the parameters say was done before deflating; rows have at most 1 MiB.
 void predict(Host::ByteBuffer& data, std::string_view parameters, std::uint64_t offset) {
-    constexpr std::uint64_t largestRow = std::uint64_t{1} << 20;
+    constexpr std::uint64_t mostBits = std::uint64_t{8} << 20;
+    constexpr std::uint64_t tiff = 2;
     if (parameters.empty()) return;
     const std::uint64_t predictor = parameter(parameters, "Predictor", 1, offset);
     if (predictor == 1) return;
-    if (predictor < 10 || predictor > 15) {
-        throw Flaw{FilterUnsupported, offset, "the predictor of this stream is not read"};
-    }
-    const std::uint64_t colors = parameter(parameters, "Colors", 1, offset);
-    const std::uint64_t bits = parameter(parameters, "BitsPerComponent", 8, offset);
-    const std::uint64_t columns = parameter(parameters, "Columns", 1, offset);
-    const bool possible = colors != 0 && colors <= 64 && bits != 0 && bits <= 16 && columns != 0 &&
-                          columns <= largestRow && columns * colors * bits <= largestRow * 8;
+    Host::Prediction prediction;
+    prediction.kind = predictor == tiff ? Host::Prediction::Kind::Tiff : Host::Prediction::Kind::Png;
+    prediction.colors = parameter(parameters, "Colors", 1, offset);
+    prediction.bits = parameter(parameters, "BitsPerComponent", 8, offset);
+    prediction.columns = parameter(parameters, "Columns", 1, offset);
+    const std::uint64_t bits = prediction.bits;
+    const bool known = predictor == tiff || (predictor >= 10 && predictor <= 15);
+    const bool possible = known && prediction.colors != 0 && prediction.columns != 0 &&
+                          (bits == 1 || bits == 2 || bits == 4 || bits == 8 || bits == 16) &&
+                          prediction.colors <= mostBits && prediction.columns <= mostBits &&
+                          prediction.colors * prediction.columns <= mostBits / bits;
     if (!possible) damaged(offset, "a parameter of this stream's predictor is out of range");
-    const PngRows rows{static_cast<std::size_t>((columns * colors * bits + 7) / 8),
-                       static_cast<std::size_t>((colors * bits + 7) / 8)};
-    if (!undoPrediction(data, rows)) damaged(offset, "this stream's rows have no known predictor");
+    if (!Host::undoPrediction(prediction, data)) {
+        damaged(offset, "a row of this stream has an unknown filter");
+    }
 }
 
 } // namespace
 
-StructureData::StructureData(Interfaces::Stripe& source) noexcept
-    : source_(source),
-      left_(std::min(source.size(), std::numeric_limits<std::uint64_t>::max() / mostDecoded / 2) *
+StructureData::StructureData(Host::Cursor& cursor) noexcept
+    : cursor_(cursor),
+      left_(std::min(cursor.size(), std::numeric_limits<std::uint64_t>::max() / mostDecoded / 2) *
                 mostDecoded +
             smallSource) {}
 
@@ -95,14 +100,20 @@ Host::ByteBuffer StructureData::read(std::string_view dict, std::uint64_t offset
     return data;
 }
 
-/// The bytes as they are: valid until the next call.
+/// The bytes as they are: valid until the next call, or until the cursor moves on.
 std::span<const std::uint8_t> StructureData::stored(std::uint64_t offset, std::uint64_t length) {
-    const std::span<const std::uint8_t> window = source_.window(offset);
-    if (window.size() >= length) return window.first(length);
-    if (!stored_.resize(length)) throw std::bad_alloc();
-    const bool read =
-        source_.position(offset) == offset && source_.readBytes(stored_.data(), length) == length;
-    if (!read) throw Flaw{SourceNotRead, offset, "the data of this stream cannot be read"};
+    cursor_.seek(offset);
+    stored_.clear();
+    while (stored_.size() < length) {
+        if (cursor_.next() == Host::Cursor::end) {
+            throw Flaw{SourceNotRead, cursor_.position(), "the source cannot be read"};
+        }
+        const std::string_view held = cursor_.lastAndAhead(cursor_.ahead().size());
+        const std::size_t count = std::min<std::uint64_t>(held.size(), length - stored_.size());
+        if (count == length) return {reinterpret_cast<const std::uint8_t*>(held.data()), count};
+        if (!stored_.append(held.data(), count)) throw std::bad_alloc();
+        cursor_.skip(count - 1);
+    }
     return stored_.span();
 }
 

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "host/cursor.h"
+
 #include <host/byte_buffer.h>
-#include <host/stripe.h>
 
 #include <cstdint>
+#include <span>
 #include <string_view>
 
 namespace Libraries::Files::PDF {
@@ -13,7 +15,7 @@ namespace Libraries::Files::PDF {
 /// else, and where all of them together hold more than a file of its size may.
 class StructureData {
 public:
-    explicit StructureData(Interfaces::Stripe& source) noexcept;
+    explicit StructureData(Host::Cursor& cursor) noexcept;
 
     /// The data of the stream that is packed in `dict` and whose data lies at `offset`; `length`
     /// bytes of the source must be there.
@@ -25,7 +27,7 @@ private:
     [[nodiscard]] Host::ByteBuffer inflate(std::span<const std::uint8_t> data,
                                            std::uint64_t offset);
 
-    Interfaces::Stripe& source_;
+    Host::Cursor& cursor_;
     std::uint64_t left_; // of what may be decoded
     Host::ByteBuffer stored_;
 };

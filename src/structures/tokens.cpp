@@ -64,4 +64,9 @@ std::optional<std::uint64_t> wholeNumber(std::string_view digits) noexcept {
     return Host::StrConv::num<std::uint64_t>(digits);
 }
 
+std::optional<std::uint64_t> wholePacked(std::string_view packed) noexcept {
+    if (packed.find('.') != std::string_view::npos) return std::nullopt;
+    return wholeNumber(packed.substr(packed.find('\n') + 1));
+}
+
 } // namespace Libraries::Files::PDF

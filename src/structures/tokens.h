@@ -34,5 +34,7 @@ private:
 
 /// The whole number that digits alone spell.
 [[nodiscard]] std::optional<std::uint64_t> wholeNumber(std::string_view digits) noexcept;
+/// The whole number that is packed, in whatever spelling: no real.
+[[nodiscard]] std::optional<std::uint64_t> wholePacked(std::string_view packed) noexcept;
 
 } // namespace Libraries::Files::PDF
