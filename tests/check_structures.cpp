@@ -10,12 +10,10 @@
 // refused. A line for each file where that is not so; exit 1 where there is one. `generate` and
 // `rewrite` write files for other programs to look at.
 
+#include "import/comparison.h"
 #include "support/damage.h"
 #include "support/documents.h"
 #include "support/generated_file.h"
-#include "support/recording_log.h"
-
-#include <pdf/import.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -24,29 +22,16 @@
 #include <fstream>
 #include <functional>
 #include <iterator>
+#include <map>
 #include <span>
 #include <string>
 
 namespace {
 
 using namespace Libraries::Files::PDF;
-
-/// What the import makes of a file: nothing where it fails.
-struct Imported {
-    std::string bytes;
-    bool isSound = false; ///< libqpdf had nothing to say
-};
-
-Imported imported(const std::string& file) {
-    const Support::RecordingLog log;
-    const auto result = Import::normalise(Support::stripeOf(file));
-    return {result ? Support::contentsOf(result) : "", result && log.text().empty()};
-}
-
-Host::Ref<Document> openAny(const std::string& file) {
-    Host::Error::set(Host::NoError);
-    return Document::create(Support::stripeOf(file), Structure::Any);
-}
+using Support::Compared;
+using Support::compareWithImport;
+using Support::Comparison;
 
 /// What is known of a file: `Any` may be sound, and libqpdf knows.
 enum class Known { Sound, Any, Damaged };
@@ -55,47 +40,35 @@ class Check {
 public:
     void look(const std::string& name, const std::string& file, Known known);
     /// Tells what there was; gives the exit status.
-    [[nodiscard]] int end() const;
+    [[nodiscard]] int end();
 
 private:
     void bad(const std::string& name, const std::string& what);
 
-    std::size_t same_ = 0, refused_ = 0, repaired_ = 0, bad_ = 0;
+    std::map<Comparison, std::size_t> counts_;
+    std::size_t bad_ = 0;
 };
 
-std::size_t countObjects(const std::string& bytes) {
-    std::size_t count = 0;
-    for (std::size_t at = bytes.find(" 0 obj\n"); at != std::string::npos;
-         at = bytes.find(" 0 obj\n", at + 1))
-        ++count;
-    return count;
-}
-
-std::string firstLine(const std::string& text) {
-    return text.substr(0, text.find('\n'));
-}
-
 void Check::look(const std::string& name, const std::string& file, Known known) {
-    const Imported wanted = imported(file);
-    const bool isSound = known == Known::Sound || (known == Known::Any && wanted.isSound);
-    if (known == Known::Sound && wanted.bytes.empty()) bad(name, "is not imported");
-    const Support::RecordingLog log;
-    const auto document = openAny(file);
-    if (!document) {
-        ++refused_;
-        const std::string code = std::to_string(Host::Error::get());
-        if (isSound) bad(name, "is refused with " + code + ": " + firstLine(log.text()));
-        return;
-    }
-    const Imported got = imported(Support::write(*document));
-    if (got.bytes == wanted.bytes) {
-        ++same_;
-    } else if (isSound || wanted.isSound) {
-        bad(name, "becomes something else");
-    } else if (countObjects(got.bytes) < countObjects(wanted.bytes)) {
+    const Compared compared = compareWithImport(file);
+    const bool isSound = known == Known::Sound || (known == Known::Any && compared.isSound);
+    if (known == Known::Sound && !compared.isImported) bad(name, "is not imported");
+    ++counts_[compared.comparison];
+    switch (compared.comparison) {
+    case Comparison::Refused:
+        if (isSound) bad(name, "is refused with " + compared.refusal);
+        break;
+    case Comparison::Less:
         bad(name, "misses what libqpdf finds");
-    } else {
-        ++repaired_;
+        break;
+    case Comparison::Other:
+        bad(name, "becomes something else");
+        break;
+    case Comparison::AsMuch:
+        if (isSound) bad(name, "becomes something else");
+        break;
+    case Comparison::Same:
+        break;
     }
 }
 
@@ -104,10 +77,10 @@ void Check::bad(const std::string& name, const std::string& what) {
     std::printf("%s %s\n", name.c_str(), what.c_str());
 }
 
-int Check::end() const {
+int Check::end() {
     std::printf(
         "%zu the same, %zu refused, %zu with as much as libqpdf finds by a repair, %zu wrong\n",
-        same_, refused_, repaired_, bad_);
+        counts_[Comparison::Same], counts_[Comparison::Refused], counts_[Comparison::AsMuch], bad_);
     return bad_ == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
@@ -136,7 +109,7 @@ int generate(std::span<char*> arguments) {
 }
 
 int rewrite(std::span<char*> arguments) {
-    const auto document = openAny(read(arguments[0]));
+    const auto document = Document::create(Support::stripeOf(read(arguments[0])), Structure::Any);
     if (!document) return EXIT_FAILURE;
     write(arguments[1], Support::write(*document));
     return EXIT_SUCCESS;

@@ -81,11 +81,7 @@ void GeneratedDocument::begin() {
     for (int left = 6; left > 0; --left)
         revision.spare.push_back(take());
     for (const std::uint32_t id : data_) {
-        if (random_.chance(70)) {
-            references_.push_back(reference(id));
-        } else {
-            fleeting_.insert(id);
-        }
+        if (random_.chance(60)) name(id);
     }
     references_.push_back(std::to_string(*data_.begin()) + " 7 R");
     references_.emplace_back("99999 0 R");
@@ -106,7 +102,8 @@ void GeneratedDocument::change() {
     for (int left = 6; left > 0; --left)
         revision.spare.push_back(take());
     for (const std::uint32_t id : std::set<std::uint32_t>(free_)) {
-        if (!fleeting_.contains(id) || random_.chance(20)) continue;
+        // A reference of the former generation leads nowhere, but libqpdf finds the former object.
+        if (named_.contains(id) || random_.chance(50)) continue;
         free_.erase(id);
         data_.insert(id);
         putData(id);
@@ -123,11 +120,17 @@ void GeneratedDocument::change() {
     if (random_.chance(50)) {
         const std::uint32_t added = take();
         data_.insert(added);
-        references_.push_back(reference(added));
+        if (random_.chance(60)) name(added);
         putData(added);
     }
     if (random_.chance(50)) put(random_.oneOf(drawings_), stream({}, contents()), true);
     putCatalog();
+}
+
+/// Lets all values refer to it, not the catalog alone, which changes in every revision.
+void GeneratedDocument::name(std::uint32_t id) {
+    named_.insert(id);
+    references_.push_back(reference(id));
 }
 
 void GeneratedDocument::putCatalog() {

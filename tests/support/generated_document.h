@@ -55,6 +55,7 @@ private:
     std::string resources();
     std::string image();
     void putData(std::uint32_t id);
+    void name(std::uint32_t id);
     std::string deepArray();
 
     Random& random_;
@@ -65,11 +66,8 @@ private:
     std::uint32_t next_ = 1;
     std::vector<std::uint32_t> numbers_; // those to be taken next, the last one first
     std::map<std::uint32_t, std::uint16_t> generations_;
-    std::set<std::uint32_t> data_, free_;
-    /// Data that the catalog alone refers to, so that its numbers may be taken again: libqpdf finds
-    /// the former object where a reference with its generation is left.
-    std::set<std::uint32_t> fleeting_;
-    Tokens references_; // to data, to nothing, and to what stores other objects
+    std::set<std::uint32_t> data_, free_, named_;
+    Tokens references_; // to named data, to nothing, and to what stores other objects
     std::uint32_t catalog_ = 0, info_ = 0, list_ = 0; // 0: there is none
     std::string tree_;                                // its root: a reference, or itself
     std::vector<std::uint32_t> drawings_;

@@ -152,7 +152,7 @@ Spelling::Entries FileWriter::trailer(const GeneratedRevision& revision, std::si
     Spelling::Entries entries = {{"/Size", number(size_)}, {"/Root", revision.root}};
     if (!revision.info.empty()) entries.emplace_back("/Info", revision.info);
     if (random.chance(40)) entries.emplace_back("/ID", "[<00112233>(\\n\\\\0123456789abcd)]");
-    if (random.chance(10)) entries.emplace_back("/A#20Key", "[1 (a) null " + revision.root + "]");
+    if (random.chance(10)) entries.emplace_back("/A#20Key", "[1 (a) null 99999 0 R]");
     if (former != 0) entries.emplace_back("/Prev", number(former));
     random.shuffle(entries);
     return entries;
@@ -161,6 +161,7 @@ Spelling::Entries FileWriter::trailer(const GeneratedRevision& revision, std::si
 void FileWriter::putSection(const GeneratedRevision& revision, Section kind) {
     const std::uint32_t self = free_.back();
     if (kind != Section::Table) entries_[self] = {CrossReference::InFile, position(), 0};
+    if (entries_.empty()) entries_[0] = {CrossReference::Free, 0, 65535};
     fillGaps();
     Spelling::Entries entries = trailer(revision, former_, random_);
     if (kind == Section::Hybrid) {
