@@ -146,12 +146,12 @@ Sample textDocument(std::size_t objects) {
     return writer.finish(pages);
 }
 
-std::string fieldValue(std::size_t index, std::minstd_rand& random) {
+std::string fieldValue(std::size_t index, std::size_t page, std::minstd_rand& random) {
     const std::string left = std::to_string(random() % 500) + "." + std::to_string(random() % 1000);
     return "<< /Type /Annot /Subtype /Widget /FT /Tx /T (line " + std::to_string(index) +
            ".amount) /V (" + std::to_string(random()) + " EUR) /Ff " +
-           std::to_string(random() % 8192) + " /F 4 /P 3 0 R /Rect [" + left + " 144.5 " +
-           std::to_string(500 + random() % 90) +
+           std::to_string(random() % 8192) + " /F 4 /P " + std::to_string(page) + " 0 R /Rect [" +
+           left + " 144.5 " + std::to_string(500 + random() % 90) +
            " 158.25] /DA (/Helv 9 Tf 0 g) /MK << /BC [0.5 0.5 0.75] /R 0 >> >>";
 }
 
@@ -162,7 +162,7 @@ Sample formDocument(std::size_t objects) {
     writer.object(pagesValue(3, 1, 1));
     writer.object("<</Type/Page/Parent 2 0 R/MediaBox[0 0 595 842]>>");
     while (writer.nextId() <= objects)
-        writer.object(fieldValue(writer.nextId(), random));
+        writer.object(fieldValue(writer.nextId(), 3, random));
     return writer.finish(1);
 }
 
@@ -191,6 +191,30 @@ Sample generateFieldTree(std::size_t fields) {
                       (kids.empty() ? "" : "/Kids[" + kids + "]") + ">>");
     }
     return writer.finish(0);
+}
+
+Sample generateFormPages(std::size_t pages) {
+    constexpr std::size_t fieldsOfPage = 5, step = fieldsOfPage + 1, firstPage = 3;
+    const auto reference = [](std::size_t number) { return std::to_string(number) + " 0 R "; };
+    std::string fields;
+    for (std::size_t number = firstPage; number < firstPage + pages * step; ++number) {
+        if ((number - firstPage) % step != 0) fields += reference(number);
+    }
+    std::minstd_rand random(3);
+    Writer writer;
+    writer.object("<</Type/Catalog/Pages 2 0 R/AcroForm<</DA(/Helv 0 Tf 0 g)/Fields[" + fields +
+                  "]>>>>");
+    writer.object(pagesValue(firstPage, step, pages));
+    for (std::size_t page = 0; page < pages; ++page) {
+        const std::size_t self = writer.nextId();
+        std::string widgets;
+        for (std::size_t field = 1; field <= fieldsOfPage; ++field)
+            widgets += reference(self + field);
+        writer.object("<</Type/Page/Parent 2 0 R/MediaBox[0 0 595 842]/Annots[" + widgets + "]>>");
+        for (std::size_t field = 1; field <= fieldsOfPage; ++field)
+            writer.object(fieldValue(self + field, self, random));
+    }
+    return writer.finish(pages);
 }
 
 bool fillTenFields(Libraries::Files::PDF::Document& document) {

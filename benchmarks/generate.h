@@ -37,6 +37,9 @@ Sample generate(Kind kind, std::size_t objects);
 /// each, row by row. The kids of every field, and the fields at the top, are named f0 to f9.
 Sample generateFieldTree(std::size_t fields);
 
+/// A filled-in form of so many pages: five text fields on each, which the form lists.
+Sample generateFormPages(std::size_t pages);
+
 /// Sets ten fields of such a tree, of at least 110 fields, found by their paths. Whether it went.
 bool fillTenFields(Libraries::Files::PDF::Document& document);
 

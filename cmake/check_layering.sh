@@ -1,7 +1,8 @@
 #!/bin/sh
 # Checks the direction of the includes:
 #
-#   host <- values <- packed <- state <- reader, writer, compose, forms <- document
+#   host <- values <- packed <- state <- reader, writer, compose, forms <- structures <- document
+#   spelling <- structures, import
 #   public headers <- tools <- tools/pages <- tools/letterheads
 #                                          <- tools/forms, on tools/fonts too
 #   public headers but for tools <- import, which alone knows libqpdf
@@ -37,7 +38,9 @@ BEGIN {
     split("reader writer compose forms", stages, " ")
     for (i in stages)
         sees[stages[i]] = sees["state"] stages[i] " "
-    sees["document"] = sees["state"] "reader writer compose forms document "
+    sees["spelling"] = " spelling "
+    sees["structures"] = sees["state"] "reader writer compose forms spelling structures "
+    sees["document"] = sees["structures"] "document "
     # Tools are built on what everybody has, and on the runtime.
     sees["public-tools"] = sees["public-pdf"] "codes public-tools "
     sees["tools"] = sees["public-tools"] "host tools "
@@ -46,7 +49,7 @@ BEGIN {
     sees["tools/letterheads"] = sees["tools/pages"] "tools/letterheads "
     sees["tools/forms"] = sees["tools/pages"] "tools/fonts tools/forms "
     sees["public-import"] = " public-host public-pdf codes public-import "
-    sees["import"] = sees["public-import"] "import "
+    sees["import"] = sees["public-import"] "spelling import "
     # The public error codes are named in one place, which the runtime shares.
     sees["public-pdf"] = sees["public-pdf"] "codes "
     system_header = "^(unistd|fcntl|dlfcn|poll|windows|io|libdeflate|igzip_lib|isa-l)[.]h$" \
@@ -60,7 +63,7 @@ function layer(path,    part, count) {
     if (path == "include/pdf/import.h") return "public-import"
     if (path ~ /^import\//) return "import"
     if (path ~ /^include\/pdf\//) return "public-pdf"
-    if (path ~ /^src\/(host|values|packed|state|document|reader|writer|compose|forms|tools)\//) {
+    if (path ~ /^src\/(host|values|packed|state|document|reader|writer|compose|forms|spelling|structures|tools)\//) {
         count = split(path, part, "/")
         return part[2] == "tools" && count > 3 ? "tools/" part[3] : part[2]
     }
@@ -83,7 +86,7 @@ function target(file, name, quoted,    folder) {
     if (quoted && exists(folder name)) return folder name
     if (exists("include/" name)) return "include/" name
     if (name ~ /^pdf\//) return "include/" name
-    if (name ~ /^(host|values|packed|state|document|reader|writer|compose|forms|tools)\//) return "src/" name
+    if (name ~ /^(host|values|packed|state|document|reader|writer|compose|forms|spelling|structures|tools)\//) return "src/" name
     if (quoted) return "?"
     return ""
 }

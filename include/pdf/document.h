@@ -24,6 +24,12 @@ enum class Home : std::uint32_t {
     Elsewhere = 2 ///< it is not: it is of another, or was
 };
 
+/// How the objects of a file that is to be opened may be stored.
+enum class Structure : std::uint32_t {
+    Classic = 0, ///< one classic table of one subsection, read by the exact rules
+    Any = 1      ///< whatever is sound by ISO 32000-1
+};
+
 /// A document and everything in it. Use one document on one thread at a time; different documents
 /// are independent of each other.
 ///
@@ -41,6 +47,26 @@ public:
     /// that the file breaks: `HeaderUnreadable` to `ObjectUnreadable`, `LineEndingUnknown`. Most of
     /// what can be wrong with header, trailer and table has no message: `errorText` says the most.
     [[nodiscard]] static Ref<Document> create(Ref<Interfaces::Stripe> source) noexcept;
+
+    /// Loads a document as `structure` says; `Structure::Classic` is what `create(source)` does.
+    ///
+    /// `Structure::Any` takes every file that is sound by ISO 32000-1 and not encrypted: tables of
+    /// any subsections, cross-reference and object streams, earlier revisions, hybrid and
+    /// linearised files, bytes before the header. The document is that of the last revision. Its
+    /// objects are numbered anew, from 1 without a gap, generation 0, in the order of their
+    /// numbers; a reference to nothing is null, and an entry with null is none (7.3.7). Strings
+    /// follow all escapes of 7.3.4.2; those that `Structure::Classic` would read otherwise are byte
+    /// strings. Numbers are faithful, the line ending is LF, and a version that the catalog raises
+    /// counts. What is written opens by `Structure::Classic` too, with equal values.
+    ///
+    /// Null with `NullArgument`, `InvalidArgument`, `NotPdf` (no header), `FileDamaged`,
+    /// `FileEncrypted`, `FilterUnsupported` (sound, but an object stream or a cross-reference
+    /// stream is stored by another filter than FlateDecode), `LimitExceeded` (these streams hold
+    /// more than 64 times the source and 1 MiB, or the objects lie inside each other) or
+    /// `SourceNotRead` set; the log says which object, by its number in the file, at which offset,
+    /// and why. The import repairs and decrypts what is not opened here.
+    [[nodiscard]] static Ref<Document> create(Ref<Interfaces::Stripe> source,
+                                              Structure structure) noexcept;
 
     /// The version in the file's header, or a higher one that `addBackground` brought.
     [[nodiscard]] virtual PdfVersion version() const noexcept = 0;

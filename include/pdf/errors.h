@@ -68,12 +68,15 @@ enum ErrorCode : std::uint32_t {
     ForeignPageInvalid = 1799,  ///< a foreign page's dictionary or contents are unusable
     ForeignStreamUnread = 1800, ///< a foreign content stream's data is unreadable
 
-    NotPdf = 34064,            ///< importing: the source is no PDF document at all
+    FileDamaged = 34084,   ///< the file's structure, or an object in it, is damaged
+    FileEncrypted = 34085, ///< the file is encrypted
+
+    NotPdf = 34064,            ///< the source is no PDF document at all
     PasswordNeeded = 34065,    ///< importing: the password is missing or not the document's
     EncryptionUnknown = 34066, ///< importing: the document is encrypted in an unknown way
     BeyondRepair = 34067,      ///< importing: the document is too damaged to be repaired
-    LimitExceeded = 34068,     ///< importing: the document's structure is larger than allowed
-    SourceNotRead = 34069,     ///< importing: the source could not be read
+    LimitExceeded = 34068,     ///< the document's structure is larger than allowed
+    SourceNotRead = 34069,     ///< the source could not be read
     TargetNotWritten = 34070,  ///< importing: the target could not be written
 };
 

@@ -23,10 +23,11 @@ enum class Loss : std::uint32_t {
     LineFeeds,   ///< data that begins with a line feed, where lines end in a carriage return alone
     Filters,     ///< streams whose filter or predictor `Document::setCompression` took away
     Signatures,  ///< signatures: they hold for the bytes of the file as it was, and for no other
+    Superseded,  ///< earlier revisions of a file whose last one was read whole
 };
 
 /// Number of kinds.
-inline constexpr std::uint32_t lossKinds = 13;
+inline constexpr std::uint32_t lossKinds = 14;
 
 /// How often a kind was met.
 struct LossCount {

@@ -4,6 +4,7 @@
 #include "host/guard.h"
 #include "reader/reader.h"
 #include "state/own_objects.h"
+#include "structures/structures.h"
 #include "values/failure.h"
 #include "values/kind.h"
 #include "writer/writer.h"
@@ -41,10 +42,15 @@ LossCount filterLossesOf(const DocumentState& state) noexcept {
 } // namespace
 
 Ref<Document> Document::create(Ref<Interfaces::Stripe> source) noexcept {
+    return create(std::move(source), Structure::Classic);
+}
+
+Ref<Document> Document::create(Ref<Interfaces::Stripe> source, Structure structure) noexcept {
     if (!usable(source)) return nullptr;
     return Host::guarded([&]() -> Ref<Document> {
         auto document = makeOrThrow<DocumentObj>(std::move(source), orThrow(Host::Mon::create()));
-        if (!load(document->state())) return nullptr;
+        DocumentState& state = document->state();
+        if (structure == Structure::Any ? !loadAny(state) : !load(state)) return nullptr;
         return document;
     });
 }

@@ -171,7 +171,7 @@ Packer::Ending Packer::endDictionary(List& list) {
         first[index].length = static_cast<std::uint32_t>(end - first[index].start);
         if (bytes_.data()[first[index].start + 1] != '/') return Ending::KeyIsNoName;
     }
-    order({first, count});
+    order({first, count}, list.withNothing_);
     entries_.truncate(list.firstEntry_);
     list_ = list.outer_;
     put(" >>");
@@ -195,7 +195,7 @@ int Packer::compareKeys(const Entry& left, const Entry& right) const noexcept {
     return int{*a} - int{*b};
 }
 
-void Packer::order(std::span<Entry> entries) {
+void Packer::order(std::span<Entry> entries, bool withNothing) {
     const auto precedes = [this](const Entry& left, const Entry& right) {
         const int keys = compareKeys(left, right);
         return keys < 0 || (keys == 0 && left.start < right.start);
@@ -203,7 +203,7 @@ void Packer::order(std::span<Entry> entries) {
     bool ascending = true;
     for (std::size_t index = 1; index < entries.size() && ascending; ++index)
         ascending = compareKeys(entries[index - 1], entries[index]) < 0;
-    if (ascending) return;
+    if (ascending && !withNothing) return;
 
     if (entries.size() <= smallDictionary) {
         for (std::size_t index = 1; index < entries.size(); ++index) {
@@ -215,12 +215,18 @@ void Packer::order(std::span<Entry> entries) {
     } else {
         std::ranges::sort(entries, precedes);
     }
-    rebuild(entries);
+    rebuild(entries, withNothing);
+}
+
+/// An entry with the empty key, or with null.
+bool Packer::isNothing(const Entry& entry) const noexcept {
+    const std::string_view text = bytes().substr(entry.start, entry.length);
+    return text[2] == ' ' || text.ends_with(" null");
 }
 
 /// Puts the bytes of the entries in their new order; of each run of equal keys only the last one
-/// stays.
-void Packer::rebuild(std::span<const Entry> entries) {
+/// stays, and only if it is one where that is asked.
+void Packer::rebuild(std::span<const Entry> entries, bool withNothing) {
     const std::uint32_t begin = std::ranges::min(entries, {}, &Entry::start).start;
     ordered_.clear();
     std::uint64_t dropped = 0;
@@ -231,13 +237,49 @@ void Packer::rebuild(std::span<const Entry> entries) {
             ++dropped;
             continue;
         }
+        if (withNothing && isNothing(entries[index])) continue;
         if (!ordered_.append(bytes_.data() + entries[index].start, entries[index].length)) {
             throw std::bad_alloc();
         }
     }
-    std::memcpy(bytes_.data() + begin, ordered_.data(), ordered_.size());
+    if (!ordered_.empty()) std::memcpy(bytes_.data() + begin, ordered_.data(), ordered_.size());
     bytes_.truncate(begin + ordered_.size());
     if (dropped != 0) note(Loss::EqualKeys, dropped);
+}
+
+void Packer::nothing() {
+    next({}, "null");
+    if (list_ != nullptr) list_->withNothing_ = true;
+}
+
+void Packer::emptyName() {
+    const bool isKey = list_ != nullptr && list_->dictionary_ && list_->count_ % 2 == 0;
+    if (!isKey) return nothing();
+    next("/", {});
+    list_->withNothing_ = true;
+}
+
+void Packer::reference(std::uint32_t id) {
+    constexpr std::string_view rest = " 0 R";
+    char text[16];
+    char* const end = std::to_chars(text, text + sizeof(text) - rest.size(), id).ptr;
+    std::ranges::copy(rest, end);
+    next({}, {text, static_cast<std::size_t>(end - text) + rest.size()});
+}
+
+std::optional<Packer::Reference> Packer::takeReference() {
+    List& list = *list_;
+    const List::Last& id = list.beforeLast();
+    const List::Last& generation = list.last();
+    if (list.count_ < 2 || !id.whole || !generation.whole) return std::nullopt;
+    const Reference taken{id.integer, generation.integer};
+    bytes_.truncate(id.start);
+    list.count_ -= 2;
+    // One of the two was taken for a key.
+    if (list.dictionary_) entries_.truncate(entries_.size() - sizeof(Entry));
+    list.last().whole = false;
+    list.beforeLast().whole = false;
+    return taken;
 }
 
 bool Packer::reference() {

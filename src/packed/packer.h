@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string_view>
 #include <utility>
@@ -39,9 +40,22 @@ public:
     /// Gives the bytes away, with the memory they are in.
     [[nodiscard]] Host::ByteBuffer takeBytes() noexcept { return std::move(bytes_); }
 
+    /// The two numbers of a reference.
+    struct Reference {
+        std::int64_t id;
+        std::int64_t generation;
+    };
+
     // Values: alone, or the next one of the innermost list.
 
     void keyword(std::string_view word) { next({}, word); }
+    /// Null, which in a dictionary makes no entry (ISO 32000-1, 7.3.7).
+    void nothing();
+    /// The name of no characters, for which there is no spelling: it makes no entry either, and is
+    /// null elsewhere.
+    void emptyName();
+    /// A reference to an object of generation 0.
+    void reference(std::uint32_t id);
     /// Its characters, of which none may end a name.
     void name(std::string_view characters) {
         if (characters == "ByteRange") noteSignature();
@@ -72,6 +86,9 @@ public:
     /// Makes a reference of the last two values of the innermost list. False where they are no
     /// numbers that can be one.
     [[nodiscard]] bool reference();
+    /// Takes the last two values of the innermost list back, which are those of a reference.
+    /// Nothing where they are no whole numbers.
+    [[nodiscard]] std::optional<Reference> takeReference();
 
 private:
     friend class List;
@@ -94,8 +111,9 @@ private:
     [[nodiscard]] char* room(std::size_t size);
     [[nodiscard]] Entry* entries(const List& list) noexcept;
     [[nodiscard]] std::size_t entryCount(const List& list) const noexcept;
-    void order(std::span<Entry> entries);
-    void rebuild(std::span<const Entry> entries);
+    void order(std::span<Entry> entries, bool withNothing);
+    void rebuild(std::span<const Entry> entries, bool withNothing);
+    [[nodiscard]] bool isNothing(const Entry& entry) const noexcept;
     [[nodiscard]] int compareKeys(const Entry& left, const Entry& right) const noexcept;
 
     void put(std::string_view text);
@@ -146,6 +164,7 @@ private:
     Last latest_[2];             // by turns, so that none has to be moved
     unsigned turn_ = 0;
     bool dictionary_ = false;
+    bool withNothing_ = false; // some entries of the dictionary may be none
 };
 
 } // namespace Libraries::Files::PDF

@@ -52,9 +52,7 @@ Saved look(const Document& document, Host::FileTarget& target, bool force) {
 
 Ref<Document> open(std::string_view path) noexcept {
     const Ref<Host::FileSource> source = Host::FileSource::open(path);
-    Ref<Document> document = source ? Document::create(source) : nullptr;
-    if (document) document->faithfulNumbers(true);
-    return document;
+    return source ? Document::create(source, Structure::Any) : nullptr;
 }
 
 namespace {

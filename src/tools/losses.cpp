@@ -86,7 +86,8 @@ const char* lossText(Loss kind) noexcept {
         "texts lose bytes that stand for no character",
         "data that begins with a line feed loses it",
         "data has lost the filter or predictor that it was stored by",
-        "signatures do not hold for what is written"};
+        "signatures do not hold for what is written",
+        "what earlier revisions of the file held is not kept"};
     const auto number = static_cast<std::uint32_t>(kind);
     return number < lossKinds ? texts[number] : "unknown loss";
 }

@@ -63,6 +63,8 @@ constexpr Text texts[] = {
     {ForeignPageEmpty, "the foreign document has no pages, or a page no contents"},
     {ForeignPageInvalid, "a foreign page is unusable"},
     {ForeignStreamUnread, "a foreign content stream cannot be read"},
+    {FileDamaged, "the file's structure, or an object in it, is damaged"},
+    {FileEncrypted, "the file is encrypted"},
     {NotPdf, "the source is no PDF document"},
     {PasswordNeeded, "the document is encrypted, and the password is missing or wrong"},
     {EncryptionUnknown, "the document is encrypted in a way that is not supported"},

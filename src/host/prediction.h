@@ -1,0 +1,30 @@
+#pragma once
+
+#include <host/byte_buffer.h>
+
+#include <cstdint>
+
+namespace Host {
+
+/// How data was made of rows before it was deflated: as differences of neighbours, by TIFF's rule
+/// or by the filters of PNG (RFC 2083, 6), which a byte in front of each row names.
+struct Prediction {
+    enum class Kind { Tiff, Png };
+
+    Kind kind = Kind::Png;
+    std::uint64_t colors = 1;
+    std::uint64_t bits = 8; ///< of one component: 1, 2, 4, 8 or 16
+    std::uint64_t columns = 1;
+
+    [[nodiscard]] std::uint64_t bytesOfRow() const noexcept {
+        return (colors * bits * columns + 7) / 8;
+    }
+    /// Of one pixel, at least one.
+    [[nodiscard]] std::uint64_t bytesOfPixel() const noexcept { return (colors * bits + 7) / 8; }
+};
+
+/// Makes data what it was before, in place. The last row may be shorter than the others. False
+/// where PNG has no such filter; the data is of no use then. Takes no memory.
+[[nodiscard]] bool undoPrediction(const Prediction& prediction, ByteBuffer& data) noexcept;
+
+} // namespace Host

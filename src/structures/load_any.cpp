@@ -1,0 +1,106 @@
+#include "host/cursor.h"
+#include "packed/entry.h"
+#include "packed/unpacker.h"
+#include "structures/file_ends.h"
+#include "structures/flaw.h"
+#include "structures/mending.h"
+#include "structures/object_loader.h"
+#include "structures/sections.h"
+#include "structures/structures.h"
+#include "values/failure.h"
+
+#include <algorithm>
+
+namespace Libraries::Files::PDF {
+
+namespace {
+
+class AnyLoader {
+public:
+    explicit AnyLoader(DocumentState& state) noexcept
+        : state_(state),
+          cursor_(*state.source),
+          objects_(cursor_, scanner_),
+          data_(cursor_),
+          sections_(cursor_, objects_, scanner_, data_),
+          loader_(state, entries_, objects_, scanner_, data_) {}
+
+    [[nodiscard]] bool load();
+
+private:
+    void read();
+    void readTrailer();
+    void complain(const Flaw& flaw);
+
+    DocumentState& state_;
+    Host::Cursor cursor_;
+    ValueScanner scanner_;
+    IndirectObjects objects_;
+    StructureData data_;
+    Entries entries_;
+    Sections sections_;
+    ObjectLoader loader_;
+};
+
+bool AnyLoader::load() {
+    try {
+        read();
+        return true;
+    } catch (const Flaw& flaw) {
+        // What ends too early may be the source's fault.
+        const Flaw unread{SourceNotRead, cursor_.position(), "the source cannot be read"};
+        complain(cursor_.failed() ? unread : flaw);
+        return fail(cursor_.failed() ? unread.code : flaw.code);
+    }
+}
+
+void AnyLoader::complain(const Flaw& flaw) {
+    const auto place = loader_.place();
+    if (place.stream != 0) {
+        report(LogLevel::Error, "Object ", place.object, " in object stream ", place.stream, ": ",
+               flaw.what, "; offset: ", flaw.offset);
+    } else if (place.object != 0) {
+        report(LogLevel::Error, "Object ", place.object, ": ", flaw.what,
+               "; offset: ", flaw.offset);
+    } else {
+        report(LogLevel::Error, "File: ", flaw.what, "; offset: ", flaw.offset);
+    }
+}
+
+void AnyLoader::read() {
+    const FileHeader header = findHeader(cursor_);
+    objects_.countFrom(header.offset);
+    state_.version = header.version;
+    sections_.read(findSections(cursor_), entries_);
+    loader_.load();
+    readTrailer();
+    state_.lineEnding = "\n";
+    state_.faithfulNumbers = true;
+    state_.nextObjectId = static_cast<std::uint32_t>(state_.objects.size()) + 1;
+    if (sections_.earlierRevisions() != 0) {
+        state_.losses.note(Loss::Superseded, sections_.earlierRevisions());
+    }
+}
+
+void AnyLoader::readTrailer() {
+    scanner_.numberBy(&entries_);
+    scanner_.onlyHexadecimal(true);
+    cursor_.seek(sections_.trailer());
+    const PackedValue trailer = scanner_.read(cursor_);
+    if (cursor_.failed())
+        throw Flaw{SourceNotRead, sections_.trailer(), "the source cannot be read"};
+    scanner_.addLosses(state_.losses, 0);
+    Mending mending(state_);
+    mending.mend(trailer);
+    const Ref<Value> value = unpack(mending.trailer(), state_.objects.store()->shared());
+    state_.trailer = Ref<Dictionary>(as<Dictionary>(value));
+    state_.version = std::max(state_.version, mending.version());
+}
+
+} // namespace
+
+bool loadAny(DocumentState& state) {
+    return AnyLoader(state).load();
+}
+
+} // namespace Libraries::Files::PDF

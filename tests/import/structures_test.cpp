@@ -1,0 +1,44 @@
+#include "import/comparison.h"
+#include "support/damage.h"
+#include "support/documents.h"
+#include "support/generated_file.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using Support::Compared;
+using Support::compareWithImport;
+using Support::Comparison;
+
+constexpr std::uint32_t seeds = 200;
+
+/// scripts/check-structures takes more of them.
+TEST(Structures, BecomeWhatTheImportMakesOfThem) {
+    for (std::uint32_t seed = 1; seed <= seeds; ++seed) {
+        const Compared compared = compareWithImport(Support::generatedFile(seed));
+        EXPECT_EQ(compared.comparison, Comparison::Same)
+            << "seed " << seed << ": " << compared.refusal;
+        EXPECT_TRUE(compared.isImported) << "seed " << seed;
+    }
+}
+
+/// The seeds are more than the others' so that some hit what holds a file together.
+TEST(Structures, LackNothingWhereTheyAreDamaged) {
+    std::size_t opened = 0, refused = 0;
+    const auto look = [&](const std::string& name, const std::string& file) {
+        const Comparison comparison = compareWithImport(file).comparison;
+        EXPECT_NE(comparison, Comparison::Less) << name;
+        EXPECT_NE(comparison, Comparison::Other) << name;
+        ++(comparison == Comparison::Refused ? refused : opened);
+    };
+    const std::string modern = Support::sample("modern/object-streams.pdf");
+    for (std::uint32_t seed = 1; seed <= seeds; ++seed) {
+        look("damaged " + std::to_string(seed), Support::damagedFile(seed));
+        look("mutant " + std::to_string(seed), Support::mutated(modern, seed));
+    }
+    EXPECT_GT(opened, seeds / 10);
+    EXPECT_GT(refused, seeds / 10);
+}
+
+} // namespace
