@@ -30,32 +30,16 @@ struct Opening {
     bool mends = true;    ///< false for a program that asks the library alone
 };
 
-/// Whether the library takes a file for something else than what it is: parts of it are not read,
-/// or are ciphertext.
-inline bool isMisread(const Document& document) {
-    const auto losses = Tools::losses(document);
-    return std::ranges::any_of(losses, [](const Tools::LossFound& loss) {
-        return Tools::isGrave(loss.kind) || loss.kind == Libraries::Files::PDF::Loss::Gaps;
-    });
-}
-
-/// Opens the document in the file at `path`: by the library, or through the import where that is
-/// what it takes. Null with the error code set. Every program opens its documents here.
+/// Opens the document in the file at `path`: by the library or, where it is damaged or encrypted,
+/// through the import. Null with the error code set. Every program opens its documents here.
 inline Ref<Document> load(std::string_view path, const Opening& how) {
-    Ref<Document> document = Tools::open(path);
 #if defined(FILES_PDF_HAS_IMPORT)
-    const std::uint32_t code = Host::Error::get();
-    const bool unread = isOfFile(code) || code == Host::OutOfMemory;
-    if (document ? !isMisread(*document) : unread) return document;
-    namespace Import = Libraries::Files::PDF::Import;
     Host::SysLogFilter::level(Host::LogLevel::Warning); // what is repaired is told
-    const Ref<Interfaces::Stripe> file = Host::FileSource::open(path);
-    const auto mended = file ? Import::normalise(file, {.password = how.password}) : nullptr;
-    document = mended ? Document::create(mended) : nullptr;
+    return Libraries::Files::PDF::Import::open(path, {.password = how.password});
 #else
     static_cast<void>(how);
+    return Tools::open(path);
 #endif
-    return document;
 }
 
 /// What helps where a document could not be opened, read or saved. Never to force anything.

@@ -43,11 +43,14 @@ struct Options {
 };
 
 /// Opens the document in the file at `path`, of whatever structure, encrypted or damaged, as it is
-/// in its last revision. Numbers are written as they were read (`Document::faithfulNumbers`). The
-/// file is not needed any more afterwards; memory holds the document, and what `normalise` takes
-/// during the call. Numbers of objects are those that `normalise` gives them.
+/// in its last revision. Numbers are written as they were read (`Document::faithfulNumbers`).
 ///
-/// Null with the code of `Host::FileSource::open`, `normalise` or `Document::create` set.
+/// A sound file is opened by `Structure::Any`, in the file. One that is not, one that is encrypted,
+/// and any where `plainFilters` is asked for, goes through `normalise` into memory, which takes
+/// what that takes; such a file is not needed afterwards. What had to be repaired is logged, as by
+/// `normalise`; why the file did not open as it is, is not.
+///
+/// Null with the code of `Host::FileSource::open`, `Document::create` or `normalise` set.
 [[nodiscard]] FILES_PDF_EXPORT Ref<Document> open(std::string_view path,
                                                   const Options& options = {}) noexcept;
 

@@ -1,4 +1,6 @@
-#include "host/held_log.h"
+#include "host/thread_printer.h"
+
+#include <host/held_log.h>
 
 #include <exception>
 #include <utility>

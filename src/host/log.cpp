@@ -1,4 +1,4 @@
-#include "host/held_log.h"
+#include "host/thread_printer.h"
 
 #include <host/log.h>
 

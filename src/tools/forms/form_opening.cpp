@@ -1,4 +1,3 @@
-#include "host/held_log.h"
 #include "tools/changes.h"
 #include "tools/failure.h"
 #include "tools/forms/form_field.h"
@@ -6,6 +5,7 @@
 #include "tools/forms/radio_groups.h"
 #include "tools/references.h"
 
+#include <host/held_log.h>
 #include <pdf/tools/filling.h>
 
 #include <unordered_set>

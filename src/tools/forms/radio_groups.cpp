@@ -1,11 +1,11 @@
 #include "tools/forms/radio_groups.h"
 
-#include "host/held_log.h"
 #include "tools/failure.h"
 #include "tools/forms/form_field.h"
 #include "tools/forms/form_text.h"
 #include "tools/references.h"
 
+#include <host/held_log.h>
 #include <pdf/tools/editing.h>
 #include <pdf/tools/pages.h>
 

@@ -1,5 +1,9 @@
 #pragma once
 
+/// @file
+/// The log of one thread, kept back: for what is tried, and may be done in another way.
+
+#include <host/export.h>
 #include <host/log.h>
 
 #include <cstdint>
@@ -8,10 +12,13 @@
 
 namespace Host {
 
-/// Keeps back what its thread logs, until it goes: then nobody sees it, unless it was let out.
-class HeldLog final : public LogPrinter {
+/// Keeps back what its thread logs, until it goes: then nobody sees it, unless it was let out. It
+/// is made and destroyed by one thread; those that a thread has go in the reverse order.
+class FILES_PDF_EXPORT HeldLog final : public LogPrinter {
 public:
+    /// Keeps messages back from now on.
     HeldLog() noexcept;
+    /// Drops what was not let out.
     ~HeldLog() override;
     HeldLog(const HeldLog&) = delete;
     HeldLog& operator=(const HeldLog&) = delete;
@@ -32,8 +39,5 @@ private:
     LogPrinter* former_;
     bool held_ = true;
 };
-
-/// The printer of this thread's messages; null where it is that of all threads.
-[[nodiscard]] LogPrinter*& threadPrinter() noexcept;
 
 } // namespace Host
