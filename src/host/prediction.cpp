@@ -86,8 +86,8 @@ private:
 void undoTiffRow(const Prediction& prediction, Row row) noexcept {
     const std::size_t colors = prediction.colors;
     const auto bits = static_cast<unsigned>(prediction.bits);
-    const std::size_t count = std::min<std::uint64_t>(colors * prediction.columns,
-                                                      row.size() * 8 / bits);
+    const std::size_t count =
+        std::min<std::uint64_t>(colors * prediction.columns, row.size() * 8 / bits);
     if (bits <= 8) {
         PackedComponents components(row, bits);
         for (std::size_t index = colors; index < count; ++index)

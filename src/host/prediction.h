@@ -6,8 +6,8 @@
 
 namespace Host {
 
-/// How data was made of rows before it was deflated: as differences of neighbours, by TIFF's rule or
-/// by the filters of PNG (RFC 2083, 6), which a byte in front of each row names.
+/// How data was made of rows before it was deflated: as differences of neighbours, by TIFF's rule
+/// or by the filters of PNG (RFC 2083, 6), which a byte in front of each row names.
 struct Prediction {
     enum class Kind { Tiff, Png };
 
@@ -23,8 +23,8 @@ struct Prediction {
     [[nodiscard]] std::uint64_t bytesOfPixel() const noexcept { return (colors * bits + 7) / 8; }
 };
 
-/// Makes data what it was before, in place. The last row may be shorter than the others. False where
-/// PNG has no such filter; the data is of no use then. Takes no memory.
+/// Makes data what it was before, in place. The last row may be shorter than the others. False
+/// where PNG has no such filter; the data is of no use then. Takes no memory.
 [[nodiscard]] bool undoPrediction(const Prediction& prediction, ByteBuffer& data) noexcept;
 
 } // namespace Host

@@ -96,7 +96,8 @@ std::uint32_t Mending::makeObject(const PackedValue& value) {
     return id;
 }
 
-/// The number of the dictionary that `value`, a part of `holder`, is or refers to; 0 where it does neither.
+/// The number of the dictionary that `value`, a part of `holder`, is or refers to; 0 where it does
+/// neither.
 std::uint32_t Mending::asObject(const PackedValue& holder, std::string_view value) {
     if (isReference(value)) {
         const std::uint32_t id = idOf(value);

@@ -59,7 +59,8 @@ void predict(Host::ByteBuffer& data, std::string_view parameters, std::uint64_t 
     const std::uint64_t predictor = parameter(parameters, "Predictor", 1, offset);
     if (predictor == 1) return;
     Host::Prediction prediction;
-    prediction.kind = predictor == tiff ? Host::Prediction::Kind::Tiff : Host::Prediction::Kind::Png;
+    prediction.kind =
+        predictor == tiff ? Host::Prediction::Kind::Tiff : Host::Prediction::Kind::Png;
     prediction.colors = parameter(parameters, "Colors", 1, offset);
     prediction.bits = parameter(parameters, "BitsPerComponent", 8, offset);
     prediction.columns = parameter(parameters, "Columns", 1, offset);

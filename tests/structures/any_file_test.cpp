@@ -107,11 +107,11 @@ std::vector<Sound> soundFiles() {
          revised(plain, "9 0 obj\n[9 0 R 5 0 R]\nendobj\n", "9 1\n" + line(size, " 00000 n \n")),
          "|<< /A 1 >>|[ 6 0 R 5 0 R ]"},
         {"length behind a reference",
-             Support::DocumentBuilder::minimal()
-                 .object(5, "<< /Length 6 0 R /Filter 7 0 R >>\nstream\r\nabc\nendstream")
-                 .object(6, "+3")
-                 .object(7, "[ /A /B ]")
-                 .bytes(),
+         Support::DocumentBuilder::minimal()
+             .object(5, "<< /Length 6 0 R /Filter 7 0 R >>\nstream\r\nabc\nendstream")
+             .object(6, "+3")
+             .object(7, "[ /A /B ]")
+             .bytes(),
          "|<< /Filter [ /A /B ] /Length 6 0 R >>\nstream\nabc\nendstream|+3|[ /A /B ]"},
     };
 }
@@ -143,14 +143,15 @@ std::vector<Damaged> damagedFiles() {
          "File: \"startxref\" was expected in the last 1054 bytes"},
         {"a revision that is cut off", plain + "5 0 obj\n(new)\nendobj\n",
          "File: behind the last \"startxref\" stands an object"},
-        {"a ring", revised(plain, "", "0 1\n0000000000 65535 f \n", " /Prev " +
-                                                                        std::to_string(plain.size())),
+        {"a ring",
+         revised(plain, "", "0 1\n0000000000 65535 f \n", " /Prev " + std::to_string(plain.size())),
          "File: the sections make a ring"},
         {"encrypted", replaced(plain, "/Root", "/Encrypt 5 0 R /Root"),
          "File: the trailer has an entry Encrypt", FileEncrypted},
         {"a wrong offset", replaced(plain, "startxref\n" + start(plain), "startxref\n9"),
          "File: a cross-reference stream was expected"},
-        {"an offset out of the file", replaced(plain, "startxref\n" + start(plain), "startxref\n99999"),
+        {"an offset out of the file",
+         replaced(plain, "startxref\n" + start(plain), "startxref\n99999"),
          "File: an offset leads out of the file"},
         {"another object's offset",
          revised(plain, "", "5 1\n" + line(plain.find("4 0 obj"), " 00000 n \n")),
@@ -167,7 +168,8 @@ std::vector<Damaged> damagedFiles() {
          "Object 5h (5): \"endobj\" was expected"},
         {"a stream that ends early", classicFile("<< /Length 2 >>\nstream\nabc\nendstream"),
          "Object 5h (5): the stream does not end where its length says"},
-        {"a stream that ends with the file", classicFile("<< /Length 999 >>\nstream\nabc\nendstream"),
+        {"a stream that ends with the file",
+         classicFile("<< /Length 999 >>\nstream\nabc\nendstream"),
          "Object 5h (5): the stream is longer than the file"},
         {"a stream without a length", classicFile("<< /L 3 >>\nstream\nabc\nendstream"),
          "Object 5h (5): the Length of this stream is no whole number"},
@@ -210,7 +212,8 @@ std::vector<Damaged> damagedFiles() {
 TEST(AnyFile, RefusesWhatIsDamaged) {
     for (const Damaged& row : damagedFiles()) {
         SCOPED_TRACE(row.name);
-        const std::string outcome = Support::outcomeOf([&] { return openAny(row.file) != nullptr; });
+        const std::string outcome =
+            Support::outcomeOf([&] { return openAny(row.file) != nullptr; });
         EXPECT_EQ(outcome.substr(0, outcome.find("; offset: ")),
                   Support::failure(row.code, row.message));
     }
@@ -271,7 +274,8 @@ TEST(AnyFile, ReadsThroughAnyWindow) {
 
 TEST(AnyFile, TakesEveryFaultOfItsSource) {
     const std::string file = Support::generatedFile(3);
-    for (const auto call : {Support::FailingStripe::Call::Read, Support::FailingStripe::Call::Seek}) {
+    for (const auto call :
+         {Support::FailingStripe::Call::Read, Support::FailingStripe::Call::Seek}) {
         const auto source = Host::makeOrThrow<Support::FailingStripe>(Support::stripeOf(file));
         ASSERT_TRUE(Document::create(source, Structure::Any));
         const std::uint64_t calls = source->calls(call);
@@ -285,8 +289,7 @@ TEST(AnyFile, TakesEveryFaultOfItsSource) {
 
 TEST(AnyFile, TellsRevisionsOnlyAsInformation) {
     const std::string plain = classicFile("<< /A 1.05 /A 2 >>");
-    const auto document =
-        openAny(revised(plain, "", "0 1\n0000000000 65535 f \n"));
+    const auto document = openAny(revised(plain, "", "0 1\n0000000000 65535 f \n"));
     ASSERT_TRUE(document);
     const auto found = Tools::losses(*document);
     ASSERT_EQ(found.size(), 2U);

@@ -69,7 +69,10 @@ const Row rows[] = {
     {"backslash", R"((a\\b))", "<615C62>"},
     {"control character", "(a\x01)", "<6101>"},
     {"no character", "(a\x81)", "<6181>"},
-    {"byte-order marks", "[(\xFE\xFF" "1)(\xEF\xBB\xBF" "2)(\\377\\3763)]",
+    {"byte-order marks",
+     "[(\xFE\xFF"
+     "1)(\xEF\xBB\xBF"
+     "2)(\\377\\3763)]",
      "[ <FEFF31> <EFBBBF32> <FFFE33> ]"},
     {"text of the code page", "(\x80\xE4)", R"((\200\344))"},
     {"hexadecimal", "<4 8\n6F" + nul + "a>", "<486FA0>"},
