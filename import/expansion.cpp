@@ -31,12 +31,37 @@ void eachPiece(Source& source, std::size_t overlap,
     }
 }
 
+bool isDigit(char code) noexcept {
+    return code >= '0' && code <= '9';
+}
+
+/// Whether a text begins with a version: digits, a point, digits.
+bool isVersion(std::string_view text) noexcept {
+    const auto point = std::ranges::find_if_not(text, isDigit);
+    return point != text.begin() && text.end() - point > 1 && *point == '.' && isDigit(point[1]);
+}
+
+/// Where the header stands (7.5.2), from which libqpdf counts the document's offsets; 0 where there
+/// is none.
+Position headerIn(Source& source) {
+    constexpr std::string_view mark = "%PDF-";
+    constexpr std::size_t farthest = 1024;
+    constexpr std::size_t longestVersion = 16;
+    std::string text(farthest + mark.size() + longestVersion, '\0');
+    source.seek(0, SEEK_SET);
+    text.resize(source.read(text.data(), text.size()));
+    for (std::size_t at = text.find(mark); at < farthest; at = text.find(mark, at + 1)) {
+        if (isVersion(std::string_view(text).substr(at + mark.size()))) return at;
+    }
+    return 0;
+}
+
 bool isWhite(char code) noexcept {
     return code == ' ' || (code >= '\t' && code <= '\r') || code == '\0';
 }
 
 int hexValue(char code) noexcept {
-    if (code >= '0' && code <= '9') return code - '0';
+    if (isDigit(code)) return code - '0';
     const int letter = code | 0x20;
     return letter >= 'a' && letter <= 'f' ? letter - 'a' + 10 : -1;
 }
@@ -66,7 +91,7 @@ bool mayMakeXref(std::string_view text) noexcept {
     if (!takeName(text, "Type")) return false;
     while (!text.empty() && isWhite(text.front()))
         text.remove_prefix(1);
-    return text.empty() || text.front() == '%' || (text.front() >= '0' && text.front() <= '9');
+    return text.empty() || text.front() == '%' || isDigit(text.front());
 }
 
 constexpr std::size_t longestMention = 64;
@@ -228,6 +253,7 @@ bool Expansion::measureAlone(Position start, Position end) {
 }
 
 void Expansion::measureObjectStreams(QPDF& document) {
+    header_ = headerIn(*source_);
     const Entries entries = document.getXRefTable();
     std::set<int> streams;
     for (const auto& entry : entries) {
@@ -247,7 +273,7 @@ void Expansion::checkReferences(const Entries& entries, const QPDFXRefEntry& str
     const auto refuse = [] { fail(BeyondRepair, "an object stream lies in another"); };
     if (stream.getType() != 1) refuse();
     const auto offset = static_cast<Position>(stream.getOffset());
-    for (const long long id : scanObject(source_, offset).references) {
+    for (const long long id : scanObject(source_, header_ + offset).references) {
         const auto entry = id > 0 && id <= INT32_MAX
                                ? entries.find(QPDFObjGen(static_cast<int>(id), 0))
                                : entries.end();

@@ -48,8 +48,9 @@ private:
 
     std::shared_ptr<Source> source_;
     Limits left_;
-    Limits largest_ = {};   // of one cross-reference stream
-    std::uint64_t scanned_; // how much more of the source may be looked at for such
+    Limits largest_ = {};      // of one cross-reference stream
+    std::uint64_t header_ = 0; // where the document's offsets are counted from
+    std::uint64_t scanned_;    // how much more of the source may be looked at for such
     Decoder decoder_;
 };
 

@@ -5,6 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <numeric>
+#include <vector>
+
 namespace {
 
 using Support::Compared;
@@ -15,7 +18,11 @@ constexpr std::uint32_t seeds = 200;
 
 /// scripts/check-structures takes more of them.
 TEST(Structures, BecomeWhatTheImportMakesOfThem) {
-    for (std::uint32_t seed = 1; seed <= seeds; ++seed) {
+    // Behind them some that the import once took wrongly, for bytes in front of the header.
+    std::vector<std::uint32_t> sound(seeds);
+    std::iota(sound.begin(), sound.end(), 1U);
+    sound.insert(sound.end(), {362, 383, 555});
+    for (const std::uint32_t seed : sound) {
         const Compared compared = compareWithImport(Support::generatedFile(seed));
         EXPECT_EQ(compared.comparison, Comparison::Same)
             << "seed " << seed << ": " << compared.refusal;
