@@ -74,7 +74,6 @@ void AnyLoader::read() {
     sections_.read(findSections(cursor_), entries_);
     loader_.load();
     readTrailer();
-    state_.lineEnding = "\n";
     state_.faithfulNumbers = true;
     state_.nextObjectId = static_cast<std::uint32_t>(state_.objects.size()) + 1;
     if (sections_.earlierRevisions() != 0) {
