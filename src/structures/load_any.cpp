@@ -22,7 +22,7 @@ public:
           cursor_(*state.source),
           objects_(cursor_, scanner_),
           data_(cursor_),
-          sections_(cursor_, objects_, scanner_, data_),
+          sections_(cursor_, objects_, data_),
           loader_(state, entries_, objects_, scanner_, data_) {}
 
     [[nodiscard]] bool load();

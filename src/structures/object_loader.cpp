@@ -50,8 +50,7 @@ void ObjectLoader::markStorage() {
         if (streams_.empty() || streams_.back() != stream) streams_.push_back(stream);
     }
     std::ranges::sort(streams_);
-    const auto repeated = std::ranges::unique(streams_);
-    streams_.erase(repeated.begin(), repeated.end());
+    streams_.erase(std::unique(streams_.begin(), streams_.end()), streams_.end());
     for (const std::uint32_t number : streams_) {
         place_ = {number, 0};
         const Entry* const entry = entries_.find(number);
