@@ -1,4 +1,4 @@
-# shellcheck shell=sh disable=SC2154 # part of scripts/check-rendering: the files of the demo.
+# shellcheck shell=sh disable=SC2034,SC2154 # part of scripts/check-rendering: the files of the demo.
 
 # boxes FILE: "NAME X0 Y0 X1 Y1" for each top-level field of a file that rewrite wrote.
 boxes() {

@@ -1,4 +1,4 @@
-# shellcheck shell=sh disable=SC2154 # part of scripts/check-rendering: what renderers draw, and how it differs.
+# shellcheck shell=sh disable=SC2034,SC2154 # part of scripts/check-rendering: what renderers draw, and how it differs.
 
 # bad WHAT...: notes what is wrong and goes on, so that one run tells all of it.
 bad() {
@@ -17,7 +17,7 @@ count() {
 
 draw() { # RENDERER FILE PAGE IMAGE
     case $1 in
-    poppler) pdftoppm -r $((72 * scale)) -f "$3" -l "$3" -singlefile "$2" "${4%.ppm}" ;;
+    poppler) pdftoppm -cropbox -r $((72 * scale)) -f "$3" -l "$3" -singlefile "$2" "${4%.ppm}" ;;
     mupdf) mutool draw -q -r $((72 * scale)) -o "$4" "$2" "$3" ;;
     esac
 }
@@ -90,7 +90,7 @@ differences() {
 # they do outside of all.
 changed() {
     first=$work/$2.$1.${4-1}.ppm
-    differences "$first" "$work/$3.$1.${4-1}.ppm" | awk -v scale=$scale -v boxes="$work/boxes" \
+    differences "$first" "$work/$3.$1.${4-1}.ppm" | awk -v scale="$scale" -v boxes="$work/boxes" \
         -v size="$(sed -n 2p "$first")" -v header="$(head -n 3 "$first" | wc -c)" '
         BEGIN {
             split(size, extent)

@@ -1,4 +1,4 @@
-# shellcheck shell=sh disable=SC2154 # part of scripts/check-rendering: fields that are filled in.
+# shellcheck shell=sh disable=SC2034,SC2154 # part of scripts/check-rendering: fields that are filled in.
 
 # widgets FILE: "FIELD PAGE X0 Y0 X1 Y1" for each widget of a file that rewrite wrote.
 widgets() {

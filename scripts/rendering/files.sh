@@ -1,4 +1,4 @@
-# shellcheck shell=sh disable=SC2154 # part of scripts/check-rendering: files of its own, and those that are looked at.
+# shellcheck shell=sh disable=SC2034,SC2154 # part of scripts/check-rendering: files of its own, and those that are looked at.
 
 # Files of our own: begin_file FILE [ENTRIES OF THE CATALOG], put_object ID LINE... for each object from 1 on, end_file.
 
@@ -26,8 +26,8 @@ end_file() {
     } >>"$made"
 }
 
-# collect: every sample as one that the library reads, in $work/pairs, and without annotations, of
-# which a letterhead has none, in $work/bare.
+# collect: every sample as one that the library reads, in $work/pairs; and as a letterhead, whose
+# contents it must decode and which has no annotations, in $work/bare.
 collect() {
     mkdir -p "$work/pairs" "$work/bare"
     for file in examples/samples/*.pdf examples/samples/*/*.pdf; do
@@ -39,10 +39,12 @@ collect() {
         esac
         if [ -x "$programs/normalise" ]; then
             "$programs/normalise" "$@" "$file" "$work/pairs/$name" 2>"$work/said" || bad "$name is not imported"
+            "$programs/normalise" --plain-filters "$@" "$file" "$work/plain.pdf" 2>"$work/said" ||
+                bad "$name is not imported"
         else # built without the import
-            "$programs/inspect" "$file" >"$work/said" 2>&1 && cp "$file" "$work/pairs/$name"
+            "$programs/inspect" "$file" >"$work/said" 2>&1 && cp "$file" "$work/pairs/$name" && cp "$file" "$work/plain.pdf"
         fi
-        [ ! -e "$work/pairs/$name" ] || sed 's,/Annots,/Xnnots,g' "$work/pairs/$name" >"$work/bare/$name"
+        [ ! -e "$work/pairs/$name" ] || sed 's,/Annots,/Xnnots,g' "$work/plain.pdf" >"$work/bare/$name"
     done
 }
 

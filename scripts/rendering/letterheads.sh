@@ -1,16 +1,29 @@
-# shellcheck shell=sh disable=SC2154 # part of scripts/check-rendering: letterheads and stamps.
+# shellcheck shell=sh disable=SC2034,SC2154 # part of scripts/check-rendering: letterheads and stamps.
 
 # words FILE PAGE: its text in the order in which it is drawn, a word on each line.
 words() {
     pdftotext -q -raw -enc UTF-8 -f "$2" -l "$2" "$1" - 2>/dev/null | tr -s ' \n\f' '\n' | grep . || :
 }
 
+# keep_words: those of each page of each sample, in $work/words, and of the first ones as letterheads.
+keep_words() {
+    mkdir -p "$work/words"
+    for file in "$work"/pairs/*.pdf; do
+        name=${file##*/}
+        words "$work/bare/$name" 1 >"$work/words/$name"
+        for page in $(seq "$(qpdf --show-npages "$file")"); do
+            words "$file" "$page" >"$work/words/$name.$page"
+        done
+    done
+}
+
 # shows_both FILE PAPER TIMES: the text of PAPER so many times and then that of the page, on each page.
 shows_both() {
-    for page in $(seq "$(qpdf --show-npages "$work/pairs/$1")"); do
+    for kept in "$work/words/$1".*; do
+        page=${kept##*.}
         {
-            for _ in $(seq "$3"); do words "$work/bare/$2" 1; done
-            words "$work/pairs/$1" "$page"
+            for _ in $(seq "$3"); do cat "$work/words/$2"; done
+            cat "$kept"
         } >"$work/wanted"
         words "$work/laid.pdf" "$page" | cmp -s - "$work/wanted" || bad "$1 on $2: text is missing on page $page"
     done
@@ -36,7 +49,7 @@ make_paper() {
 
 # corner_of IMAGE: where the lower left 15 by 15 points of such paper come to lie on that page.
 corner_of() {
-    sed -n 2p "$1" | awk -v scale=$scale '{
+    sed -n 2p "$1" | awk -v scale="$scale" '{
         width = $1 / scale; height = $2 / scale
         fit = width / 300 < height / 400 ? width / 300 : height / 400
         left = (width - 300 * fit) / 2; bottom = (height - 400 * fit) / 2
@@ -63,9 +76,10 @@ changes_corner() {
 # Every sample on every other, and on itself.
 check_letterheads() {
     group "a letterhead shows, and so does the page, whatever the two are"
+    keep_words
     for file in "$work"/pairs/*.pdf; do
         name=${file##*/}
-        for paper in "$work"/pairs/*.pdf; do
+        for paper in "$work"/bare/*.pdf; do
             lay "$file" "$paper" "$work/laid.pdf"
             shows_both "$name" "${paper##*/}" 1
         done
@@ -78,7 +92,8 @@ check_letterheads() {
     make_paper corner \
         '1 0 0 rg q q 100 0 15 15 re f BT /F1 9 Tf 104 3 Td (x) Tj ET 0 0 1 1 re W n 9 0 0 9 9 9 cm'
     make_paper stamp '150 150 99 99 re f'
-    for file in "$work"/pairs/*.pdf "$work/nested.pdf"; do
+    make_paper surplus 'q 150 150 60 60 re f Q Q 3 0 0 3 7 7 cm' # takes back more than it saved
+    for file in "$work"/pairs/*.pdf "$work/nested.pdf" "$work/surplus.pdf"; do
         changes_corner "$file"
         changes_corner "$file" --above
     done

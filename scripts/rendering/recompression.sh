@@ -1,4 +1,4 @@
-# shellcheck shell=sh disable=SC2154 # part of scripts/check-rendering: streams stored otherwise.
+# shellcheck shell=sh disable=SC2034,SC2154 # part of scripts/check-rendering: streams stored otherwise.
 
 # make_images: four images, which look the same, behind chains of filters and predictors.
 make_images() {

@@ -1,4 +1,4 @@
-# shellcheck shell=sh disable=SC2154 # part of scripts/check-rendering: what a rewrite or a flat page tree must not change.
+# shellcheck shell=sh disable=SC2034,SC2154 # part of scripts/check-rendering: what a rewrite or a flat page tree must not change.
 
 # numbers FILE: all with a point that stand in its objects, in order of size; not those in streams.
 numbers() {

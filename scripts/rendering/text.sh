@@ -1,4 +1,4 @@
-# shellcheck shell=sh disable=SC2154 # part of scripts/check-rendering: text in fields of all heights.
+# shellcheck shell=sh disable=SC2034,SC2154 # part of scripts/check-rendering: text in fields of all heights.
 
 # make_fields FILE "HEIGHT SIZE [ENTRY...]"...: a page for each, with a text field of that height
 # whose text has that size; the fields are named f1, f2 and so on.
