@@ -12,7 +12,8 @@
 
 namespace Libraries::Files::PDF::Tools {
 
-/// Opens the document in the file at `path`. Null with the code of `Host::FileSource::open` or
+/// Opens the document in the file at `path` by `Structure::Any`: every sound file that is not
+/// encrypted, with faithful numbers. Null with the code of `Host::FileSource::open` or
 /// `Document::create` set.
 [[nodiscard]] FILES_PDF_EXPORT Ref<Document> open(std::string_view path) noexcept;
 
