@@ -14,8 +14,11 @@ void Entries::settle() {
     if (!std::ranges::is_sorted(entries_, {}, &Entry::number)) {
         std::ranges::stable_sort(entries_, {}, &Entry::number);
     }
-    const auto superseded = std::ranges::unique(entries_, {}, &Entry::number);
-    entries_.erase(superseded.begin(), superseded.end());
+    const auto superseded =
+        std::unique(entries_.begin(), entries_.end(), [](const Entry& newer, const Entry& older) {
+            return newer.number == older.number;
+        });
+    entries_.erase(superseded, entries_.end());
 }
 
 void Entries::number() noexcept {

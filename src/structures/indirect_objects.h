@@ -25,6 +25,10 @@ public:
 
     /// Where the header begins, from which on offsets are counted.
     void countFrom(std::uint64_t header) noexcept { header_ = header; }
+    /// Where an offset of the file leads in the source.
+    [[nodiscard]] std::uint64_t inSource(std::uint64_t offset) const noexcept {
+        return header_ + offset;
+    }
     /// Goes to an offset of the file.
     void seek(std::uint64_t offset);
     [[nodiscard]] Tokens& tokens() noexcept { return tokens_; }

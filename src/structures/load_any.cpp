@@ -10,6 +10,7 @@
 #include "values/failure.h"
 
 #include <algorithm>
+#include <string>
 
 namespace Libraries::Files::PDF {
 
@@ -22,7 +23,7 @@ public:
           cursor_(*state.source),
           objects_(cursor_, scanner_),
           data_(cursor_),
-          sections_(cursor_, objects_, scanner_, data_),
+          sections_(cursor_, objects_, data_),
           loader_(state, entries_, objects_, scanner_, data_) {}
 
     [[nodiscard]] bool load();
@@ -31,6 +32,7 @@ private:
     void read();
     void readTrailer();
     void complain(const Flaw& flaw);
+    [[nodiscard]] std::string foundAt(std::uint64_t offset);
 
     DocumentState& state_;
     Host::Cursor cursor_;
@@ -49,8 +51,9 @@ bool AnyLoader::load() {
     } catch (const Flaw& flaw) {
         // What ends too early may be the source's fault.
         const Flaw unread{SourceNotRead, cursor_.position(), "the source cannot be read"};
-        complain(cursor_.failed() ? unread : flaw);
-        return fail(cursor_.failed() ? unread.code : flaw.code);
+        const Flaw& reason = cursor_.failed() ? unread : flaw;
+        complain(reason);
+        return fail(reason.code);
     }
 }
 
@@ -59,12 +62,27 @@ void AnyLoader::complain(const Flaw& flaw) {
     if (place.stream != 0) {
         report(LogLevel::Error, "Object ", place.object, " in object stream ", place.stream, ": ",
                flaw.what, "; offset: ", flaw.offset);
-    } else if (place.object != 0) {
-        report(LogLevel::Error, "Object ", place.object, ": ", flaw.what,
-               "; offset: ", flaw.offset);
-    } else {
-        report(LogLevel::Error, "File: ", flaw.what, "; offset: ", flaw.offset);
+        return;
     }
+    const std::string found = foundAt(flaw.offset);
+    if (place.object != 0) {
+        report(LogLevel::Error, "Object ", place.object, ": ", flaw.what, "; offset: ", flaw.offset,
+               "; found: ", Host::Codes{found});
+    } else {
+        report(LogLevel::Error, "File: ", flaw.what, "; offset: ", flaw.offset,
+               "; found: ", Host::Codes{found});
+    }
+}
+
+/// What stands at an offset, as far as it can be printed.
+std::string AnyLoader::foundAt(std::uint64_t offset) {
+    constexpr std::size_t most = 24;
+    std::string found;
+    cursor_.seek(offset);
+    for (int code = cursor_.next(); code >= ' ' && code <= '~' && found.size() < most;
+         code = cursor_.next())
+        found.push_back(static_cast<char>(code));
+    return found;
 }
 
 void AnyLoader::read() {

@@ -50,8 +50,7 @@ void ObjectLoader::markStorage() {
         if (streams_.empty() || streams_.back() != stream) streams_.push_back(stream);
     }
     std::ranges::sort(streams_);
-    const auto repeated = std::ranges::unique(streams_);
-    streams_.erase(repeated.begin(), repeated.end());
+    streams_.erase(std::unique(streams_.begin(), streams_.end()), streams_.end());
     for (const std::uint32_t number : streams_) {
         place_ = {number, 0};
         const Entry* const entry = entries_.find(number);
@@ -90,7 +89,7 @@ void ObjectLoader::loadObject(const Entry& entry) {
     objects_.seek(entry.place);
     const auto head = objects_.readHead();
     if (head.number != entry.number || head.generation != entry.generation) {
-        damaged(entry.place, "another object stands here");
+        damaged(objects_.inSource(entry.place), "another object stands here");
     }
     const PackedValue value = objects_.readValue();
     const bool isStream = value.kind == Value::Type::Stream;
@@ -116,7 +115,8 @@ void ObjectLoader::checkData(const Entry& entry, const PackedValue& stream) {
         return;
     }
     const auto whole = wholePacked(length);
-    if (!whole) damaged(entry.place, "the Length of this stream is no whole number");
+    if (!whole)
+        damaged(objects_.inSource(entry.place), "the Length of this stream is no whole number");
     objects_.checkEnd(stream.streamOffset, *whole);
 }
 
@@ -197,14 +197,14 @@ Host::ByteBuffer ObjectLoader::readStream(const Entry& stream, std::string& dict
     objects_.seek(stream.place);
     const auto head = objects_.readHead();
     if (head.number != stream.number || head.generation != 0) {
-        damaged(stream.place, "another object stands here");
+        damaged(objects_.inSource(stream.place), "another object stands here");
     }
     const PackedValue value = objects_.readValue();
     if (value.kind != Value::Type::Stream || findPackedEntry(value.bytes, "Type") != "/ObjStm") {
-        damaged(stream.place, "an object stream was expected");
+        damaged(objects_.inSource(stream.place), "an object stream was expected");
     }
     dict = value.bytes; // reading on takes its place
-    const std::uint64_t length = lengthOf(dict, stream.place);
+    const std::uint64_t length = lengthOf(dict, objects_.inSource(stream.place));
     objects_.checkEnd(value.streamOffset, length);
     return data_.read(dict, value.streamOffset, length);
 }
@@ -246,7 +246,8 @@ void ObjectLoader::checkLengths() {
         place_ = {number, 0};
         const PackedValue stream = slot(entry).packed();
         const auto whole = wholePacked(follow(findPackedEntry(stream.bytes, "Length")));
-        if (!whole) damaged(entry.place, "the Length of this stream is no whole number");
+        if (!whole)
+            damaged(objects_.inSource(entry.place), "the Length of this stream is no whole number");
         objects_.checkEnd(stream.streamOffset, *whole);
     }
 }

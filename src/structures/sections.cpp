@@ -30,7 +30,9 @@ std::uint64_t numberIn(std::string_view dict, std::string_view key, std::uint64_
 void Sections::read(std::uint64_t offset, Entries& entries) {
     entries_ = &entries;
     for (bool newest = true; newest || offset != 0; newest = false) {
-        if (!visited_.insert(offset).second) damaged(offset, "the sections make a ring");
+        if (!visited_.insert(offset).second) {
+            damaged(objects_.inSource(offset), "the sections make a ring");
+        }
         former_ = hybrid_ = 0;
         readSection(offset, false);
         const std::uint64_t former = former_;

@@ -18,9 +18,8 @@ namespace Libraries::Files::PDF {
 /// along Prev. Throws `Flaw`.
 class Sections {
 public:
-    Sections(Host::Cursor& cursor, IndirectObjects& objects, ValueScanner& scanner,
-             StructureData& data) noexcept
-        : cursor_(cursor), objects_(objects), scanner_(scanner), data_(data) {}
+    Sections(Host::Cursor& cursor, IndirectObjects& objects, StructureData& data) noexcept
+        : cursor_(cursor), objects_(objects), data_(data) {}
 
     /// Reads all of them, from the one at `offset` on, into `entries`.
     void read(std::uint64_t offset, Entries& entries);
@@ -54,7 +53,6 @@ private:
 
     Host::Cursor& cursor_;
     IndirectObjects& objects_;
-    ValueScanner& scanner_;
     StructureData& data_;
     Entries* entries_ = nullptr;
     std::vector<Entry> freed_; // by the table that is being read

@@ -12,8 +12,9 @@
 
 namespace Libraries::Files::PDF::Tools {
 
-/// Opens the document in the file at `path`, whose numbers are written as they were read then
-/// (`Document::faithfulNumbers`). Null with the code of `Host::FileSource::open` or
+/// Opens the document in the file at `path` by `Structure::Any`: every sound file that is not
+/// encrypted. Its numbers are written as they were read (`Document::faithfulNumbers`). Null with
+/// the code of `Host::FileSource::open` or
 /// `Document::create` set.
 [[nodiscard]] FILES_PDF_EXPORT Ref<Document> open(std::string_view path) noexcept;
 
