@@ -14,8 +14,7 @@ namespace Libraries::Files::PDF::Tools {
 
 /// Opens the document in the file at `path` by `Structure::Any`: every sound file that is not
 /// encrypted. Its numbers are written as they were read (`Document::faithfulNumbers`). Null with
-/// the code of `Host::FileSource::open` or
-/// `Document::create` set.
+/// the code of `Host::FileSource::open` or `Document::create` set.
 [[nodiscard]] FILES_PDF_EXPORT Ref<Document> open(std::string_view path) noexcept;
 
 /// What to ask before a document takes a file's place.
