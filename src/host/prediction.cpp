@@ -106,6 +106,7 @@ void undoTiffRow(const Prediction& prediction, Row row) noexcept {
 } // namespace
 
 bool undoPrediction(const Prediction& prediction, ByteBuffer& data) noexcept {
+    if (prediction.kind == Prediction::Kind::None) return true;
     if (prediction.kind == Prediction::Kind::Png) return undoPng(prediction, data);
     const std::uint64_t rowSize = prediction.bytesOfRow();
     for (std::size_t start = 0; start < data.size(); start += rowSize) {

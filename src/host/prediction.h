@@ -9,9 +9,9 @@ namespace Host {
 /// How data was made of rows before it was deflated: as differences of neighbours, by TIFF's rule
 /// or by the filters of PNG (RFC 2083, 6), which a byte in front of each row names.
 struct Prediction {
-    enum class Kind { Tiff, Png };
+    enum class Kind { None, Tiff, Png };
 
-    Kind kind = Kind::Png;
+    Kind kind = Kind::None;
     std::uint64_t colors = 1;
     std::uint64_t bits = 8; ///< of one component: 1, 2, 4, 8 or 16
     std::uint64_t columns = 1;
@@ -21,6 +21,10 @@ struct Prediction {
     }
     /// Of one pixel, at least one.
     [[nodiscard]] std::uint64_t bytesOfPixel() const noexcept { return (colors * bits + 7) / 8; }
+    /// Whether data of so many bytes is a whole number of rows.
+    [[nodiscard]] bool fillsRows(std::uint64_t size) const noexcept {
+        return kind == Kind::None || size % (bytesOfRow() + (kind == Kind::Png ? 1 : 0)) == 0;
+    }
 };
 
 /// Makes data what it was before, in place. The last row may be shorter than the others. False

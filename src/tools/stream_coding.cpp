@@ -128,8 +128,8 @@ Coding codingOf(const Document& document, const Dictionary& entries) {
         soleElement(document, followEntry(document, entries, "DecodeParms"), several);
     const Ref<Dictionary> parameters = Host::cast<Dictionary>(value);
     if (several || (value && !parameters && value->type() != Value::Type::Null)) return other;
-    const auto predictor = predictorOf(document, parameters);
-    return predictor ? Coding{Coding::Kind::Flate, *predictor} : other;
+    const auto prediction = predictionOf(document, parameters);
+    return prediction ? Coding{Coding::Kind::Flate, *prediction} : other;
 }
 
 Converted inflate(Interfaces::Stripe& data, Host::ByteBuffer& output, std::uint64_t limit) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tools/predictor.h"
+#include "tools/prediction.h"
 
 #include <host/byte_buffer.h>
 #include <host/stripe.h>
@@ -17,7 +17,7 @@ struct Coding {
     enum class Kind { Plain, Flate, Other };
 
     Kind kind = Kind::Plain;
-    Predictor predictor; ///< of `Flate`
+    Host::Prediction prediction; ///< of `Flate`
 };
 
 /// What the dictionary of a stream says. Throws `std::bad_alloc`, as does what follows.

@@ -90,7 +90,8 @@ Ref<Host::MemoryStripe> inflated(Host::MemoryStripe& raw, std::uint64_t limit) {
 }
 
 bool isDecodable(const Coding& coding) noexcept {
-    return coding.kind != Coding::Kind::Other && coding.predictor.kind == Predictor::Kind::None;
+    return coding.kind != Coding::Kind::Other &&
+           coding.prediction.kind == Host::Prediction::Kind::None;
 }
 
 Ref<Host::MemoryStripe> decoded(Document& document, const Ref<Stream>& stream,

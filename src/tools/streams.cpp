@@ -172,7 +172,10 @@ bool Recoding::expand(Work& work) {
     default:
         return true;
     }
-    if (!undo(work.coding.predictor, plain) || losesLineFeed(plain)) return true;
+    const Host::Prediction& prediction = work.coding.prediction;
+    if (!prediction.fillsRows(plain.size()) || !Host::undoPrediction(prediction, plain))
+        return true;
+    if (losesLineFeed(plain)) return true;
     *limit_ -= plain.size();
     work.recoded = held(std::move(plain));
     return true;
