@@ -1,4 +1,4 @@
-// Writes any PDF document as one of the structure that the library reads.
+// Writes any PDF document, damaged and encrypted ones too, as one of the simplest structure.
 
 #include "program.h"
 
