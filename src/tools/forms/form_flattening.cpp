@@ -205,14 +205,13 @@ bool FormFlattening::append(const Ref<Dictionary>& page, const std::string& oper
     const Ref<Object> object = stream ? changes_.add(stream) : nullptr;
     if (!object) return false;
     const Ref<Value> drawing = orThrow(referenceTo(object));
-    std::vector<Ref<Value>> contents;
+    std::vector<Ref<Value>> contents = {drawing};
     if (!contentStreams(document_, *page).empty()) {
-        contents = contents_.closed(*page);
+        contents = contents_.covered(*page, drawing);
         Ref<Value> opening = contents.empty() ? nullptr : contents_.opening();
         if (!opening) return false;
         contents.insert(contents.begin(), std::move(opening));
     }
-    contents.push_back(drawing);
     return changes_.set(page, "Contents", orThrow(Array::create(contents)));
 }
 
