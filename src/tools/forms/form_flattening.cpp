@@ -33,11 +33,6 @@ constexpr std::uint64_t leastWidget = 64; ///< bytes that one takes in a file
 constexpr std::uint64_t mostAnnotations = 4;
 constexpr std::uint64_t alwaysMet = 4096;
 
-bool finished(const FieldEntries& widget, Filled shown) {
-    if (shown != Filled::ViewerNeeded) return shown == Filled::Shown;
-    return fail(NotSupported, "No appearance can be made for the text of field ", widget.text("T"));
-}
-
 /// Draws the widgets of a document's form on its pages.
 class FormFlattening {
 public:
@@ -60,6 +55,7 @@ private:
                                                 const Dictionary& looks) const;
     [[nodiscard]] bool complete(const Ref<Dictionary>& widget);
     [[nodiscard]] bool completeText(const FieldEntries& widget);
+    [[nodiscard]] bool finished(const FieldEntries& widget, Filled shown) const;
     [[nodiscard]] Ref<Object> normalLooks(const Dictionary& widget) const;
     [[nodiscard]] bool append(const Ref<Dictionary>& page, const std::string& operators);
 
@@ -152,6 +148,12 @@ bool FormFlattening::draw(const Page& page, const Ref<Dictionary>& widget, std::
     // Streams of appearances are taken for what they are, whatever they call themselves.
     return changes_.set(entries, "Subtype", orThrow(Name::create("Form"))) &&
            resources_.addXObject(page, name, orThrow(referenceTo(looks)));
+}
+
+bool FormFlattening::finished(const FieldEntries& widget, Filled shown) const {
+    if (shown != Filled::ViewerNeeded) return shown == Filled::Shown;
+    return fail(NotSupported, "No appearance can be made for the text of field ", widget.text("T"),
+                ": ", appearances_.obstacle());
 }
 
 Ref<Object> FormFlattening::normalLooks(const Dictionary& widget) const {
