@@ -84,7 +84,9 @@ int main(int argc, char** argv) {
 
     const auto how = Program::opening(arguments);
     const auto document = Program::open(arguments[0], how);
-    const auto letterhead = document ? Program::open(arguments[1], how) : nullptr;
+    auto sheet = how; // several streams are joined, which takes their data
+    sheet.plain = true;
+    const auto letterhead = document ? Program::open(arguments[1], sheet) : nullptr;
     if (!letterhead) return Program::failed;
     const int status = lay(*document, letterhead, *options, arguments[0], how);
     if (status != Program::done) return status;

@@ -28,6 +28,7 @@ struct Opening {
     std::string password{};
     bool possible = true; ///< false where an option was of no use, which has been reported
     bool mends = true;    ///< false for a program that asks the library alone
+    bool plain = false;   ///< whether streams in rare filters are to be decoded
 };
 
 /// Opens the document in the file at `path`: by the library or, where it is damaged or encrypted,
@@ -35,7 +36,8 @@ struct Opening {
 inline Ref<Document> load(std::string_view path, const Opening& how) {
 #if defined(FILES_PDF_HAS_IMPORT)
     Host::SysLogFilter::level(Host::LogLevel::Warning); // what is repaired is told
-    return Libraries::Files::PDF::Import::open(path, {.password = how.password});
+    return Libraries::Files::PDF::Import::open(
+        path, {.password = how.password, .plainFilters = how.plain});
 #else
     static_cast<void>(how);
     return Tools::open(path);
