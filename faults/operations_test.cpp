@@ -201,7 +201,7 @@ const Operation operations[] = {
      {RootInvalid, OutOfMemory}},
     {"flatten the form",
      [](Subject& subject) { return Tools::flattenForm(*subject.document); },
-     {RootInvalid, CatalogInvalid, PageTreeInvalid, OutOfMemory}},
+     {RootInvalid, CatalogInvalid, PageTreeInvalid, SourceNotRead, OutOfMemory}},
     {"background",
      [](Subject& subject) { return subject.document->addBackground(subject.foreign, 1); },
      {StreamNotCopied, ForeignStreamUnread, StepFailed, PageTreeInvalid, PageInvalid,

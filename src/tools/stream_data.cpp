@@ -132,7 +132,7 @@ Ref<Host::MemoryStripe> rawBytes(Document& document, const Ref<Stream>& stream) 
     Host::ByteBuffer bytes;
     if (!bytes.resize(data->size())) throw std::bad_alloc();
     if (data->position(0) != 0 || data->readBytes(bytes.data(), bytes.size()) != bytes.size()) {
-        return fail(CodingFailed, "Failed to read the data of a stream");
+        return fail(SourceNotRead, "Failed to read the data of a stream");
     }
     return orThrow(Host::MemoryStripe::create(std::move(bytes)));
 }

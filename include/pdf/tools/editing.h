@@ -130,9 +130,9 @@ makeStream(Document& document, Bytes bytes, bool deflate,
 /// re-encoded before. The stream keeps what it has.
 ///
 /// Null with `NullArgument`, `InvalidArgument` (a stream of another document),
-/// `StreamDictionaryMissing`, `FilterUnsupported` (any filter but one
-/// FlateDecode, or one with a predictor), `CodingFailed`, `OutOfRange` (more than `limit` bytes) or
-/// a code of `Document::readStreamData` set.
+/// `StreamDictionaryMissing`, `FilterUnsupported` (any filter but one FlateDecode, or one with a
+/// predictor), `CodingFailed` (damaged data), `SourceNotRead` (data that cannot be read),
+/// `OutOfRange` (more than `limit` bytes) or a code of `Document::readStreamData` set.
 [[nodiscard]] FILES_PDF_EXPORT Ref<Host::MemoryStripe>
 decodedBytes(Document& document, const Ref<Stream>& stream,
              std::uint64_t limit = UINT64_MAX) noexcept;

@@ -75,6 +75,7 @@ std::vector<Ref<Value>> PageContents::covered(const Dictionary& page, const Ref<
     const std::vector<Ref<Object>> streams = contentStreams(document_, page);
     const bool areKnown = std::ranges::all_of(
         streams, [this](const Ref<Object>& stream) { return balanceOf(stream).has_value(); });
+    if (unread_) return {};
     std::vector<Ref<Value>> contents;
     if (!areKnown) contents.emplace_back(saving());
     std::uint64_t open = 0;
@@ -104,8 +105,14 @@ const std::optional<StateBalance>& PageContents::balanceOf(const Ref<Object>& ob
     const Ref<Stream> stream = Host::cast<Stream>(quietly([&] { return object->value(); }));
     const Ref<Dictionary> entries = stream ? stream->dict() : nullptr;
     if (!entries || !canDecode(document_, *entries)) return place->second;
-    const auto bytes = quietly([&] { return budget_.decoded(document_, object); });
+    const std::uint32_t code = Host::Error::get();
+    Host::Error::set(Host::NoError);
+    const auto bytes = budget_.decoded(document_, object);
     if (bytes) place->second = stateBalanceOf(textOf(*bytes));
+    const std::uint32_t why = bytes ? code : Host::Error::get();
+    if (why == Host::OutOfMemory && !bytes) throw std::bad_alloc();
+    unread_ = why == SourceNotRead && !bytes;
+    if (!unread_) Host::Error::set(code);
     return place->second;
 }
 

@@ -53,6 +53,7 @@ private:
     Document& document_;
     Changes& changes_;
     ContentBudget budget_;
+    bool unread_ = false; ///< whether the source failed, which is no matter of what it holds
     Ref<ObjectRef> opening_, saving_;
     std::unordered_map<std::uint64_t, Ref<ObjectRef>> restorings_;
     std::unordered_map<std::uint32_t, std::optional<StateBalance>> balances_;
