@@ -31,16 +31,21 @@ public:
     }
 };
 
+/// How all files are opened and saved.
+struct Ways {
+    Program::Opening opening;
+    Program::Saving saving;
+};
+
 /// Rewrites one file; whatever it takes is made here and belongs to this thread alone. The target
 /// is put in place when all of it was written, opens again and is sound. Gives "ok", or the error.
-std::string rewrite(const Task& task, const Program::Saving& saving) {
-    const auto document = Program::load(task.from, saving.how);
-    const auto saved = document ? Program::store(*document, task.to, saving, task.name + ": ")
+std::string rewrite(const Task& task, const Ways& ways) {
+    const auto document = Program::load(task.from, ways.opening);
+    const auto saved = document ? Program::store(*document, task.to, ways.saving, task.name + ": ")
                                 : Tools::Saved::Failed;
     if (saved == Tools::Saved::Done) return "ok";
     const std::uint32_t code = Host::Error::get(); // of this thread
-    return Program::failureLine(code, {}, document ? Program::why(saved) : "",
-                                Program::remedy(code, saving.how));
+    return Program::failureLine(code, {}, document ? Program::why(saved) : "");
 }
 
 /// What came of the tasks so far. Threads share it, hence the lock.
@@ -64,13 +69,13 @@ private:
 };
 
 /// Does all tasks on `threads` threads, this one included.
-void rewriteAll(const std::vector<Task>& tasks, const Program::Saving& saving, std::size_t threads,
+void rewriteAll(const std::vector<Task>& tasks, const Ways& ways, std::size_t threads,
                 Report& report) {
     std::atomic<std::size_t> next = 0;
     const auto work = [&] {
         for (std::size_t index = next++; index < tasks.size(); index = next++) {
             current = &tasks[index];
-            report.add(*current, rewrite(*current, saving));
+            report.add(*current, rewrite(*current, ways));
         }
         current = nullptr;
     };
@@ -106,11 +111,11 @@ std::vector<Task> tasksOf(const Program::Arguments& arguments, std::string& twic
 }
 
 /// Does all of it; gives the exit status.
-int run(const std::vector<Task>& tasks, const Program::Saving& saving, std::size_t threads) {
+int run(const std::vector<Task>& tasks, const Ways& ways, std::size_t threads) {
     NamingPrinter printer;
     Host::LogPrinter& former = Host::SysLogStream::printer(printer);
     Report report(tasks.size());
-    rewriteAll(tasks, saving, std::min(threads, tasks.size()), report);
+    rewriteAll(tasks, ways, std::min(threads, tasks.size()), report);
     Host::SysLogStream::printer(former);
     const std::size_t failed = report.failed();
     std::printf("%zu files: %zu ok, %zu failed\n", tasks.size(), tasks.size() - failed, failed);
@@ -132,12 +137,12 @@ int main(int argc, char** argv) {
     std::string twice;
     const std::vector<Task> tasks = tasksOf(arguments, twice);
     if (tasks.empty()) return arguments.refuse("two files are named " + twice);
-    const Program::Saving saving = Program::saving(arguments, Program::opening(arguments));
-    if (!saving.how.possible) return Program::failed;
+    const Ways ways = {Program::opening(arguments), Program::saving(arguments)};
+    if (!ways.opening.possible) return Program::failed;
 
     std::error_code error;
     std::filesystem::create_directories(arguments[0], error);
     if (error)
         return Program::failure(arguments[0], Host::FileNotOpened, "the folder cannot be made");
-    return run(tasks, saving, *threads);
+    return run(tasks, ways, *threads);
 }

@@ -84,7 +84,7 @@ bool rewriteInStorage(Interfaces::Stripe& in, Interfaces::Stripe& out) {
     using namespace Libraries::Files::PDF;
     const auto stored = Host::make<BlockStripe>();
     if (!stored || !copy(in, *stored)) return false;
-    const auto document = Document::create(stored);
+    const auto document = Document::create(stored, Structure::Any);
     const auto written = document ? Host::make<BlockStripe>() : nullptr;
     if (!written) return false;
     const auto losses = Tools::losses(*document);
@@ -92,7 +92,6 @@ bool rewriteInStorage(Interfaces::Stripe& in, Interfaces::Stripe& out) {
         Host::Error::set(ResultUnsound);
         return false;
     }
-    document->faithfulNumbers(true);
     return document->write(written) && Document::create(written) && copy(*written, out);
 }
 
@@ -107,7 +106,6 @@ int main(int argc, char** argv) {
     if (!source) return Program::failure(arguments[0]);
     const auto target = Host::FileTarget::create(arguments[1]);
     if (!target) return Program::failure(arguments[1]);
-    if (!rewriteInStorage(*source, *target))
-        return Program::failure(arguments[0], {.mends = false});
+    if (!rewriteInStorage(*source, *target)) return Program::failure(arguments[0]);
     return target->commit() ? Program::done : Program::failure(arguments[1]);
 }

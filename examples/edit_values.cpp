@@ -56,7 +56,7 @@ int main(int argc, char** argv) {
     const auto document = Program::open(arguments[0], how);
     if (!document) return Program::failed;
     if (!setTitle(*document, arguments[2]) || !openAtLastPage(*document))
-        return Program::failure(arguments[0], how);
+        return Program::failure(arguments[0]);
     if (const int status = Program::finishOutput(); status != 0) return status;
-    return Program::save(*document, arguments[1], Program::saving(arguments, how));
+    return Program::save(*document, arguments[1], Program::saving(arguments));
 }

@@ -21,6 +21,12 @@ enum Status : int {
     unsound = 3, ///< the result would be no sound document; nothing was written
 };
 
+#if defined(FILES_PDF_HAS_IMPORT)
+inline constexpr bool hasImport = true;
+#else
+inline constexpr bool hasImport = false; ///< then damaged and encrypted files do not open
+#endif
+
 /// Whether the code is about a file, so that the system may have said why.
 inline bool isOfFile(std::uint32_t code) {
     return code >= Host::FileNotOpened && code <= Host::NotARegularFile;
@@ -44,6 +50,15 @@ inline std::string_view advice(std::uint32_t code) {
         return "give its password: --password-file FILE or --password P";
     case EncryptionUnknown:
         return "have it decrypted by what encrypted it";
+    case FilterUnsupported:
+        return hasImport ? "decode it: normalise --plain-filters IN OUT"
+                         : "a build with the import decodes it";
+    case FileDamaged:
+        return hasImport ? "repair it: normalise IN OUT"
+                         : "this program was built without the import, which repairs files";
+    case FileEncrypted:
+        return hasImport ? "decrypt it: normalise --password-file FILE IN OUT"
+                         : "this program was built without the import, which decrypts files";
     case NotPdf:
     case BeyondRepair:
         return "get the file once more, whole, from where it came from";

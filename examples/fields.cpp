@@ -104,7 +104,7 @@ int main(int argc, char** argv) {
     if (!form && code == FormNotFound)
         return Program::failure(arguments[0], code, "it has no form",
                                 "there is nothing to fill in");
-    if (!form) return Program::failure(arguments[0], how);
+    if (!form) return Program::failure(arguments[0]);
 
     print(*document, *form);
     if (const int status = Program::finishOutput(); status != 0) return status;

@@ -119,6 +119,6 @@ int main(int argc, char** argv) {
     if (!document) return Program::failed;
     const int status = fillAll(*document, *settings, arguments[0]);
     if (status != Program::done) return status;
-    if (flatten && !Tools::flattenForm(*document)) return Program::failure(arguments[0], how);
-    return Program::save(*document, arguments[1], Program::saving(arguments, how));
+    if (flatten && !Tools::flattenForm(*document)) return Program::failure(arguments[0]);
+    return Program::save(*document, arguments[1], Program::saving(arguments));
 }

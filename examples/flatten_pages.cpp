@@ -30,7 +30,7 @@ int main(int argc, char** argv) {
     const auto how = Program::opening(arguments);
     const auto document = Program::open(arguments[0], how);
     if (!document) return Program::failed;
-    if (!flatten(*document)) return Program::failure(arguments[0], how);
+    if (!flatten(*document)) return Program::failure(arguments[0]);
     if (const int status = Program::finishOutput(); status != 0) return status;
-    return Program::save(*document, arguments[1], Program::saving(arguments, how));
+    return Program::save(*document, arguments[1], Program::saving(arguments));
 }

@@ -61,8 +61,7 @@ int main(int argc, char** argv) {
     // An empty list of pages is a failure only when it says so.
     Host::Error::set(Host::NoError);
     const auto pages = document->getPages();
-    if (pages.empty() && Host::Error::get() != Host::NoError)
-        return Program::failure(arguments[0], how);
+    if (pages.empty() && Host::Error::get() != Host::NoError) return Program::failure(arguments[0]);
 
     print(*document, pages);
     printNesting(*document);

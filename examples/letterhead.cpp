@@ -47,20 +47,18 @@ std::optional<Tools::LetterheadOptions> optionsOf(const Program::Arguments& argu
     return options;
 }
 
-/// Lays it; gives the exit status. A page that is not there is named as it was asked for.
-int lay(Document& document, const Host::Ref<Document>& letterhead,
-        const Tools::LetterheadOptions& options, std::string_view file,
-        const Program::Opening& how) {
+/// Whether the pages that are asked for are there; the first that is not is reported.
+bool hasPages(const Document& document, const Tools::LetterheadOptions& options,
+              std::string_view file) {
     const auto pages = Tools::allPages(document);
-    if (!pages) return Program::failure(file, how);
+    if (!pages) return Program::failure(file) == Program::done;
     for (const Tools::PageRange& range : options.ranges) {
         if (range.last < pages->size()) continue;
         const std::string what = "page " + std::to_string(range.last + 1) + " is asked for";
         const std::string next = "it has " + std::to_string(pages->size());
-        return Program::failure(file, Host::OutOfRange, what, next);
+        return Program::failure(file, Host::OutOfRange, what, next) == Program::done;
     }
-    const bool laid = Tools::letterhead(document, letterhead, options);
-    return laid ? Program::done : Program::failure(file, how);
+    return true;
 }
 
 const std::vector<Program::Option> own = {
@@ -82,11 +80,16 @@ int main(int argc, char** argv) {
     const auto options = optionsOf(arguments);
     if (!options) return arguments.refuse("--mode is 0 to 3, --pages a list such as 1-3,7");
 
+    Host::Ref<Document> document;
+    Host::Ref<Document> letterhead;
+    const auto open = [&](const Program::Opening& how) {
+        document = Program::open(arguments[0], how);
+        letterhead = document ? Program::open(arguments[1], how) : nullptr;
+        return letterhead && hasPages(*document, *options, arguments[0]);
+    };
+    const auto lay = [&] { return Tools::letterhead(*document, letterhead, *options); };
     const auto how = Program::opening(arguments);
-    const auto document = Program::open(arguments[0], how);
-    const auto letterhead = document ? Program::open(arguments[1], how) : nullptr;
-    if (!letterhead) return Program::failed;
-    const int status = lay(*document, letterhead, *options, arguments[0], how);
+    const int status = Program::changeOpened(arguments[0], how, open, lay);
     if (status != Program::done) return status;
-    return Program::save(*document, arguments[2], Program::saving(arguments, how));
+    return Program::save(*document, arguments[2], Program::saving(arguments));
 }

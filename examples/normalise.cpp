@@ -1,4 +1,4 @@
-// Writes any PDF document as one of the structure that the library reads.
+// Writes any PDF document, damaged and encrypted ones too, as one of the simplest structure.
 
 #include "program.h"
 
@@ -35,6 +35,7 @@ int main(int argc, char** argv) {
 
     const auto how = Program::opening(arguments);
     if (!how.possible) return Program::failed;
+    Host::SysLogFilter::level(Host::LogLevel::Warning); // what is repaired is told
     const auto source = Host::FileSource::open(arguments[0]);
     if (!source) return Program::failure(arguments[0]);
     Import::Options options;

@@ -44,7 +44,7 @@ int main(int argc, char** argv) {
     const auto document = Program::open(arguments[0], how);
     if (!document) return Program::failed;
     const auto pages = Tools::allPages(*document);
-    if (!pages) return Program::failure(arguments[0], how);
+    if (!pages) return Program::failure(arguments[0]);
     for (std::size_t index = 0; index < pages->size(); ++index)
         print(index + 1, (*pages)[index]);
     return Program::finishOutput();

@@ -7,6 +7,7 @@
 #include "arguments.h"
 
 #include <host/files.h>
+#include <host/held_log.h>
 #include <host/log.h>
 #include <pdf/document.h>
 #include <pdf/tools/files.h>
@@ -27,48 +28,49 @@ namespace Tools = Libraries::Files::PDF::Tools;
 struct Opening {
     std::string password{};
     bool possible = true; ///< false where an option was of no use, which has been reported
-    bool mends = true;    ///< false for a program that asks the library alone
+    bool decoded = false; ///< whether streams shall be ones that the tools can decode
 };
 
-/// Opens the document in the file at `path`: by the library or, where it is damaged or encrypted,
-/// through the import. Null with the error code set. Every program opens its documents here.
+/// Opens the document in the file at `path`, sound, damaged or encrypted. Null with the error code
+/// set. A program without the import opens what is sound.
 inline Ref<Document> load(std::string_view path, const Opening& how) {
 #if defined(FILES_PDF_HAS_IMPORT)
     Host::SysLogFilter::level(Host::LogLevel::Warning); // what is repaired is told
-    return Libraries::Files::PDF::Import::open(path, {.password = how.password});
+    return Libraries::Files::PDF::Import::open(
+        path, {.password = how.password, .plainFilters = how.decoded});
 #else
     static_cast<void>(how);
     return Tools::open(path);
 #endif
 }
 
-/// What helps where a document could not be opened, read or saved. Never to force anything.
-inline std::string_view remedy(std::uint32_t code, const Opening& how) {
-    using namespace Libraries::Files::PDF;
-    const bool structure = (code >= HeaderUnreadable && code <= ObjectUnreadable) ||
-                           (code >= NoTrailer && code <= PageInvalid) || code == ResultUnsound;
-    if (!structure) return advice(code);
-#if defined(FILES_PDF_HAS_IMPORT)
-    return how.mends ? advice(code) : "\"normalise IN OUT\" makes almost any PDF one that opens";
-#else
-    static_cast<void>(how);
-    return "this program was built without the import, which opens almost any PDF";
-#endif
-}
-
-/// Reports the thread's error code, of what was done with the document in `file`; gives the exit
-/// status.
-inline int failure(std::string_view file, const Opening& how) {
-    const std::uint32_t code = Host::Error::get();
-    return failure(file, code, {}, remedy(code, how));
-}
-
 /// Opens the document in the file at `path`; null where that failed, which has been reported then.
 inline Ref<Document> open(std::string_view path, const Opening& how = {}) {
     if (!how.possible) return nullptr;
     Ref<Document> document = load(path, how);
-    if (!document) static_cast<void>(failure(path, how));
+    if (!document) static_cast<void>(failure(path));
     return document;
+}
+
+/// Opens documents with `open(how)`, which reports its failures, and has a tool change them with
+/// `change()`; gives the exit status. Where contents have filters that tools do not decode both are
+/// done once more, with documents that the import decodes.
+template <typename Open, typename Change>
+int changeOpened(std::string_view file, Opening how, const Open& open, const Change& change) {
+    if (!open(how)) return failed;
+    bool changed = false;
+    {
+        Host::HeldLog log;
+        changed = change();
+        how.decoded =
+            !changed && hasImport && Host::Error::get() == Libraries::Files::PDF::FilterUnsupported;
+        if (!how.decoded) log.letOut();
+    }
+    if (how.decoded) {
+        if (!open(how)) return failed;
+        changed = change();
+    }
+    return changed ? done : failure(file);
 }
 
 /// The first line of a file; false where it cannot be read, which is reported.
@@ -104,16 +106,14 @@ inline std::vector<Option> openingOptions(std::vector<Option> options = {}) {
 struct Saving {
     Tools::SaveOptions options;
     bool canonical = false;
-    Opening how; ///< how the document was opened: names what helps
 };
 
 /// What the options of `writingOptions` say.
-inline Saving saving(const Arguments& arguments, const Opening& how) {
+inline Saving saving(const Arguments& arguments) {
     Saving saving;
     saving.options.look = !arguments.has("--no-verify");
     saving.options.force = arguments.has("--force");
     saving.canonical = arguments.has("--canonical");
-    saving.how = how;
     return saving;
 }
 
@@ -123,7 +123,7 @@ inline std::vector<Option> writingOptions(std::vector<Option> options = {}) {
     options.push_back({"--canonical", "", "writes numbers canonically: 1.05 becomes 1.5"});
     options.push_back({"--faithful", "", "writes numbers as they were read, as without it"});
     options.push_back({"--no-verify", "", "warns of nothing and does not look at the result"});
-    options.push_back({"--force", "", "writes what loses pages, revisions or decryption"});
+    options.push_back({"--force", "", "writes what would be no sound document"});
     return options;
 }
 
@@ -156,8 +156,7 @@ inline std::string_view why(Tools::Saved saved) {
 inline int save(Document& document, std::string_view path, const Saving& saving = {}) {
     const Tools::Saved saved = store(document, path, saving);
     if (saved == Tools::Saved::Done) return done;
-    const std::uint32_t code = Host::Error::get();
-    return failure(path, code, why(saved), remedy(code, saving.how));
+    return failure(path, Host::Error::get(), why(saved));
 }
 
 } // namespace Program

@@ -29,5 +29,5 @@ int main(int argc, char** argv) {
     if (!arguments.are(3)) return arguments.refuse();
     if (setTitle(arguments[0], arguments[1], arguments[2])) return Program::done;
     const std::string files = std::string(arguments[0]) + " to " + std::string(arguments[1]);
-    return Program::failure(files, {.mends = false});
+    return Program::failure(files);
 }

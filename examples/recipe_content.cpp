@@ -39,6 +39,6 @@ int main(int argc, char** argv) {
     const auto how = Program::opening(arguments);
     const auto document = Program::open(arguments[0], how);
     if (!document) return Program::failed;
-    if (!redraw(*document)) return Program::failure(arguments[0], how);
-    return Program::save(*document, arguments[1], Program::saving(arguments, how));
+    if (!redraw(*document)) return Program::failure(arguments[0]);
+    return Program::save(*document, arguments[1], Program::saving(arguments));
 }

@@ -25,10 +25,16 @@ int main(int argc, char** argv) {
          "Lays the first page of LETTERHEAD beneath every page of IN.", Program::writingOptions()});
     if (!arguments.are(3)) return arguments.refuse();
 
+    Ref<Document> document;
+    Ref<Document> letterhead;
+    const auto open = [&](const Program::Opening& how) {
+        document = Program::open(arguments[0], how);
+        letterhead = document ? Program::open(arguments[1], how) : nullptr;
+        return letterhead != nullptr;
+    };
+    const auto lay = [&] { return addLetterhead(*document, letterhead); };
     const auto how = Program::opening(arguments);
-    const auto document = Program::open(arguments[0], how);
-    const auto letterhead = document ? Program::open(arguments[1], how) : nullptr;
-    if (!letterhead) return Program::failed;
-    if (!addLetterhead(*document, letterhead)) return Program::failure(arguments[0], how);
-    return Program::save(*document, arguments[2], Program::saving(arguments, how));
+    const int status = Program::changeOpened(arguments[0], how, open, lay);
+    if (status != Program::done) return status;
+    return Program::save(*document, arguments[2], Program::saving(arguments));
 }

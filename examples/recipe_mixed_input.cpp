@@ -13,28 +13,29 @@ using Host::Ref;
 // page begin
 /// What a file is to an application that takes whatever users send.
 const char* kindOf(std::string_view path, std::size_t& pages) {
-    const auto source = Host::FileSource::open(path);
-    if (!source) return Host::Error::get() == Host::NotARegularFile ? "no file" : "not there";
-    const auto document = Document::create(source);
-    if (!document) {
-        switch (Host::Error::get()) {
-        case HeaderUnreadable:
-        case VersionUnsupported:
-            return "no PDF";
-        case EndMarkerMissing:
-            return "cut off, or something stands behind it";
-        case OutOfMemory:
-            return "too large";
-        default:
-            return "a PDF of a structure that is not read"; // errorText says more
-        }
+    const auto document = Tools::open(path);
+    if (document) {
+        const auto all = Tools::allPages(*document);
+        pages = all ? all->size() : 0;
+        return all ? "fine" : "a PDF whose pages cannot be listed";
     }
-    if (document->trailer()->find("Encrypt")) return "encrypted";
-    if (document->trailer()->find("Prev")) return "revised: the earlier parts would be lost";
-    const auto all = Tools::allPages(*document);
-    if (!all) return "a PDF whose pages cannot be found";
-    pages = all->size();
-    return "fine";
+    switch (Host::Error::get()) {
+    case Host::FileNotOpened:
+        return "not there, or not permitted"; // Host::Error::reason tells which
+    case Host::NotARegularFile:
+        return "no file";
+    case NotPdf:
+        return "no PDF";
+    case FileDamaged:
+        return "damaged: Import::open may repair it";
+    case FileEncrypted:
+        return "encrypted: Import::open decrypts it";
+    case OutOfMemory:
+    case LimitExceeded:
+        return "too large, or made to take too much";
+    default:
+        return "a PDF that takes the import"; // errorText says more
+    }
 }
 // page end
 

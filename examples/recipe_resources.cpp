@@ -55,6 +55,6 @@ int main(int argc, char** argv) {
     const auto how = Program::opening(arguments);
     const auto document = Program::open(arguments[0], how);
     if (!document) return Program::failed;
-    if (!listAll(*document)) return Program::failure(arguments[0], how);
+    if (!listAll(*document)) return Program::failure(arguments[0]);
     return Program::finishOutput();
 }

@@ -24,7 +24,7 @@ int recompress(const std::vector<std::string>& files, unsigned threads) {
             const std::string target = files[index] + ".new";
             if (smaller && Tools::save(*document, target) == Tools::Saved::Done) continue;
             // The code is that of this thread, whatever the others do.
-            static_cast<void>(Program::failure(document ? target : files[index], {.mends = false}));
+            static_cast<void>(Program::failure(document ? target : files[index]));
             ++failed;
         }
     };

@@ -16,7 +16,7 @@ using Host::Ref;
 /// also where the result would not be a sound document.
 std::vector<std::uint8_t> marked(std::span<const std::uint8_t> bytes, std::string_view mark) {
     const auto source = Host::MemoryStripe::create(bytes); // a copy: the row may go
-    const auto document = source ? Document::create(source) : nullptr;
+    const auto document = source ? Document::create(source, Structure::Any) : nullptr;
     const auto catalog = document ? document->getCatalog() : nullptr;
     const auto target = catalog ? Host::MemoryStripe::create() : nullptr;
     const auto name = target ? Name::create(mark) : nullptr;
@@ -26,7 +26,6 @@ std::vector<std::uint8_t> marked(std::span<const std::uint8_t> bytes, std::strin
         Host::Error::set(ResultUnsound);
         return {};
     }
-    document->faithfulNumbers(true);
     if (!document->write(target) || !Document::create(target)) return {}; // it opens again
     return {target->bytes().begin(), target->bytes().end()};
 }
@@ -53,6 +52,5 @@ int main(int argc, char** argv) {
     if (file->readBytes(row.data(), row.size()) != row.size())
         return Program::failure(arguments[0]);
     const auto result = marked(row, "Seen");
-    return result.empty() ? Program::failure(arguments[0], {.mends = false})
-                          : store(result, arguments[1]);
+    return result.empty() ? Program::failure(arguments[0]) : store(result, arguments[1]);
 }

@@ -24,7 +24,7 @@ int main(int argc, char** argv) {
     if (!document) return Program::failed;
     const bool well =
         compress ? Tools::compressStreams(*document) : Tools::expandStreams(*document, {limit});
-    if (well) return Program::save(*document, arguments[2], Program::saving(arguments, how));
-    if (Host::Error::get() != ExpansionTooBig) return Program::failure(arguments[1], how);
+    if (well) return Program::save(*document, arguments[2], Program::saving(arguments));
+    if (Host::Error::get() != ExpansionTooBig) return Program::failure(arguments[1]);
     return Program::failure(arguments[1], ExpansionTooBig, "", "--limit BYTES allows more");
 }

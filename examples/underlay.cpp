@@ -17,6 +17,6 @@ int main(int argc, char** argv) {
     const auto document = Program::open(arguments[1], how);
     const auto foreign = document ? Program::open(arguments[2], how) : nullptr;
     if (!foreign) return Program::failed;
-    if (!document->addBackground(foreign, *mode)) return Program::failure(arguments[2], how);
-    return Program::save(*document, arguments[3], Program::saving(arguments, how));
+    if (!document->addBackground(foreign, *mode)) return Program::failure(arguments[2]);
+    return Program::save(*document, arguments[3], Program::saving(arguments));
 }

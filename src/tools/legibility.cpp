@@ -4,6 +4,7 @@
 #include "tools/names.h"
 
 #include <algorithm>
+#include <cctype>
 #include <string_view>
 #include <vector>
 
@@ -13,10 +14,25 @@ namespace {
 
 constexpr unsigned deepest = 512;
 
+/// Whether a name is read again as it is; `signs` asks that number signs encode something, too.
+bool isLegibleName(const Host::String& name, bool signs) noexcept {
+    const auto isHex = [&](std::uint64_t index) {
+        return index < name.length() && name[index] < 0x80 &&
+               std::isxdigit(static_cast<int>(name[index])) != 0;
+    };
+    for (std::uint64_t index = 0; index < name.length(); ++index) {
+        if (!isRegular(name[index])) return false;
+        if (!signs || name[index] != U'#') continue;
+        if (!isHex(index + 1) || !isHex(index + 2)) return false;
+        if (name[index + 1] == U'0' && name[index + 2] == U'0') return false;
+    }
+    return true;
+}
+
 /// Looks for what cannot be read again in one value, and remembers the way to it.
 class Search {
 public:
-    explicit Search(bool texts) noexcept : texts_(texts) {}
+    Search(bool texts, bool signs) noexcept : texts_(texts), signs_(signs) {}
 
     /// Whether `value` holds such a thing; `what` says what it is then.
     [[nodiscard]] bool find(const Ref<Value>& value);
@@ -30,7 +46,7 @@ private:
     [[nodiscard]] bool findInArray(const Array& array);
     [[nodiscard]] bool findInDictionary(const Ref<Dictionary>& dictionary);
 
-    bool texts_;
+    bool texts_, signs_;
     std::string what_;
     std::vector<std::string> way_;
 };
@@ -51,13 +67,10 @@ bool Search::findInText(const String& string) {
 }
 
 bool Search::findInName(const Ref<Host::String>& name, std::string_view kind) {
-    for (std::uint64_t index = 0; name && index < name->length(); ++index) {
-        if (isRegular((*name)[index])) continue;
-        what_ = std::string(kind) + " \"" + name->utf8() +
-                "\" is not read again as it is: Tools::nameOf and keyOf spell it";
-        return true;
-    }
-    return false;
+    if (!name || isLegibleName(*name, signs_)) return false;
+    what_ = std::string(kind) + " \"" + name->utf8() +
+            "\" is not read again as it is: Tools::nameOf and keyOf spell it";
+    return true;
 }
 
 bool Search::findInArray(const Array& array) {
@@ -120,7 +133,9 @@ Host::StackVector<Ref<Object>> usedObjects(const Document& document) {
 
 std::string firstIllegible(const Document& document, bool all) {
     const bool texts = all || document.metOnReading(Loss::Backslashes).count == 0;
-    Search search(texts);
+    // The exact loader reads a number sign that encodes nothing; what opens every sound file, and
+    // keeps numbers, refuses it, and gave none.
+    Search search(texts, document.faithfulNumbers());
     if (search.find(document.trailer())) return "Trailer " + search.way() + ": " + search.what();
     const auto objects = usedObjects(document);
     for (const Ref<Object>& object : objects) {

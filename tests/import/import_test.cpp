@@ -300,9 +300,16 @@ TEST(Import, OpensInOneCall) {
         EXPECT_EQ(document->getPages().size(), modern.pages) << modern.name;
         EXPECT_TRUE(document->cacheStreamData()) << modern.name;
     }
-    const auto numbers = Import::openFrom(stripeOf(with("[ .50 -.5 ]").bytes()));
-    ASSERT_TRUE(numbers);
-    EXPECT_EQ(third(Support::write(*numbers)), "[ .50 -.5 ]");
+    // What is sound keeps the order of its numbers, what is repaired has those of `normalise`.
+    const std::string sound = with("[ .50 -.5 ]").bytes();
+    const std::pair<std::string, const char*> rows[] = {
+        {sound, "\n5 0 obj\n[ .50 -.5 ]\n"},
+        {std::string(sound).replace(9, 1, "  1"), "\n3 0 obj\n[ .50 -.5 ]\n"}};
+    for (const auto& [bytes, wanted] : rows) {
+        const auto numbers = Import::openFrom(stripeOf(bytes));
+        ASSERT_TRUE(numbers) << wanted;
+        EXPECT_NE(Support::write(*numbers).find(wanted), std::string::npos) << wanted;
+    }
 
     EXPECT_FALSE(Import::open(::testing::TempDir() + "missing.pdf"));
     EXPECT_EQ(Host::Error::get(), Host::FileNotOpened);

@@ -213,6 +213,20 @@ TEST(Saving, NamesWhatWouldNotBeReadAgain) {
          "Object 5 /A: the name \"a/b\""},
         {"wide name", "<< >>", [&](auto&, auto& dict) { return dict.set("A", name("\xCE\xA9")); },
          "Object 5 /A: the name \"\xCE\xA9\""},
+        {"lone sign", "<< >>",
+         [&](Document& document, auto& dict) {
+             document.faithfulNumbers(true);
+             return dict.set("A", array({name("a#b")}));
+         },
+         "Object 5 /A [0]: the name \"a#b\""},
+        {"sign of null", "<< >>",
+         [&](Document& document, auto& dict) {
+             document.faithfulNumbers(true);
+             return dict.set("#00", null());
+         },
+         "Object 5: the key \"#00\""},
+        {"sign that the exact loader reads", "<< /A /a#b >>", [](auto&, auto&) { return true; },
+         ""},
         {"new stream", "<< >>",
          [&](Document& document, auto&) {
              return Tools::makeStream(document, "q", false, dictionary({{"A(", null()}})) !=

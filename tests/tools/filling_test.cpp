@@ -469,7 +469,7 @@ TEST(Filling, ReadsTextsHoweverTheyAreSpelled) {
     const auto document = openForm(
         {{5, "<< /Fields [ 10 0 R 11 0 R ] >>"},
          {10, "<< /FT /Ch /T (c) /V <E4> /Opt [ (\\376\\377\\000\\344\\040\\200) <FEFF00E4> <E4> "
-              "(p) [ (v) (t) ] 7 ] >>"},
+              "(p) [ (v) (t) ] 7 <FEFFFEFF0000E4000062> <FEFFFEFF> <FEFFFEFF004100420043> ] >>"},
          {11,
           "<< /FT /Btn /T (b) /V /a#20b /AP << /N << /Off 7 0 R /a#c3#A4 7 0 R /b#e4 7 0 R /c#zz "
           "7 0 R /d#4 7 0 R >> >> >>"}});
@@ -480,7 +480,7 @@ TEST(Filling, ReadsTextsHoweverTheyAreSpelled) {
             all += text + "=" + value + " ";
         return all + Tools::fieldValues(*document, *field).front();
     };
-    EXPECT_EQ(texts(0), "ä₀=ä₀ ä=ä ä=ä p=p t=v = ä");
+    EXPECT_EQ(texts(0), "ä₀=ä₀ ä=ä ä=ä p=p t=v = äb=äb = ABC=ABC ä");
     EXPECT_EQ(texts(1), "aä=a#c3#A4 bä=b#e4 c#zz=c#zz d#4=d#4 a b");
 }
 
@@ -616,7 +616,8 @@ TEST(Flattening, LosesNoValueThatItCannotDraw) {
     const RecordingLog log;
     EXPECT_FALSE(Tools::flattenForm(*document));
     EXPECT_EQ(Host::Error::get(), NotSupported);
-    EXPECT_EQ(log.text(), "No appearance can be made for the text of field t\n");
+    EXPECT_EQ(log.text(),
+              "No appearance can be made for the text of field t: its font lacks U+03A9\n");
     EXPECT_EQ(write(*document), before);
 }
 

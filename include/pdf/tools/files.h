@@ -32,8 +32,9 @@ enum class Saved : std::uint32_t {
     Failed = 1,     ///< it could not be written; the code says why
     Unreadable = 2, ///< the result would not open; the code is that of opening it
     /// A loss is grave, or the result has fewer pages: `ResultUnsound` is set. Or an application
-    /// has set a text with a backslash, or a name with white space or a delimiter, which is not
-    /// read again as it is: `NotReadAgain` is set, and the log names object and key.
+    /// has set a text with a backslash, or a name with white space, a delimiter or, where `open`
+    /// opened, a number sign that encodes nothing, which is not read again as it is: `NotReadAgain`
+    /// is set, and the log names object and key.
     Unsound = 3
 };
 

@@ -99,7 +99,7 @@ Filled FieldAppearances::showCaption(const FieldEntries& widget) {
     }
     const TextStyle& style = shared_.style(widget);
     const auto font = fonts_.find(widget, style.fontName);
-    auto codes = font ? TextLayout::encoded(font->font, caption) : std::nullopt;
+    auto codes = encoded(font, caption);
     if (!codes) return Filled::ViewerNeeded;
     const TextPlace place{textArea(frame, false), frame.height(), style.size, Quadding::Centered};
     const TextBlock block = TextLayout(font->font, place).single(std::move(*codes));

@@ -7,6 +7,7 @@
 #include <pdf/tools/editing.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <utility>
 
 namespace Libraries::Files::PDF::Tools {
@@ -15,6 +16,14 @@ namespace {
 
 /// Bytes that are worth the time and the entry that deflating takes.
 constexpr std::size_t shortest = 512;
+
+constexpr const char* unknownFont = "no text can be set in its font";
+
+std::string lacks(char32_t character) {
+    char text[32];
+    std::snprintf(text, sizeof text, "its font lacks U+%04X", static_cast<unsigned>(character));
+    return text;
+}
 
 TextPlace textPlace(const FieldEntries& widget, const WidgetFrame& frame, const Rectangle& area,
                     double size) {
@@ -112,17 +121,29 @@ Rectangle textArea(const WidgetFrame& frame, bool stacked) {
     return area;
 }
 
+std::optional<Codes> FieldAppearances::encoded(const std::optional<FormFont>& font,
+                                               std::string_view text) {
+    auto codes = font ? TextLayout::encoded(font->font, text) : std::nullopt;
+    if (codes) return codes;
+    const char32_t character = font ? TextLayout::lacking(font->font, text) : 0;
+    obstacle_ = !font ? unknownFont : character == 0 ? "it is too long" : lacks(character);
+    return codes;
+}
+
 Filled FieldAppearances::showText(const FieldEntries& widget, std::string_view text) {
     const WidgetFrame frame(document_, *widget.own());
     if (!frame.hasArea()) return Filled::Shown;
     const TextStyle& style = shared_.style(widget);
     if (!shared_.draw(text.size() + style.fontName.size())) return Filled::Failed;
     const auto font = fonts_.find(widget, style.fontName);
-    auto codes = font ? TextLayout::encoded(font->font, text) : std::nullopt;
+    auto codes = encoded(font, text);
     if (!codes) return Filled::ViewerNeeded;
     if (widget.kind() == Field::Kind::Text && widget.has(FieldFlags::password)) {
         const auto star = font->font.codeOf(U'*');
-        if (!star) return Filled::ViewerNeeded;
+        if (!star) {
+            obstacle_ = lacks(U'*');
+            return Filled::ViewerNeeded;
+        }
         std::ranges::fill(*codes, *star);
     }
     const std::uint64_t cells = combCells(widget);
@@ -137,7 +158,10 @@ Filled FieldAppearances::showList(const FieldEntries& widget, const Selection& s
     if (!shared_.draw(selection.texts.size())) return Filled::Failed;
     const TextStyle& style = shared_.style(widget);
     const auto font = fonts_.find(widget, style.fontName);
-    if (!font) return Filled::ViewerNeeded;
+    if (!font) {
+        obstacle_ = unknownFont;
+        return Filled::ViewerNeeded;
+    }
     const Rectangle area = textArea(frame, true);
     const TextLayout layout(font->font, textPlace(widget, frame, area, style.size));
     const double line = TextLayout::leading(TextLayout::listSize(style.size));
@@ -149,7 +173,7 @@ Filled FieldAppearances::showList(const FieldEntries& widget, const Selection& s
          index < options.size() && top > area.bottom; ++index) {
         constexpr std::size_t around = 64; // what is drawn for an option beside its text
         if (!shared_.draw(options[index].text.size() + around)) return Filled::Failed;
-        auto codes = TextLayout::encoded(font->font, options[index].text);
+        auto codes = encoded(font, options[index].text);
         if (!codes) return Filled::ViewerNeeded;
         texts.push_back(std::move(*codes));
         const Rectangle behind{frame.inside().left, top - line, frame.inside().right, top};

@@ -8,6 +8,7 @@
 
 #include <pdf/tools/filling.h>
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -43,6 +44,9 @@ public:
     [[nodiscard]] bool provideFor(const FieldEntries& field);
     /// Takes the looks of a widget away.
     [[nodiscard]] bool clear(const Ref<Dictionary>& widget);
+    /// Why the last widget that was left to viewers was: its font lacks a character, or no text is
+    /// set in it here, or the text is too long.
+    [[nodiscard]] const std::string& obstacle() const noexcept { return obstacle_; }
     /// What widgets share, and how much of it they may show.
     [[nodiscard]] SharedEntries& shared() noexcept { return shared_; }
 
@@ -53,6 +57,9 @@ private:
         std::string name;
     };
 
+    /// A text in the codes of a font; nothing, the obstacle noted, where there are none.
+    [[nodiscard]] std::optional<Codes> encoded(const std::optional<FormFont>& font,
+                                               std::string_view text);
     [[nodiscard]] Filled show(const FieldEntries& widget, const WidgetFrame& frame,
                               const std::string& ground, const TextBlock& block,
                               const TextStyle& style, const FormFont& font);
@@ -66,6 +73,7 @@ private:
     Changes& changes_;
     FormFonts fonts_;
     SharedEntries shared_;
+    std::string obstacle_;
     std::unordered_map<const Dictionary*, FirstState> firstStates_;
 };
 

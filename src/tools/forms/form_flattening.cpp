@@ -33,11 +33,6 @@ constexpr std::uint64_t leastWidget = 64; ///< bytes that one takes in a file
 constexpr std::uint64_t mostAnnotations = 4;
 constexpr std::uint64_t alwaysMet = 4096;
 
-bool finished(const FieldEntries& widget, Filled shown) {
-    if (shown != Filled::ViewerNeeded) return shown == Filled::Shown;
-    return fail(NotSupported, "No appearance can be made for the text of field ", widget.text("T"));
-}
-
 /// Draws the widgets of a document's form on its pages.
 class FormFlattening {
 public:
@@ -60,6 +55,7 @@ private:
                                                 const Dictionary& looks) const;
     [[nodiscard]] bool complete(const Ref<Dictionary>& widget);
     [[nodiscard]] bool completeText(const FieldEntries& widget);
+    [[nodiscard]] bool finished(const FieldEntries& widget, Filled shown) const;
     [[nodiscard]] Ref<Object> normalLooks(const Dictionary& widget) const;
     [[nodiscard]] bool append(const Ref<Dictionary>& page, const std::string& operators);
 
@@ -154,6 +150,12 @@ bool FormFlattening::draw(const Page& page, const Ref<Dictionary>& widget, std::
            resources_.addXObject(page, name, orThrow(referenceTo(looks)));
 }
 
+bool FormFlattening::finished(const FieldEntries& widget, Filled shown) const {
+    if (shown != Filled::ViewerNeeded) return shown == Filled::Shown;
+    return fail(NotSupported, "No appearance can be made for the text of field ", widget.text("T"),
+                ": ", appearances_.obstacle());
+}
+
 Ref<Object> FormFlattening::normalLooks(const Dictionary& widget) const {
     const auto all = Host::cast<Dictionary>(followEntry(document_, widget, "AP"));
     Ref<Value> entry = all ? entryOf(document_, *all, "N") : nullptr;
@@ -205,14 +207,13 @@ bool FormFlattening::append(const Ref<Dictionary>& page, const std::string& oper
     const Ref<Object> object = stream ? changes_.add(stream) : nullptr;
     if (!object) return false;
     const Ref<Value> drawing = orThrow(referenceTo(object));
-    std::vector<Ref<Value>> contents;
+    std::vector<Ref<Value>> contents = {drawing};
     if (!contentStreams(document_, *page).empty()) {
-        contents = contents_.closed(*page);
+        contents = contents_.covered(*page, drawing);
         Ref<Value> opening = contents.empty() ? nullptr : contents_.opening();
         if (!opening) return false;
         contents.insert(contents.begin(), std::move(opening));
     }
-    contents.push_back(drawing);
     return changes_.set(page, "Contents", orThrow(Array::create(contents)));
 }
 

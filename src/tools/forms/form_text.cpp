@@ -4,7 +4,9 @@
 #include "tools/fonts/text_font.h"
 
 #include <algorithm>
+#include <optional>
 #include <span>
+#include <utility>
 
 namespace Libraries::Files::PDF::Tools {
 
@@ -20,19 +22,36 @@ bool isUtf16(std::string_view bytes) noexcept {
     return bytes.starts_with("\xFE\xFF");
 }
 
-std::string fromUtf16(std::string_view bytes) {
-    std::u16string units;
-    for (std::size_t index = 2; index + 1 < bytes.size(); index += 2) {
-        const auto high = static_cast<unsigned char>(bytes[index]);
-        units += static_cast<char16_t>(high << 8 | static_cast<unsigned char>(bytes[index + 1]));
-    }
-    return orThrow(Host::String::create(std::u16string_view(units)))->utf8();
-}
-
 /// A character for each byte.
 std::string fromBytes(std::string_view bytes) {
     const std::span codes(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
     return orThrow(Host::String::create(codes))->utf8();
+}
+
+/// Some producers encode Latin text twice: behind two byte-order marks each character takes three
+/// bytes, of which the last is not 0. What else begins so is none of theirs.
+std::optional<std::string> encodedTwice(std::string_view bytes) {
+    constexpr std::string_view marks = "\xFE\xFF\xFE\xFF";
+    constexpr std::string_view before("\0\0", 2);
+    if (!bytes.starts_with(marks) || (bytes.size() - marks.size()) % 3 != 0) return std::nullopt;
+    std::string latin;
+    for (std::size_t index = marks.size(); index < bytes.size(); index += 3) {
+        if (bytes.substr(index, 2) != before || bytes[index + 2] == 0) return std::nullopt;
+        latin += bytes[index + 2];
+    }
+    return fromBytes(latin);
+}
+
+std::string fromUtf16(std::string_view bytes) {
+    if (auto text = encodedTwice(bytes)) return *std::move(text);
+    while (isUtf16(bytes)) // nobody sees further marks
+        bytes.remove_prefix(2);
+    std::u16string units;
+    for (std::size_t index = 0; index + 1 < bytes.size(); index += 2) {
+        const auto high = static_cast<unsigned char>(bytes[index]);
+        units += static_cast<char16_t>(high << 8 | static_cast<unsigned char>(bytes[index + 1]));
+    }
+    return orThrow(Host::String::create(std::u16string_view(units)))->utf8();
 }
 
 std::string literalText(const Host::String& text) {

@@ -34,6 +34,17 @@ bool isDeep(char32_t character) noexcept {
     return deep.find(character) != deep.npos || (other && flat.find(character) == flat.npos);
 }
 
+/// The code for a character of a line. A code that is a line feed would end a line where the text
+/// does not.
+std::optional<unsigned char> codeInLine(const TextFont& font, char32_t character) noexcept {
+    const auto code = font.codeOf(character == '\t' ? U' ' : character);
+    return code == newline ? std::nullopt : code;
+}
+
+bool endsLine(char32_t character) noexcept {
+    return character == '\r' || character == '\n';
+}
+
 } // namespace
 
 double TextLayout::listSize(double size) noexcept {
@@ -52,16 +63,23 @@ std::optional<Codes> TextLayout::encoded(const TextFont& font, std::string_view 
         const bool secondOfTwo = before == '\r' && character == '\n';
         before = character;
         if (secondOfTwo) continue;
-        if (character == '\r' || character == '\n') {
+        if (endsLine(character)) {
             codes.push_back(newline);
             continue;
         }
-        const auto code = font.codeOf(character == '\t' ? U' ' : character);
-        // A code that is a line feed would end a line where the text does not.
-        if (!code || *code == newline || codes.size() == longest) return std::nullopt;
+        const auto code = codeInLine(font, character);
+        if (!code || codes.size() == longest) return std::nullopt;
         codes.push_back(*code);
     }
     return codes;
+}
+
+char32_t TextLayout::lacking(const TextFont& font, std::string_view utf8) {
+    const std::u32string characters = charactersOf(utf8);
+    const auto first = std::ranges::find_if(characters, [&](char32_t character) {
+        return !endsLine(character) && !codeInLine(font, character);
+    });
+    return first == characters.end() ? 0 : *first;
 }
 
 double TextLayout::widthOf(const Codes& codes, double size) const noexcept {

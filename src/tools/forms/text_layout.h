@@ -45,6 +45,9 @@ public:
     /// for more than 65,536 of them.
     [[nodiscard]] static std::optional<Codes> encoded(const TextFont& font, std::string_view utf8);
 
+    /// The first character of a text that the font has no code for; 0 where that is none.
+    [[nodiscard]] static char32_t lacking(const TextFont& font, std::string_view utf8);
+
     /// One line, in the middle of the height. Where it is higher than the field it stands where
     /// most of what this text draws is seen.
     [[nodiscard]] TextBlock single(Codes codes) const;

@@ -157,11 +157,11 @@ bool Laying::preparePage(const Page& page, const Sheet& sheet) {
 /// Draws over the page: behind what it draws itself.
 bool Laying::cover(const Page& page, const std::string& operators) {
     if (!hasSoundContents(target_.document, page)) return false;
-    std::vector<Ref<Value>> contents = targetContents_.closed(*page.dictionary);
-    if (contents.empty()) return false;
-    contents.emplace_back(streamOf(target_, operators));
-    if (!contents.back()) return false;
-    return target_.changes.set(page.dictionary, "Contents", orThrow(Array::create(contents)));
+    const Ref<ObjectRef> drawing = streamOf(target_, operators);
+    if (!drawing) return false;
+    const auto contents = targetContents_.covered(*page.dictionary, drawing);
+    return !contents.empty() &&
+           target_.changes.set(page.dictionary, "Contents", orThrow(Array::create(contents)));
 }
 
 Ref<ObjectRef> Laying::streamOf(Party& party, const std::string& operators) {

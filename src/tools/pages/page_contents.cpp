@@ -18,8 +18,20 @@ namespace {
 /// Renderers nest states some tens of levels deep; more than this is no page.
 constexpr std::uint64_t mostOpen = 10000;
 
+/// States that are saved before contents that cannot be looked through, and restored behind them,
+/// one half before what is drawn there: some renderers draw nothing more once a state is restored
+/// that nobody saved.
+constexpr std::uint64_t reserve = 12;
+
 bool isStream(const Ref<Object>& object) noexcept {
     return object && object->valueType() == Value::Type::Stream;
+}
+
+std::string repeated(std::string_view text, std::uint64_t times) {
+    std::string all;
+    for (std::uint64_t time = 0; time < times; ++time)
+        all += text;
+    return all;
 }
 
 std::string_view textOf(const Host::MemoryStripe& stripe) noexcept {
@@ -59,21 +71,34 @@ Ref<ObjectRef> PageContents::opening() {
     return opening_;
 }
 
-std::vector<Ref<Value>> PageContents::closed(const Dictionary& page) {
+std::vector<Ref<Value>> PageContents::covered(const Dictionary& page, const Ref<Value>& drawing) {
+    const std::vector<Ref<Object>> streams = contentStreams(document_, page);
+    const bool areKnown = std::ranges::all_of(
+        streams, [this](const Ref<Object>& stream) { return balanceOf(stream).has_value(); });
     std::vector<Ref<Value>> contents;
+    if (!areKnown) contents.emplace_back(saving());
     std::uint64_t open = 0;
-    for (const Ref<Object>& object : contentStreams(document_, page)) {
-        const StateBalance& balance = balanceOf(object);
-        const bool sound = balance.restored <= open;
-        contents.emplace_back(sound ? orThrow(referenceTo(object)) : mended(object, open));
-        if (!contents.back()) return {};
+    for (const Ref<Object>& object : streams) {
+        const StateBalance balance = balanceOf(object).value_or(StateBalance());
+        const bool stays = balance.restored <= open || !areKnown;
+        contents.emplace_back(stays ? orThrow(referenceTo(object)) : mended(object, open));
         open = open - std::min(open, balance.restored) + balance.saved;
     }
-    contents.emplace_back(closing(open + 1)); // what `opening` saves too
-    return contents.back() ? contents : std::vector<Ref<Value>>();
+    open += areKnown ? 1 : 1 + reserve / 2; // what `opening` saves too
+    contents.emplace_back(restoring(open));
+    contents.emplace_back(drawing);
+    if (!areKnown) contents.emplace_back(restoring(reserve / 2));
+    const bool whole =
+        std::ranges::all_of(contents, [](const auto& part) { return part != nullptr; });
+    return whole ? contents : std::vector<Ref<Value>>();
 }
 
-const StateBalance& PageContents::balanceOf(const Ref<Object>& object) {
+Ref<ObjectRef> PageContents::saving() {
+    if (!saving_) saving_ = added(repeated("q\n", reserve));
+    return saving_;
+}
+
+const std::optional<StateBalance>& PageContents::balanceOf(const Ref<Object>& object) {
     const auto [place, isNew] = balances_.try_emplace(object->id());
     if (!isNew) return place->second;
     const Ref<Stream> stream = Host::cast<Stream>(quietly([&] { return object->value(); }));
@@ -95,17 +120,16 @@ Ref<ObjectRef> PageContents::mended(const Ref<Object>& object, std::uint64_t ope
     return mended;
 }
 
-Ref<ObjectRef> PageContents::closing(std::uint64_t open) {
+Ref<ObjectRef> PageContents::restoring(std::uint64_t open) {
     open = std::min(open, mostOpen);
-    Ref<ObjectRef>& closing = closings_[open];
-    if (closing) return closing;
+    Ref<ObjectRef>& restoring = restorings_[open];
+    if (restoring) return restoring;
     // Behind whatever the page's last operator lacks. A line feed alone would count as the end of
     // the line "stream" where that is a carriage return.
     std::string operators = document_.lineEnding() == "\r" ? " \n" : "\n";
-    for (std::uint64_t level = 0; level < open; ++level)
-        operators += "Q\n";
-    closing = added(operators);
-    return closing;
+    operators += repeated("Q\n", open);
+    restoring = added(operators);
+    return restoring;
 }
 
 Ref<ObjectRef> PageContents::added(std::string_view operators) {

@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -33,23 +34,28 @@ public:
 
     /// Saves the state: the first stream of all.
     [[nodiscard]] Ref<ObjectRef> opening();
-    /// What is to follow it: the streams that the page has, and one that takes back what the first
-    /// saved and what they leave open. What takes back more than was saved, which renderers pass
-    /// over, is blanked. Data that cannot be decoded, or takes too much, counts as balanced.
-    [[nodiscard]] std::vector<Ref<Value>> closed(const Dictionary& page);
+    /// What is to follow it: the streams that the page has, what takes back all that the first
+    /// saved and they leave open, and what is drawn then. What takes back more than was saved,
+    /// which most renderers pass over, is blanked: to save as many states before would have it undo
+    /// what the page has set up until then. Where data cannot be decoded, or takes too much, some
+    /// states are saved in reserve, for as many too many or too few.
+    [[nodiscard]] std::vector<Ref<Value>> covered(const Dictionary& page,
+                                                  const Ref<Value>& drawing);
 
 private:
-    [[nodiscard]] const StateBalance& balanceOf(const Ref<Object>& object);
+    /// Nothing where the data cannot be looked through.
+    [[nodiscard]] const std::optional<StateBalance>& balanceOf(const Ref<Object>& object);
+    [[nodiscard]] Ref<ObjectRef> saving();
     [[nodiscard]] Ref<ObjectRef> mended(const Ref<Object>& object, std::uint64_t open);
-    [[nodiscard]] Ref<ObjectRef> closing(std::uint64_t open);
+    [[nodiscard]] Ref<ObjectRef> restoring(std::uint64_t open);
     [[nodiscard]] Ref<ObjectRef> added(std::string_view operators);
 
     Document& document_;
     Changes& changes_;
     ContentBudget budget_;
-    Ref<ObjectRef> opening_;
-    std::unordered_map<std::uint64_t, Ref<ObjectRef>> closings_;
-    std::unordered_map<std::uint32_t, StateBalance> balances_;
+    Ref<ObjectRef> opening_, saving_;
+    std::unordered_map<std::uint64_t, Ref<ObjectRef>> restorings_;
+    std::unordered_map<std::uint32_t, std::optional<StateBalance>> balances_;
     /// By their former objects, and the states that are open when they begin.
     std::map<std::pair<std::uint32_t, std::uint64_t>, Ref<ObjectRef>> mended_;
 };
