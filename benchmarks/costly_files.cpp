@@ -245,7 +245,7 @@ int run(std::size_t largest, const std::string& name, const std::string& page) {
                      {"and more of it is"}});
     int failed = 0;
     bool any = false;
-    for (const auto kinds : {costlyForms(), costlyPages()}) {
+    for (const auto kinds : {costlyForms(), costlyPages(), costlyContents(), costlyStructures()}) {
         for (const CostlyFile& kind : kinds) {
             if (std::string(kind.name).find(name) == std::string::npos) continue;
             any = true;

@@ -10,6 +10,27 @@ std::string fileOf(const std::string& body, const std::vector<std::size_t>& offs
            "\n%%EOF\n";
 }
 
+std::string streamsInsideEachOther(std::size_t size) {
+    constexpr std::string_view end = "\nendstream\nendobj\n";
+    constexpr std::size_t head = 60; // bytes before the data, which the next head begins
+    std::string body = "%PDF-1.7\n";
+    std::vector<std::size_t> offsets;
+    const auto begin = [&](const std::string& text) {
+        offsets.push_back(body.size());
+        body += std::to_string(offsets.size()) + " 0 obj\n" + text;
+    };
+    begin("<</Type/Catalog/Pages 2 0 R>>\nendobj\n");
+    begin("<</Type/Pages/Count 0/Kids[]>>\nendobj\n");
+    for (std::size_t inside = size / 100; inside-- != 0;) {
+        begin("<</Length " + std::to_string(inside * (head + end.size())) + ">>");
+        body.resize(offsets.back() + head - 8, ' ');
+        body += "\nstream\n";
+    }
+    for (std::size_t level = 0; level < size / 100; ++level)
+        body += end;
+    return fileOf(body, offsets);
+}
+
 std::size_t ObjectFile::add(std::string_view value) {
     offsets_.push_back(body_.size());
     body_.append(std::to_string(offsets_.size())).append(" 0 obj\n").append(value);

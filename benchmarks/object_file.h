@@ -14,6 +14,9 @@ namespace Benchmarks {
 /// is accepted; its root is the first object.
 [[nodiscard]] std::string fileOf(const std::string& body, const std::vector<std::size_t>& offsets);
 
+/// A document whose streams have those behind them as their data, and no filter.
+[[nodiscard]] std::string streamsInsideEachOther(std::size_t size);
+
 /// Objects one behind the other, numbered from 1.
 class ObjectFile {
 public:

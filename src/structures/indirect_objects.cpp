@@ -22,7 +22,8 @@ IndirectObjects::IndirectObjects(Host::Cursor& cursor, ValueScanner& scanner) no
       left_(
           std::min(cursor.size(), std::numeric_limits<std::uint64_t>::max() / longestReading / 2) *
               longestReading +
-          smallSource) {}
+          smallSource),
+      dataLeft_(left_) {}
 
 void IndirectObjects::seek(std::uint64_t offset) {
     if (offset >= cursor_.size() - header_) damaged(header_, "an offset leads out of the file");
@@ -79,6 +80,8 @@ void IndirectObjects::beginData() {
 
 void IndirectObjects::checkEnd(std::uint64_t data, std::uint64_t length) {
     if (length > cursor_.size() - data) damaged(data, "the stream is longer than the file");
+    if (length > dataLeft_) throw Flaw{LimitExceeded, data, "streams lie inside each other"};
+    dataLeft_ -= length;
     cursor_.seek(data + length);
     start_ = cursor_.position();
     tokens_.keyword("endstream", "the stream does not end where its length says");

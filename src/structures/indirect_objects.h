@@ -55,6 +55,7 @@ private:
     std::uint64_t header_ = 0;
     std::uint64_t start_ = 0;
     std::uint64_t left_;
+    std::uint64_t dataLeft_; // bytes of streams, counted each time
 };
 
 } // namespace Libraries::Files::PDF

@@ -36,6 +36,11 @@ std::string referenceTo(std::uint32_t id) {
 } // namespace
 
 void Mending::mend(const PackedValue& trailer) {
+    constexpr std::uint64_t timesAsMuch = 8;
+    constexpr std::uint64_t smallDocument = std::uint64_t{1} << 20;
+    left_ = smallDocument + timesAsMuch * trailer.bytes.size();
+    for (const ObjectTable::Slot& slot : state_.objects.slots())
+        left_ += timesAsMuch * slot.packed().bytes.size();
     mendTrailer(trailer);
     mendCatalog();
     mendTree();
@@ -45,6 +50,14 @@ void Mending::mend(const PackedValue& trailer) {
 PdfVersion Mending::version() const noexcept {
     const std::string_view version = resolve(packed(catalog_), "Version").bytes;
     return version.starts_with('/') ? nearestVersion(version.substr(1)) : PdfVersion::Unsupported;
+}
+
+/// Kids, pages and filters that are listed or referred to often count each time.
+void Mending::take(std::uint64_t bytes) {
+    if (bytes > left_) {
+        throw Flaw{LimitExceeded, 0, "the page tree, or filters, are listed too often"};
+    }
+    left_ -= bytes;
 }
 
 PackedValue Mending::packed(std::uint32_t id) const noexcept {
@@ -67,6 +80,7 @@ void Mending::set(std::uint32_t id, std::string_view key, const PackedValue& val
 
 /// The dictionary with the value, or nothing where there is none, under the key.
 PackedValue Mending::with(const PackedValue& dict, std::string_view key, const PackedValue& value) {
+    take(dict.bytes.size() + value.bytes.size());
     const auto append = [this](std::string_view name, std::string_view spelling) {
         text_.append(" /").append(name).append(" ").append(spelling);
     };
@@ -143,6 +157,7 @@ void Mending::mendTree() {
 
 void Mending::mendKids(std::uint32_t node) {
     const PackedValue kids = resolve(packed(node), "Kids");
+    take(kids.bytes.size());
     bool changed = isReference(entry(node, "Kids"));
     std::string mended = "[";
     PackedElements elements(kids.bytes);
@@ -158,6 +173,7 @@ std::uint32_t Mending::mendKid(const PackedValue& kids, std::string_view kid) {
     const std::uint32_t id = asObject(kids, kid);
     if (id == 0 || seen_[id - 1])
         damaged(0, "a kid of the page tree is missing, or its own ancestor");
+    take(packed(id).bytes.size());
     if (hasKids(id)) {
         addNode(id);
     } else {

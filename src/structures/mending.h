@@ -20,7 +20,8 @@ class Mending {
 public:
     explicit Mending(DocumentState& state) noexcept : state_(state) {}
 
-    /// Throws `Flaw` where there is no page tree, or parts of it lead nowhere.
+    /// Throws `Flaw` where there is no page tree, or parts of it lead nowhere, or more than 8 times
+    /// the packed objects and 1 MiB would be looked through and written.
     void mend(const PackedValue& trailer);
 
     /// The trailer; its bytes are kept in the document's store.
@@ -29,6 +30,7 @@ public:
     [[nodiscard]] PdfVersion version() const noexcept;
 
 private:
+    void take(std::uint64_t bytes);
     [[nodiscard]] PackedValue packed(std::uint32_t id) const noexcept;
     /// The value of an entry, or what the reference that it is leads to.
     [[nodiscard]] PackedValue resolve(const PackedValue& holder,
@@ -57,6 +59,7 @@ private:
     std::vector<std::uint32_t> nodes_; // of the page tree, each behind its parent
     std::vector<bool> seen_;           // the catalog and the nodes
     std::string text_;
+    std::uint64_t left_ = 0; // bytes
 };
 
 } // namespace Libraries::Files::PDF

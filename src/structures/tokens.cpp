@@ -65,6 +65,9 @@ std::optional<std::uint64_t> wholeNumber(std::string_view digits) noexcept {
 }
 
 std::optional<std::uint64_t> wholePacked(std::string_view packed) noexcept {
+    // Many streams may have one Length, of thousands of zeros.
+    constexpr std::size_t longest = 1024;
+    if (packed.size() > longest) return std::nullopt;
     if (packed.find('.') != std::string_view::npos) return std::nullopt;
     return wholeNumber(packed.substr(packed.find('\n') + 1));
 }

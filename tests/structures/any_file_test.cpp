@@ -7,7 +7,9 @@
 
 #include <pdf/tools/losses.h>
 
+#include <algorithm>
 #include <functional>
+#include <iterator>
 
 namespace {
 
@@ -130,6 +132,48 @@ struct Damaged {
     std::uint32_t code = FileDamaged;
 };
 
+/// The smallest file, where Kids are `kids`, with these further objects from number 5 on.
+Damaged tooMuch(const char* name, const std::string& kids, const std::vector<std::string>& objects,
+                const std::string& message) {
+    auto builder = Support::DocumentBuilder::minimal();
+    builder.object(2, "<< /Type /Pages /Count 1 /Kids [" + kids + "] >>");
+    std::uint32_t number = 5;
+    for (const std::string& object : objects)
+        builder.object(number++, object);
+    return {name, builder.bytes(), message, LimitExceeded};
+}
+
+std::string times(int count, const std::string& text) {
+    std::string all;
+    while (count-- > 0)
+        all += text;
+    return all;
+}
+
+/// What a file lists or shares again and again counts each time.
+std::vector<Damaged> excessiveFiles() {
+    const std::string listed = "File: the page tree, or filters, are listed too often";
+    const auto sharing = [](const std::string& object, const std::string& shared) {
+        std::vector<std::string> objects(1000, object);
+        objects.front() = shared;
+        return objects;
+    };
+    std::string nodes;
+    for (int number = 6; number < 1005; ++number)
+        nodes += std::to_string(number) + " 0 R ";
+    const std::string stream = " >>\nstream\n\nendstream";
+    return {
+        tooMuch("nodes that share their kids", nodes,
+                sharing("<< /Type /Pages /Kids 5 0 R >>", "[" + times(1000, "3 0 R ") + "]"),
+                listed),
+        tooMuch("a long page", times(5000, "5 0 R "),
+                {"<< /Type /Page /T [" + times(5000, "0 ") + "] >>"}, listed),
+        tooMuch("filters", "3 0 R",
+                sharing("<< /Length 0 /Filter 5 0 R" + stream, "[" + times(2000, "/A ") + "]"),
+                listed),
+    };
+}
+
 std::vector<Damaged> damagedFiles() {
     const std::string plain = classicFile("<< /A 1 >>");
     const std::string modern = packedFile("9 0 10 2 5 (abc)", 9, 2);
@@ -210,7 +254,9 @@ std::vector<Damaged> damagedFiles() {
 }
 
 TEST(AnyFile, RefusesWhatIsDamaged) {
-    for (const Damaged& row : damagedFiles()) {
+    std::vector<Damaged> rows = damagedFiles();
+    std::ranges::move(excessiveFiles(), std::back_inserter(rows));
+    for (const Damaged& row : rows) {
         SCOPED_TRACE(row.name);
         const std::string outcome =
             Support::outcomeOf([&] { return openAny(row.file) != nullptr; });
