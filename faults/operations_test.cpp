@@ -137,9 +137,9 @@ bool filledIn(Subject& subject, const char* path, const char* text) {
 
 /// Codes of laying a letterhead: of its own steps, and of the operation that it uses.
 const std::set<std::uint32_t> layingCodes = {
-    OutOfMemory,        RootInvalid,         CatalogInvalid,  PageTreeInvalid,
-    PageInvalid,        CodingFailed,        StreamNotCopied, ForeignTreeInvalid,
-    ForeignPageInvalid, ForeignStreamUnread, StepFailed};
+    SourceNotRead,      OutOfMemory,        RootInvalid,         CatalogInvalid,
+    PageTreeInvalid,    PageInvalid,        CodingFailed,        StreamNotCopied,
+    ForeignTreeInvalid, ForeignPageInvalid, ForeignStreamUnread, StepFailed};
 
 /// Page by page, so that pages of one stream and of several are copied. Made beforehand: the ranges
 /// take memory.
@@ -268,7 +268,7 @@ const Operation operations[] = {
          subject.result = Tools::decodedBytes(*subject.document, subject.stream);
          return subject.result != nullptr;
      },
-     {OutOfMemory, CodingFailed}},
+     {OutOfMemory, SourceNotRead}},
     {"all pages",
      [](Subject& subject) {
          const auto pages = Tools::allPages(*subject.document);
@@ -309,7 +309,7 @@ const Operation operations[] = {
          return pages && Tools::isolatePage(*subject.document, (*pages)[2], "X") &&
                 Tools::isolatePage(*subject.document, (*pages)[0], "X");
      },
-     {OutOfMemory, RootInvalid, CatalogInvalid, PageTreeInvalid, CodingFailed},
+     {OutOfMemory, RootInvalid, CatalogInvalid, PageTreeInvalid, SourceNotRead},
      false,
      true},
     {"letterhead", [](Subject& subject) { return laid(subject, beneath); }, layingCodes, true,
