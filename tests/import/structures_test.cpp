@@ -1,7 +1,7 @@
-#include "import/comparison.h"
-#include "support/damage.h"
+#include "generator/comparison.h"
+#include "generator/damage.h"
+#include "generator/generated_file.h"
 #include "support/documents.h"
-#include "support/generated_file.h"
 
 #include <gtest/gtest.h>
 
@@ -10,9 +10,9 @@
 
 namespace {
 
-using Support::Compared;
-using Support::compareWithImport;
-using Support::Comparison;
+using Generator::Compared;
+using Generator::compareWithImport;
+using Generator::Comparison;
 
 constexpr std::uint32_t seeds = 200;
 
@@ -23,7 +23,7 @@ TEST(Structures, BecomeWhatTheImportMakesOfThem) {
     std::iota(sound.begin(), sound.end(), 1U);
     sound.insert(sound.end(), {362, 383, 555});
     for (const std::uint32_t seed : sound) {
-        const Compared compared = compareWithImport(Support::generatedFile(seed));
+        const Compared compared = compareWithImport(Generator::generatedFile(seed));
         EXPECT_EQ(compared.comparison, Comparison::Same)
             << "seed " << seed << ": " << compared.refusal;
         EXPECT_TRUE(compared.isImported) << "seed " << seed;
@@ -41,8 +41,8 @@ TEST(Structures, LackNothingWhereTheyAreDamaged) {
     };
     const std::string modern = Support::sample("modern/object-streams.pdf");
     for (std::uint32_t seed = 1; seed <= seeds; ++seed) {
-        look("damaged " + std::to_string(seed), Support::damagedFile(seed));
-        look("mutant " + std::to_string(seed), Support::mutated(modern, seed));
+        look("damaged " + std::to_string(seed), Generator::damagedFile(seed));
+        look("mutant " + std::to_string(seed), Generator::mutated(modern, seed));
     }
     EXPECT_GT(opened, seeds / 10);
     EXPECT_GT(refused, seeds / 10);

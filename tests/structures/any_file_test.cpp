@@ -1,7 +1,7 @@
 // Files of structures that the exact rules do not read, sound and damaged.
 
+#include "generator/generated_file.h"
 #include "import/modern_file.h"
-#include "support/generated_file.h"
 #include "support/sliced_stripe.h"
 #include "support/testing.h"
 
@@ -290,7 +290,7 @@ bool areEqual(Document& left, Document& right) {
 TEST(AnyFile, WritesWhatTheExactRulesRead) {
     for (std::uint32_t seed = 1; seed <= 150; ++seed) {
         SCOPED_TRACE(seed);
-        const std::string file = Support::generatedFile(seed);
+        const std::string file = Generator::generatedFile(seed);
         const auto document = openAny(file);
         ASSERT_TRUE(document);
         const std::string written = Support::write(*document);
@@ -306,7 +306,7 @@ TEST(AnyFile, WritesWhatTheExactRulesRead) {
 
 TEST(AnyFile, ReadsThroughAnyWindow) {
     for (std::uint32_t seed = 1; seed <= 20; ++seed) {
-        const std::string file = Support::generatedFile(seed);
+        const std::string file = Generator::generatedFile(seed);
         const std::string written = Support::write(*openAny(file));
         for (const std::uint64_t slice : {0U, 1U, 7U, 64U, 1000U}) {
             SCOPED_TRACE(std::to_string(seed) + " by " + std::to_string(slice));
@@ -319,7 +319,7 @@ TEST(AnyFile, ReadsThroughAnyWindow) {
 }
 
 TEST(AnyFile, TakesEveryFaultOfItsSource) {
-    const std::string file = Support::generatedFile(3);
+    const std::string file = Generator::generatedFile(3);
     for (const auto call :
          {Support::FailingStripe::Call::Read, Support::FailingStripe::Call::Seek}) {
         const auto source = Host::makeOrThrow<Support::FailingStripe>(Support::stripeOf(file));

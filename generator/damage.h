@@ -1,12 +1,12 @@
 #pragma once
 
-#include "support/spelling.h"
+#include "generator/spelling.h"
 
 #include <cstdint>
 #include <map>
 #include <string>
 
-namespace Support {
+namespace Generator {
 
 /// Where an object is, as a cross-reference section says it.
 struct CrossReference {
@@ -44,4 +44,4 @@ private:
 /// that happens to what stands where the structure does.
 [[nodiscard]] std::string mutated(std::string file, std::uint32_t seed);
 
-} // namespace Support
+} // namespace Generator

@@ -10,10 +10,10 @@
 // refused. A line for each file where that is not so; exit 1 where there is one. `generate` and
 // `rewrite` write files for other programs to look at.
 
-#include "import/comparison.h"
-#include "support/damage.h"
+#include "generator/comparison.h"
+#include "generator/damage.h"
+#include "generator/generated_file.h"
 #include "support/documents.h"
-#include "support/generated_file.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -29,9 +29,9 @@
 namespace {
 
 using namespace Libraries::Files::PDF;
-using Support::Compared;
-using Support::compareWithImport;
-using Support::Comparison;
+using Generator::Compared;
+using Generator::compareWithImport;
+using Generator::Comparison;
 
 /// What is known of a file: `Any` may be sound, and libqpdf knows.
 enum class Known { Sound, Any, Damaged };
@@ -103,7 +103,7 @@ void eachSeed(std::span<char*> range, const std::function<void(std::uint32_t)>& 
 int generate(std::span<char*> arguments) {
     eachSeed(arguments.subspan(1), [&](std::uint32_t seed) {
         const std::string name = "seed-" + std::to_string(seed) + ".pdf";
-        write(std::filesystem::path(arguments[0]) / name, Support::generatedFile(seed));
+        write(std::filesystem::path(arguments[0]) / name, Generator::generatedFile(seed));
     });
     return EXIT_SUCCESS;
 }
@@ -118,7 +118,7 @@ int rewrite(std::span<char*> arguments) {
 int checkSeeds(std::span<char*> range) {
     Check check;
     eachSeed(range, [&](std::uint32_t seed) {
-        check.look("seed " + std::to_string(seed), Support::generatedFile(seed), Known::Sound);
+        check.look("seed " + std::to_string(seed), Generator::generatedFile(seed), Known::Sound);
     });
     return check.end();
 }
@@ -126,7 +126,7 @@ int checkSeeds(std::span<char*> range) {
 int checkDamaged(std::span<char*> range) {
     Check check;
     eachSeed(range, [&](std::uint32_t seed) {
-        check.look("damaged " + std::to_string(seed), Support::damagedFile(seed), Known::Damaged);
+        check.look("damaged " + std::to_string(seed), Generator::damagedFile(seed), Known::Damaged);
     });
     return check.end();
 }
@@ -145,7 +145,7 @@ int checkMutants(std::span<char*> arguments) {
         const std::string file = read(path);
         for (std::uint32_t seed = 0; seed < count; ++seed) {
             const std::string name = path + (" mutant " + std::to_string(seed));
-            check.look(name, Support::mutated(file, seed), Known::Damaged);
+            check.look(name, Generator::mutated(file, seed), Known::Damaged);
         }
     }
     return check.end();

@@ -1,4 +1,4 @@
-#include "import/comparison.h"
+#include "generator/comparison.h"
 
 #include "support/documents.h"
 #include "support/recording_log.h"
@@ -7,7 +7,7 @@
 
 #include <cstddef>
 
-namespace Support {
+namespace Generator {
 
 namespace {
 
@@ -19,9 +19,9 @@ struct Imported {
 };
 
 Imported imported(const std::string& file) {
-    const RecordingLog log;
-    const auto result = Import::normalise(stripeOf(file));
-    return {result ? contentsOf(result) : "", result && log.text().empty()};
+    const Support::RecordingLog log;
+    const auto result = Import::normalise(Support::stripeOf(file));
+    return {result ? Support::contentsOf(result) : "", result && log.text().empty()};
 }
 
 std::size_t countObjects(const std::string& bytes) {
@@ -46,10 +46,10 @@ Compared compareWithImport(const std::string& file) {
     const Imported wanted = imported(file);
     Compared compared{Comparison::Refused, !wanted.bytes.empty(), wanted.isSound, ""};
     Host::Error::set(Host::NoError);
-    const RecordingLog log;
-    const auto document = Document::create(stripeOf(file), Structure::Any);
+    const Support::RecordingLog log;
+    const auto document = Document::create(Support::stripeOf(file), Structure::Any);
     if (document) {
-        compared.comparison = compare(imported(write(*document)).bytes, wanted);
+        compared.comparison = compare(imported(Support::write(*document)).bytes, wanted);
     } else {
         const std::string said = log.text();
         compared.refusal =
@@ -58,4 +58,4 @@ Compared compareWithImport(const std::string& file) {
     return compared;
 }
 
-} // namespace Support
+} // namespace Generator

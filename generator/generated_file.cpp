@@ -1,11 +1,11 @@
-#include "support/generated_file.h"
+#include "generator/generated_file.h"
 
-#include "support/file_sections.h"
-#include "support/generated_document.h"
+#include "generator/file_sections.h"
+#include "generator/generated_document.h"
 
 #include <algorithm>
 
-namespace Support {
+namespace Generator {
 
 namespace {
 
@@ -262,4 +262,4 @@ std::string damagedFile(std::uint32_t seed) {
     return file(seed, &damage);
 }
 
-} // namespace Support
+} // namespace Generator

@@ -1,10 +1,10 @@
-#include "support/generated_document.h"
+#include "generator/generated_document.h"
 
-#include "support/encoding.h"
+#include "generator/encoding.h"
 
 #include <algorithm>
 
-namespace Support {
+namespace Generator {
 
 GeneratedDocument::GeneratedDocument(Random& random, bool wild)
     : random_(random),
@@ -260,4 +260,4 @@ std::string GeneratedDocument::deepArray() {
     return text + std::string(depth, ']');
 }
 
-} // namespace Support
+} // namespace Generator

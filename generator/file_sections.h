@@ -1,13 +1,13 @@
 #pragma once
 
-#include "support/damage.h"
-#include "support/spelling.h"
+#include "generator/damage.h"
+#include "generator/spelling.h"
 
 #include <cstdint>
 #include <string>
 #include <vector>
 
-namespace Support {
+namespace Generator {
 
 /// How numbers and lines of one file's sections are spelled.
 struct SectionStyle {
@@ -33,4 +33,4 @@ struct SectionStyle {
 objectStream(const std::vector<std::pair<std::uint32_t, std::string>>& held,
              const std::string& extends, const SectionStyle& style, Random& random);
 
-} // namespace Support
+} // namespace Generator

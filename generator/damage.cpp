@@ -1,8 +1,8 @@
-#include "support/damage.h"
+#include "generator/damage.h"
 
 #include <algorithm>
 
-namespace Support {
+namespace Generator {
 
 namespace {
 
@@ -149,4 +149,4 @@ std::string mutated(std::string file, std::uint32_t seed) {
     return file;
 }
 
-} // namespace Support
+} // namespace Generator

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-namespace Support {
+namespace Generator {
 
 /// Choices that depend on the seed alone, on every platform.
 class Random {
@@ -36,4 +36,4 @@ private:
     std::mt19937 random_;
 };
 
-} // namespace Support
+} // namespace Generator

@@ -1,11 +1,11 @@
-#include "support/file_sections.h"
+#include "generator/file_sections.h"
 
-#include "support/encoding.h"
+#include "generator/encoding.h"
 
 #include <algorithm>
 #include <array>
 
-namespace Support {
+namespace Generator {
 
 namespace {
 
@@ -179,4 +179,4 @@ std::string objectStream(const std::vector<std::pair<std::uint32_t, std::string>
     return streamText(entries, encoded, style, random);
 }
 
-} // namespace Support
+} // namespace Generator

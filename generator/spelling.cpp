@@ -1,6 +1,6 @@
-#include "support/spelling.h"
+#include "generator/spelling.h"
 
-namespace Support {
+namespace Generator {
 
 namespace {
 
@@ -171,4 +171,4 @@ std::string Spelling::container(unsigned depth, const Tokens& references) {
     return dictionary(entries);
 }
 
-} // namespace Support
+} // namespace Generator

@@ -1,12 +1,12 @@
 #pragma once
 
-#include "support/random.h"
+#include "generator/random.h"
 
 #include <string>
 #include <string_view>
 #include <vector>
 
-namespace Support {
+namespace Generator {
 
 /// Data as a stream stores it.
 struct Encoded {
@@ -23,4 +23,4 @@ struct Encoded {
 /// `data` behind ASCIIHexDecode.
 [[nodiscard]] std::string hexadecimal(std::string_view data);
 
-} // namespace Support
+} // namespace Generator

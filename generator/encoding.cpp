@@ -1,4 +1,4 @@
-#include "support/encoding.h"
+#include "generator/encoding.h"
 
 #include "support/documents.h"
 
@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <cstdlib>
 
-namespace Support {
+namespace Generator {
 
 namespace {
 
@@ -106,7 +106,7 @@ std::string hexadecimal(std::string_view data) {
 }
 
 Encoded deflatedRows(std::string_view data, std::size_t rowSize, Random& random) {
-    if (rowSize == 0) return {deflated(data), {"/FlateDecode"}, {"null"}};
+    if (rowSize == 0) return {Support::deflated(data), {"/FlateDecode"}, {"null"}};
     std::vector<std::size_t> pixels = {1};
     for (const std::size_t colors : {2U, 3U, 4U}) {
         if (rowSize % colors == 0) pixels.push_back(colors);
@@ -120,7 +120,7 @@ Encoded deflatedRows(std::string_view data, std::size_t rowSize, Random& random)
     if (random.chance(20)) parms += " /BitsPerComponent 8";
     const std::string rows =
         isTiff ? tiffRows(data, rowSize, colors) : pngRows(data, rowSize, colors, kind, random);
-    return {deflated(rows), {"/FlateDecode"}, {parms + ">>"}};
+    return {Support::deflated(rows), {"/FlateDecode"}, {parms + ">>"}};
 }
 
 Encoded encodedAnyhow(std::string_view data, Random& random) {
@@ -128,9 +128,9 @@ Encoded encodedAnyhow(std::string_view data, Random& random) {
     const std::size_t stages = random.chance(15) ? 0 : random.chance(20) ? 2 : 1;
     for (std::size_t stage = 0; stage < stages; ++stage) {
         const std::pair<const char*, std::string (*)(std::string_view)> filters[] = {
-            {"/FlateDecode", deflated},      {"/FlateDecode", deflated},
-            {"/FlateDecode", deflated},      {"/ASCIIHexDecode", hexadecimal},
-            {"/ASCII85Decode", ascii85},     {"/LZWDecode", lzw},
+            {"/FlateDecode", Support::deflated}, {"/FlateDecode", Support::deflated},
+            {"/FlateDecode", Support::deflated}, {"/ASCIIHexDecode", hexadecimal},
+            {"/ASCII85Decode", ascii85},         {"/LZWDecode", lzw},
             {"/RunLengthDecode", runLengths}};
         const auto& [name, encode] = filters[random.below(std::size(filters))];
         encoded.data = encode(encoded.data);
@@ -140,4 +140,4 @@ Encoded encodedAnyhow(std::string_view data, Random& random) {
     return encoded;
 }
 
-} // namespace Support
+} // namespace Generator

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "support/random.h"
-#include "support/spelling.h"
+#include "generator/random.h"
+#include "generator/spelling.h"
 
 #include <cstdint>
 #include <map>
@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace Support {
+namespace Generator {
 
 /// An object as one revision has it.
 struct GeneratedObject {
@@ -75,4 +75,4 @@ private:
     std::vector<GeneratedRevision> revisions_;
 };
 
-} // namespace Support
+} // namespace Generator

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "support/random.h"
+#include "generator/random.h"
 
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
-namespace Support {
+namespace Generator {
 
 /// Spells values in all the ways that ISO 32000-1 allows.
 class Spelling {
@@ -42,4 +42,4 @@ private:
     bool wild_;
 };
 
-} // namespace Support
+} // namespace Generator

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-namespace Support {
+namespace Generator {
 
 /// A sound PDF file of any structure, the same for the same seed: object streams and
 /// cross-reference streams of all widths and predictors, tables of several subsections, both in one
@@ -15,4 +15,4 @@ namespace Support {
 /// width, a count, the place of a section.
 [[nodiscard]] std::string damagedFile(std::uint32_t seed);
 
-} // namespace Support
+} // namespace Generator

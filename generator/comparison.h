@@ -2,7 +2,7 @@
 
 #include <string>
 
-namespace Support {
+namespace Generator {
 
 /// What opening a file of any structure gives, beside what the import makes of it.
 enum class Comparison {
@@ -22,4 +22,4 @@ struct Compared {
 
 [[nodiscard]] Compared compareWithImport(const std::string& file);
 
-} // namespace Support
+} // namespace Generator
