@@ -37,6 +37,8 @@ Ending lookAt(const std::string& path);
 [[nodiscard]] std::span<const CostlyFile> costlyPages();
 [[nodiscard]] std::span<const CostlyFile> costlyStructures();
 [[nodiscard]] std::span<const CostlyFile> costlyContents();
+/// Where the import is built.
+[[nodiscard]] std::span<const CostlyFile> costlyImport();
 
 /// Null where the file does not open.
 [[nodiscard]] Host::Ref<Libraries::Files::PDF::Document> opened(const std::string& path);

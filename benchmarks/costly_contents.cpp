@@ -18,13 +18,6 @@ std::string reference(std::size_t number) {
     return std::to_string(number) + " 0 R ";
 }
 
-std::string repeated(std::string_view unit, std::size_t bytes) {
-    std::string text;
-    while (text.size() < bytes)
-        text += unit;
-    return text;
-}
-
 /// A page tree, object 2, of pages with `page`, as many as go into `bytes`, behind object 3, which
 /// is `shared`, and object 4, a content stream with `entries` and `data`.
 std::string pagesOf(std::size_t bytes, const std::string& page, const std::string& shared,

@@ -10,13 +10,6 @@ using Libraries::Files::PDF::Document;
 namespace Tools = Libraries::Files::PDF::Tools;
 
 /// `unit` until there are so many bytes of it.
-std::string repeated(std::string_view unit, std::size_t bytes) {
-    std::string text;
-    while (text.size() < bytes)
-        text += unit;
-    return text;
-}
-
 std::string reference(std::size_t number) {
     return std::to_string(number) + " 0 R ";
 }

@@ -16,13 +16,6 @@ std::string reference(std::size_t number) {
     return std::to_string(number) + " 0 R ";
 }
 
-std::string repeated(std::string_view unit, std::size_t bytes) {
-    std::string text;
-    while (text.size() < bytes)
-        text += unit;
-    return text;
-}
-
 /// A catalog, and the root of a page tree, object 2, whose Kids are object 3.
 template <class File>
 File begun() {

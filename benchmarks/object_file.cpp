@@ -10,6 +10,13 @@ std::string fileOf(const std::string& body, const std::vector<std::size_t>& offs
            "\n%%EOF\n";
 }
 
+std::string repeated(std::string_view unit, std::size_t bytes) {
+    std::string text;
+    while (text.size() < bytes)
+        text += unit;
+    return text;
+}
+
 std::string streamsInsideEachOther(std::size_t size) {
     constexpr std::string_view end = "\nendstream\nendobj\n";
     constexpr std::size_t head = 60; // bytes before the data, which the next head begins
