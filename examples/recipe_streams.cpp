@@ -23,7 +23,7 @@ std::string extract(Document& document, const std::string& folder) {
             std::printf("%u: %s\n", object->id(), errorText(Host::Error::get()));
             continue;
         }
-        const std::string path = folder + "/" + std::to_string(object->id()) + ".bin";
+        std::string path = folder + "/" + std::to_string(object->id()) + ".bin";
         std::ofstream file(path, std::ios::binary);
         file.write(reinterpret_cast<const char*>(bytes->bytes().data()),
                    static_cast<std::streamsize>(bytes->bytes().size()));

@@ -28,7 +28,7 @@ Decoder::Decoder() : scratch_(QPDF::create()) {
 /// One call of `decode`: how far it is.
 struct Decoder::Run {
     /// Counts what a stage gives on its way.
-    bool pass(QPDFObjectHandle from, bool stored, Pipeline* next) {
+    bool pass(const QPDFObjectHandle& from, bool stored, Pipeline* next) {
         Meter meter(left, next);
         const bool whole = send(from, stored, &meter);
         result.exceeded = result.exceeded || meter.exceeded();
@@ -61,8 +61,8 @@ bool Decoder::add(const Filter& filter, std::size_t index, Run& run) {
     return stage.pipeStreamData(nullptr, 0, qpdf_dl_specialized);
 }
 
-Decoded Decoder::decode(QPDFObjectHandle stream, const FilterChain& chain, std::uint64_t& left,
-                        Pipeline* next) {
+Decoded Decoder::decode(const QPDFObjectHandle& stream, const FilterChain& chain,
+                        std::uint64_t& left, Pipeline* next) {
     Run run{left, stream};
     for (std::size_t index = 0; index < chain.size(); ++index) {
         if (!add(chain[index], index, run)) return run.result;

@@ -26,7 +26,7 @@ public:
 
     /// Decodes what `stream` holds as `chain` says, into `next`. Takes off `left` what each filter
     /// gives, and the rows of predictors, and stops where that does not suffice.
-    [[nodiscard]] Decoded decode(QPDFObjectHandle stream, const FilterChain& chain,
+    [[nodiscard]] Decoded decode(const QPDFObjectHandle& stream, const FilterChain& chain,
                                  std::uint64_t& left, Pipeline* next);
 
 private:

@@ -16,6 +16,7 @@ namespace Libraries::Files::PDF::Tools {
 struct Rectangle {
     double left = 0, bottom = 0, right = 0, top = 0;
 
+    // NOLINTNEXTLINE(modernize-use-nullptr): of what the compiler makes of it
     [[nodiscard]] auto operator<=>(const Rectangle&) const = default;
     [[nodiscard]] double width() const noexcept { return right - left; }
     [[nodiscard]] double height() const noexcept { return top - bottom; }
@@ -29,6 +30,7 @@ struct Rectangle {
 struct Matrix {
     double a = 1, b = 0, c = 0, d = 1, e = 0, f = 0;
 
+    // NOLINTNEXTLINE(modernize-use-nullptr): of what the compiler makes of it
     [[nodiscard]] auto operator<=>(const Matrix&) const = default;
     /// This one first, and then `next`.
     [[nodiscard]] Matrix then(const Matrix& next) const noexcept;

@@ -148,7 +148,7 @@ bool StreamEncoder::encode(const StoredStream& stored) {
     return true;
 }
 
-Ref<Value> resolved(const DocumentState& state, Ref<Value> value) {
+Ref<Value> resolved(const DocumentState& state, const Ref<Value>& value) {
     const auto* ref = as<ObjectRef>(value);
     const auto* slot = ref != nullptr ? state.find(*ref) : nullptr;
     return slot != nullptr ? state.objects.value(*slot) : value;

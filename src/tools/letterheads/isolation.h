@@ -32,6 +32,7 @@ private:
         Rectangle box;
         Matrix turn;
 
+        // NOLINTNEXTLINE(modernize-use-nullptr): of what the compiler makes of it
         [[nodiscard]] auto operator<=>(const Drawing&) const = default;
     };
 
