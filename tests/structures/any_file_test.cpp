@@ -91,6 +91,22 @@ std::vector<Sound> soundFiles() {
         {"what it stores is not kept", packedFile("9 0 [4 0 R 11 0 R 9 1 R]", 4),
          "|[ null null null ]", 4},
         {"bytes before the header", "GARBAGE\n" + plain, "|<< /A 1 >>"},
+        {"a large value", classicFile("(" + std::string(100'000, 'x') + ")"),
+         "|(" + std::string(100'000, 'x') + ")"},
+        {"headers that are none before it", "%PDF-x %PDF-1.x %PDF-1 \n" + plain, "|<< /A 1 >>"},
+        {"an object stream's length is an object",
+         ModernFile()
+             .object(5, "7")
+             .objectStream(4, {9}, "/First 4 /Length 5 0 R", "9 0 (a)")
+             .bytes(),
+         "|7|(a)", 4},
+        {"an object stream that nobody uses, by a type behind a reference",
+         ModernFile()
+             .object(5, "/ObjStm")
+             .object(6, "<< /Type 5 0 R /Length 0 >>\nstream\n\nendstream")
+             .object(9, "[5 0 R 6 0 R]")
+             .bytes(),
+         "|/ObjStm|[ 4 0 R null ]", 4},
         {"one line", replaced(plain, "5 0 obj\n<< /A 1 >>\nendobj", "5 0 obj<</A 1>>    endobj"),
          "|<< /A 1 >>"},
         {"a comment for the end", replaced(plain, ">>\nendobj", ">>%endobj"), "|<< /A 1 >>"},
@@ -241,6 +257,33 @@ std::vector<Damaged> damagedFiles() {
         {"another number in an object stream", packedFile("8 0 5", 4),
          "Object 9h (9) in object stream 4h (4): the object stream does not have this object where "
          "its entry says"},
+        {"an object stream that is another object",
+         replaced(modern, "4 0 obj\n<< /Type /ObjStm", "5 0 obj\n<< /Type /ObjStm"),
+         "Object 4h (4): another object stands here"},
+        {"an object stream whose length is nowhere",
+         ModernFile().objectStream(4, {9}, "/First 4 /Length 77 0 R", "9 0 5").bytes(),
+         "Object 4h (4): the Length of this stream is no object of the file"},
+        {"a place out of range",
+         ModernFile().bytes(
+             "/W [ 1 3 5 ] /Index [ 9 1 ]",
+             [](const std::string&) { return std::string("\2\0\0\0\1\0\0\0\0", 9); }),
+         "File: the place of an object is out of range"},
+        {"more entries than bytes",
+         ModernFile().bytes(
+             "/W [ 1 0 0 ] /Index [ 0 90000 ] /Filter /FlateDecode",
+             [](const std::string&) { return Support::deflated(std::string(90000, '\0')); }),
+         "File: there are more entries than bytes", LimitExceeded},
+        {"parameters that are none",
+         packedFile("9 0 5", 4, 1, "/Filter /FlateDecode /DecodeParms /X"),
+         "Object 4h (4): the parameters of this stream's filter are not read", FilterUnsupported},
+        {"a row of an unknown filter",
+         packedFile(Support::deflated("\x09"
+                                      "9 0 5"),
+                    4, 1, "/Filter /FlateDecode /DecodeParms << /Predictor 12 /Columns 5 >>"),
+         "Object 4h (4): a row of this stream has an unknown filter"},
+        {"deflated data that ends early",
+         packedFile(Support::deflated("9 0 5").substr(0, 8), 4, 1, "/Filter /FlateDecode"),
+         "Object 4h (4): the data of this stream ends too early"},
         {"an object stream of another type", replaced(modern, "/ObjStm", "/ObjSTM"),
          "Object 4h (4): an object stream was expected"},
         {"another filter", packedFile("9 0 5", 4, 1, "/Filter /LZWDecode"),

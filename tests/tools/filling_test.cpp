@@ -89,6 +89,9 @@ TEST(Filling, PlacesTextWhereViewersDo) {
          "/Helv 10 Tf\n1 0 0 1 2.665 6.375 Tm <41> Tj\n1 0 0 1 14.89 6.375 Tm <69> Tj\n"},
         {"a comb from the right", "/Q 2 /Ff 16777216 /MaxLen 4 /Rect [ 0 0 42 20 ]", "A",
          "/Helv 10 Tf\n1 0 0 1 32.665 6.375 Tm <41> Tj\n"},
+        {"a comb as large as its cells",
+         "/DA (/Helv 0 Tf) /Ff 16777216 /MaxLen 4 /Rect [ 0 0 34 20 ]", "A",
+         "/Helv 8 Tf\n1 0 0 1 2.332 7.1 Tm <41> Tj\n"},
         {"a password", "/Ff 8192", "Ai", "/Helv 10 Tf\n1 0 0 1 2 6.375 Tm <2A2A> Tj\n"},
         {"turned", "/MK << /R 90 >> /Rect [ 0 0 20 100 ]", "A",
          "/Helv 10 Tf\n1 0 0 1 2 6.375 Tm <41> Tj\n"},
@@ -230,6 +233,11 @@ TEST(Filling, LeavesToViewersWhatNoFontShows) {
         {"", "Ω", Filled::ViewerNeeded},
         {"/DA (/Wide 9 Tf)", "A", Filled::ViewerNeeded},
         {"/DA (/None 9 Tf)", "A", Filled::Shown},
+        {"/FT /Ch /Opt [ (A) ] /DA (/Wide 9 Tf)", "A", Filled::ViewerNeeded},
+        {"/Ff 8192 /DA (/Own 9 Tf) /DR << /Font << /Own << /Type /Font /Subtype /TrueType "
+         "/BaseFont "
+         "/Own /FirstChar 65 /Widths [ 500 ] /FontDescriptor << /FontFile2 7 0 R >> >> >> >>",
+         "A", Filled::ViewerNeeded}, // no asterisk
         {"/Rect [ 0 0 0 9 ]", "Ω", Filled::Shown},
     };
     for (const auto& [entries, text, filled] : rows) {
