@@ -1,5 +1,6 @@
 #include "tools/names.h"
 
+#include "spelling/spelling.h"
 #include "tools/failure.h"
 
 #include <pdf/tools/editing.h>
@@ -7,8 +8,6 @@
 namespace Libraries::Files::PDF::Tools {
 
 namespace {
-
-constexpr std::string_view delimiters = "()<>[]{}/%";
 
 bool canBeName(std::string_view text) noexcept {
     return !text.empty() && text.find('\0') == std::string_view::npos;
@@ -18,22 +17,15 @@ bool canBeName(std::string_view text) noexcept {
 
 bool isRegular(char32_t code) noexcept {
     constexpr char32_t lastByte = 0xFF;
-    return code > U' ' && code <= lastByte &&
-           delimiters.find(static_cast<char>(code)) == std::string_view::npos;
+    constexpr char32_t firstNotPrintable = 0x7F;
+    if (code >= firstNotPrintable) return code <= lastByte;
+    return code == U'#' || Spelling::isPlainInName(static_cast<char>(code));
 }
 
 std::string spelledName(std::string_view text) {
-    constexpr char digits[] = "0123456789ABCDEF";
-    constexpr unsigned char firstNotPrintable = 0x7F;
     std::string name;
-    for (const char character : text) {
-        const auto code = static_cast<unsigned char>(character);
-        if (isRegular(code) && code < firstNotPrintable && character != '#') {
-            name += character;
-        } else {
-            name += {'#', digits[code >> 4], digits[code & 0xF]};
-        }
-    }
+    for (const char character : text)
+        Spelling::appendNameCharacter(name, character);
     return name;
 }
 

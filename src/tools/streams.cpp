@@ -134,7 +134,7 @@ bool Recoding::recode(Work& work) {
 }
 
 Failure notRead(const Work& work) {
-    return fail(CodingFailed, "Failed to read the data of stream ", work.id);
+    return fail(SourceNotRead, "Failed to read the data of stream ", work.id);
 }
 
 Ref<Host::MemoryStripe> held(Host::ByteBuffer bytes) {

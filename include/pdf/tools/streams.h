@@ -23,9 +23,9 @@ namespace Libraries::Files::PDF::Tools {
 /// what is read one stream at a time is.
 ///
 /// False with `NotSupported` (a document of an application's own class), `StreamDictionaryMissing`,
-/// `CodingFailed` (data that cannot be read), `OutOfRange` (streams that lie in each other, of
-/// which more than 64 times the file and 1 MiB would be read), `OutOfMemory` or a code of
-/// `Document::readStreamData` set.
+/// `SourceNotRead` (data that cannot be read), `CodingFailed` (that cannot be deflated),
+/// `OutOfRange` (streams that lie in each other, of which more than 64 times the file and 1 MiB
+/// would be read), `OutOfMemory` or a code of `Document::readStreamData` set.
 [[nodiscard]] FILES_PDF_EXPORT bool compressStreams(Document& document) noexcept;
 
 /// How far streams may be expanded.

@@ -155,7 +155,6 @@ Filled FieldAppearances::showText(const FieldEntries& widget, std::string_view t
 Filled FieldAppearances::showList(const FieldEntries& widget, const Selection& selection) {
     const WidgetFrame frame(document_, *widget.own());
     if (!frame.hasArea()) return Filled::Shown;
-    if (!shared_.draw(selection.texts.size())) return Filled::Failed;
     const TextStyle& style = shared_.style(widget);
     const auto font = fonts_.find(widget, style.fontName);
     if (!font) {
@@ -187,7 +186,7 @@ std::size_t FieldAppearances::listTop(const FieldEntries& widget, const Selectio
     const ChoiceOptions& options = shared_.options(widget);
     const auto given = static_cast<std::uint64_t>(widget.number("TI")); // negative: beyond the last
     const std::size_t top = given < options.list().size() ? given : 0;
-    const auto first = options.firstOf(selection);
+    const auto first = shared_.firstOf(options, selection);
     if (!first) return top;
     const double height = textArea(WidgetFrame(document_, *widget.own()), true).height();
     const double line = TextLayout::leading(TextLayout::listSize(shared_.style(widget).size));

@@ -86,6 +86,14 @@ const Selection& SharedEntries::selection(const FieldEntries& field) {
     return find(selections_, field, "V");
 }
 
+std::optional<std::size_t> SharedEntries::firstOf(const ChoiceOptions& options,
+                                                  const Selection& selection) {
+    const auto [found, isNew] = firsts_.try_emplace({&options, &selection});
+    if (!isNew) return found->second;
+    room_ -= std::min<std::uint64_t>(room_, selection.texts.size());
+    return found->second = options.firstOf(selection);
+}
+
 bool SharedEntries::draw(std::uint64_t bytes) noexcept {
     if (bytes > room_) return fail(OutOfRange, "Fields that share a text show too much of it");
     room_ -= bytes;

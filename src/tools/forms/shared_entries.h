@@ -4,6 +4,7 @@
 #include "tools/forms/form_fonts.h"
 
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -49,6 +50,10 @@ public:
     [[nodiscard]] const TextStyle& style(const FieldEntries& field);
     [[nodiscard]] const ChoiceOptions& options(const FieldEntries& field);
     [[nodiscard]] const Selection& selection(const FieldEntries& field);
+    /// The place of the first option that is selected; nothing where none is. What it takes to look
+    /// is taken off the room, once for the two, which outlive this.
+    [[nodiscard]] std::optional<std::size_t> firstOf(const ChoiceOptions& options,
+                                                     const Selection& selection);
 
     /// Makes room for drawing what was read, or given.
     void read(std::uint64_t bytes) noexcept { room_ += mostDrawn * bytes; }
@@ -81,6 +86,7 @@ private:
     Known<Style> styles_;
     Known<ChoiceOptions> options_;
     Known<Selection> selections_;
+    std::map<std::pair<const ChoiceOptions*, const Selection*>, std::optional<std::size_t>> firsts_;
     std::uint64_t room_ = alwaysDrawn;
 };
 

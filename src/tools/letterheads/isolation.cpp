@@ -1,5 +1,6 @@
 #include "tools/letterheads/isolation.h"
 
+#include "spelling/spelling.h"
 #include "tools/failure.h"
 #include "tools/new_stream.h"
 #include "tools/pages/page_contents.h"
@@ -44,10 +45,7 @@ Ref<Value> around(const Rectangle& box) {
 
 /// Whether a name is written as it is, in dictionaries and contents.
 bool isPlain(std::string_view name) noexcept {
-    return !name.empty() && std::ranges::all_of(name, [](char code) {
-        return code > ' ' && code <= '~' &&
-               std::string_view("#%()/<>[]{}").find(code) == std::string_view::npos;
-    });
+    return !name.empty() && std::ranges::all_of(name, Spelling::isPlainInName);
 }
 
 /// Makes the page draw the form, which is upright: the page's own turn comes on top.
