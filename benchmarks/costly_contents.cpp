@@ -14,10 +14,6 @@ namespace {
 using namespace Libraries::Files::PDF;
 using Host::Ref;
 
-std::string reference(std::size_t number) {
-    return std::to_string(number) + " 0 R ";
-}
-
 /// A page tree, object 2, of pages with `page`, as many as go into `bytes`, behind object 3, which
 /// is `shared`, and object 4, a content stream with `entries` and `data`.
 std::string pagesOf(std::size_t bytes, const std::string& page, const std::string& shared,

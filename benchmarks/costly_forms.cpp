@@ -15,10 +15,6 @@ namespace {
 using namespace Libraries::Files::PDF;
 using Host::Ref;
 
-std::string reference(std::size_t number) {
-    return std::to_string(number) + " 0 R ";
-}
-
 /// So many bytes of what `unit` gives for 0, 1, 2 and so on.
 template <class Unit>
 std::string series(std::size_t bytes, Unit unit) {

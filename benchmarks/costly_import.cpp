@@ -59,7 +59,7 @@ std::string droppedFilters(std::size_t size) {
     std::string all;
     const std::size_t count = size / 120;
     for (std::size_t index = 0; index < count; ++index)
-        all += std::to_string(5 + index) + " 0 R ";
+        all += reference(5 + index);
     file.add("[" + all + "]");
     for (std::size_t index = 0; index < count; ++index)
         file.addStream("/Filter[/Crypt/Crypt/Crypt/ASCIIHexDecode]", "41>");
@@ -71,7 +71,7 @@ std::string sharing(std::size_t count, std::string_view entries, const std::stri
     auto file = begun();
     std::string all;
     for (std::size_t index = 0; index < count; ++index)
-        all += std::to_string(6 + index) + " 0 R ";
+        all += reference(6 + index);
     file.add("[" + all + "]");
     file.add(shared);
     for (std::size_t index = 0; index < count; ++index)
@@ -93,7 +93,7 @@ std::string sharedKids(std::size_t size) {
     const std::size_t nodes = size / 120;
     std::string all;
     for (std::size_t index = 0; index < nodes; ++index)
-        all += std::to_string(5 + index) + " 0 R ";
+        all += reference(5 + index);
     file.add("<</Type/Catalog/Pages 2 0 R>>");
     file.add("<</Type/Pages/Count 1/Kids[" + all + "]>>");
     file.add("<</Type/Page/MediaBox[0 0 9 9]>>");

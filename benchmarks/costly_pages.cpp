@@ -10,10 +10,6 @@ using Libraries::Files::PDF::Document;
 namespace Tools = Libraries::Files::PDF::Tools;
 
 /// `unit` until there are so many bytes of it.
-std::string reference(std::size_t number) {
-    return std::to_string(number) + " 0 R ";
-}
-
 /// A catalog, and the root of a page tree, object 2.
 ObjectFile treeWith(std::string_view kids) {
     ObjectFile file;

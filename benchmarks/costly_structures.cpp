@@ -12,10 +12,6 @@ namespace {
 
 namespace Tools = Libraries::Files::PDF::Tools;
 
-std::string reference(std::size_t number) {
-    return std::to_string(number) + " 0 R ";
-}
-
 /// A catalog, and the root of a page tree, object 2, whose Kids are object 3.
 template <class File>
 File begun() {

@@ -10,6 +10,10 @@ std::string fileOf(const std::string& body, const std::vector<std::size_t>& offs
            "\n%%EOF\n";
 }
 
+std::string reference(std::size_t number) {
+    return std::to_string(number) + " 0 R ";
+}
+
 std::string repeated(std::string_view unit, std::size_t bytes) {
     std::string text;
     while (text.size() < bytes)

@@ -14,6 +14,9 @@ namespace Benchmarks {
 /// is accepted; its root is the first object.
 [[nodiscard]] std::string fileOf(const std::string& body, const std::vector<std::size_t>& offsets);
 
+/// A reference to an object, and a space.
+[[nodiscard]] std::string reference(std::size_t number);
+
 /// A text over and over again, until it has so many bytes at least.
 [[nodiscard]] std::string repeated(std::string_view unit, std::size_t bytes);
 
