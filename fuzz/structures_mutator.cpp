@@ -2,6 +2,8 @@
 // sections behind it that lead to all objects in it: a table, a cross-reference stream, or both, in
 // one revision or in two.
 
+#include "mutation.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -9,8 +11,6 @@
 #include <map>
 #include <string>
 #include <string_view>
-
-extern "C" std::size_t LLVMFuzzerMutate(std::uint8_t* data, std::size_t size, std::size_t maxSize);
 
 namespace {
 
@@ -127,8 +127,11 @@ std::size_t append(std::string& file, const Entries& entries, std::size_t former
     return table;
 }
 
-std::string mended(std::string_view input, unsigned seed) {
-    std::string file(input.substr(0, input.find(seam)));
+} // namespace
+
+std::string Fuzzing::mended(Bytes input, unsigned seed) {
+    const std::string_view text(reinterpret_cast<const char*>(input.data()), input.size());
+    std::string file(text.substr(0, text.find(seam)));
     mendLengths(file);
     Entries newer = entriesOf(file);
     Entries older;
@@ -140,21 +143,4 @@ std::string mended(std::string_view input, unsigned seed) {
     const std::size_t former = older.empty() ? 0 : append(file, older, 0, seed / 3);
     const std::size_t start = append(file, newer, former, seed / 16);
     return file + "startxref\n" + std::to_string(start) + "\n%%EOF\n";
-}
-
-} // namespace
-
-// The engine declares it nowhere but in its own headers.
-extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t size,
-                                               std::size_t maxSize, unsigned seed);
-
-extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t size,
-                                               std::size_t maxSize, unsigned seed) {
-    const std::size_t changed = LLVMFuzzerMutate(data, size, maxSize);
-    // Broken sections must be seen as well.
-    if (changed < 2 || seed % 16 == 1) return changed;
-    const std::string result = mended({reinterpret_cast<const char*>(data), changed}, seed >> 4);
-    if (result.size() > maxSize) return changed;
-    std::ranges::copy(result, data);
-    return result.size();
 }
