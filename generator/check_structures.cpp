@@ -172,6 +172,6 @@ int main(int count, char** values) {
             continue;
         return mode.run(arguments.subspan(2));
     }
-    std::fputs("usage: see the head of tests/check_structures.cpp\n", stderr);
+    std::fputs("usage: see the head of generator/check_structures.cpp\n", stderr);
     return 2;
 }

@@ -1,5 +1,6 @@
 #include "generator/encoding.h"
 
+#include "generator/prediction.h"
 #include "support/documents.h"
 
 #include <algorithm>
@@ -58,42 +59,6 @@ std::string lzw(std::string_view data) {
     return text + static_cast<char>(bits << (8 - count));
 }
 
-std::uint8_t paeth(int left, int up, int corner) {
-    const int guess = left + up - corner;
-    const int a = std::abs(guess - left), b = std::abs(guess - up), c = std::abs(guess - corner);
-    return static_cast<std::uint8_t>(a <= b && a <= c ? left : b <= c ? up : corner);
-}
-
-/// The rows in front of which their predictor stands (PNG, 9.2); `step`: the bytes of one pixel.
-std::string pngRows(std::string_view data, std::size_t rowSize, std::size_t step, int wanted,
-                    Random& random) {
-    std::string rows;
-    for (std::size_t start = 0; start < data.size(); start += rowSize) {
-        const int kind = wanted < 5 ? wanted : static_cast<int>(random.below(5));
-        rows += static_cast<char>(kind);
-        for (std::size_t x = 0; x < rowSize; ++x) {
-            const auto at = [&](bool before, bool above) -> int {
-                if ((before && x < step) || (above && start == 0)) return 0;
-                const std::size_t place = start + x - (before ? step : 0) - (above ? rowSize : 0);
-                return static_cast<std::uint8_t>(data[place]);
-            };
-            const int left = at(true, false), up = at(false, true), corner = at(true, true);
-            const int guesses[] = {0, left, up, (left + up) / 2, paeth(left, up, corner)};
-            rows += static_cast<char>(at(false, false) - guesses[kind]);
-        }
-    }
-    return rows;
-}
-
-std::string tiffRows(std::string_view data, std::size_t rowSize, std::size_t colors) {
-    std::string rows(data);
-    for (std::size_t place = rows.size(); place-- > 0;) {
-        if (place % rowSize >= colors)
-            rows[place] = static_cast<char>(data[place] - data[place - colors]);
-    }
-    return rows;
-}
-
 } // namespace
 
 std::string hexadecimal(std::string_view data) {
@@ -113,13 +78,14 @@ Encoded deflatedRows(std::string_view data, std::size_t rowSize, Random& random)
     }
     const std::size_t colors = random.oneOf(pixels);
     const bool isTiff = random.chance(25);
-    const int kind = static_cast<int>(random.below(6));
+    const auto kind = random.below(6);
     std::string parms = "<</Predictor " + std::to_string(isTiff ? 2 : 10 + kind);
     parms += " /Columns " + std::to_string(rowSize / colors);
     if (colors != 1) parms += " /Colors " + std::to_string(colors);
     if (random.chance(20)) parms += " /BitsPerComponent 8";
-    const std::string rows =
-        isTiff ? tiffRows(data, rowSize, colors) : pngRows(data, rowSize, colors, kind, random);
+    const Prediction prediction(colors, 8, rowSize / colors);
+    const auto kindOf = [&](std::size_t) { return kind < 5 ? kind : random.below(5); };
+    const std::string rows = isTiff ? prediction.tiff(data) : prediction.png(data, kindOf);
     return {Support::deflated(rows), {"/FlateDecode"}, {parms + ">>"}};
 }
 

@@ -1,3 +1,4 @@
+#include "generator/prediction.h"
 #include "support/testing.h"
 
 #include <pdf/tools/editing.h>
@@ -7,76 +8,16 @@ namespace {
 
 using namespace Support;
 using namespace Libraries::Files::PDF;
+using Generator::Prediction;
+
+/// The kinds of PNG's rows 0 to 4 in turn, from `first` on.
+auto inTurn(unsigned first) {
+    return [first](std::size_t row) { return (first + static_cast<unsigned>(row)) % 5; };
+}
 
 std::string textOfBytes(const Bytes& bytes) {
     return {bytes.begin(), bytes.end()};
 }
-
-/// What a predictor makes of rows: written down for one component after the other, as the standards
-/// say it, and not for speed.
-class Prediction {
-public:
-    Prediction(unsigned colors, unsigned bits, unsigned columns)
-        : colors_(colors), bits_(bits), columns_(columns) {}
-
-    [[nodiscard]] std::size_t rowSize() const { return (colors_ * bits_ * columns_ + 7) / 8; }
-
-    /// By differences to the component of the pixel before (TIFF 6.0, section 14).
-    [[nodiscard]] std::string tiff(const std::string& rows) const {
-        std::string result = rows;
-        for (std::size_t row = 0; row < rows.size(); row += rowSize()) {
-            for (unsigned index = colors_ * columns_ - 1; index >= colors_; --index)
-                set(result, row, index, get(rows, row, index) - get(rows, row, index - colors_));
-        }
-        return result;
-    }
-
-    /// Row by row of the kinds 0 to 4 in turn, from `first` on (PNG, section 9).
-    [[nodiscard]] std::string png(const std::string& rows, unsigned first) const {
-        std::string result;
-        for (std::size_t row = 0; row * rowSize() < rows.size(); ++row) {
-            const unsigned kind = (first + static_cast<unsigned>(row)) % 5;
-            result += static_cast<char>(kind);
-            for (std::size_t place = 0; place < rowSize(); ++place)
-                result += static_cast<char>(at(rows, row, place) - guess(rows, row, place, kind));
-        }
-        return result;
-    }
-
-private:
-    [[nodiscard]] unsigned get(const std::string& rows, std::size_t row, unsigned index) const {
-        unsigned value = 0;
-        for (unsigned bit = index * bits_; bit < (index + 1) * bits_; ++bit)
-            value = value << 1 |
-                    (static_cast<unsigned char>(rows[row + bit / 8]) >> (7 - bit % 8) & 1U);
-        return value;
-    }
-    void set(std::string& rows, std::size_t row, unsigned index, unsigned value) const {
-        for (unsigned bit = 0; bit < bits_; ++bit) {
-            const unsigned place = (index + 1) * bits_ - 1 - bit;
-            char& byte = rows[row + place / 8];
-            const auto mask = static_cast<unsigned char>(0x80U >> place % 8);
-            byte = static_cast<char>((value >> bit & 1U) != 0 ? byte | mask : byte & ~mask);
-        }
-    }
-    [[nodiscard]] int at(const std::string& rows, std::size_t row, std::size_t place) const {
-        return static_cast<unsigned char>(rows[row * rowSize() + place]);
-    }
-    [[nodiscard]] int guess(const std::string& rows, std::size_t row, std::size_t place,
-                            unsigned kind) const {
-        const std::size_t pixel = (colors_ * bits_ + 7) / 8;
-        const int a = place < pixel ? 0 : at(rows, row, place - pixel);
-        const int b = row == 0 ? 0 : at(rows, row - 1, place);
-        const int c = row == 0 || place < pixel ? 0 : at(rows, row - 1, place - pixel);
-        const int p = a + b - c;
-        const int pa = std::abs(p - a), pb = std::abs(p - b), pc = std::abs(p - c);
-        const int paeth = pa <= pb && pa <= pc ? a : pb <= pc ? b : c;
-        const int guesses[] = {0, a, b, (a + b) / 2, paeth};
-        return guesses[kind];
-    }
-
-    unsigned colors_, bits_, columns_;
-};
 
 /// A document with stream 5.
 Ref<Document> with(std::string_view entries, std::string_view data) {
@@ -101,7 +42,9 @@ TEST(ExpandStreams, UndoesEveryPredictor) {
                                                " /BitsPerComponent " + std::to_string(bits) +
                                                " /Columns " + std::to_string(columns);
                 const std::pair<std::string, std::string> kinds[] = {
-                    {"2", made.tiff(rows)}, {"10", made.png(rows, 0)}, {"15", made.png(rows, 3)}};
+                    {"2", made.tiff(rows)},
+                    {"10", made.png(rows, inTurn(0))},
+                    {"15", made.png(rows, inTurn(3))}};
                 for (const auto& [kind, data] : kinds) {
                     const auto document = with("/Filter /FlateDecode /DecodeParms << " +
                                                    parameters + " /Predictor " + kind + " >> ",
@@ -132,7 +75,7 @@ TEST(Streams, TouchOnlyWhatComesBackTheSame) {
     const std::string plain = "one two one two one two one two one two one two one two one two";
     const std::string flate = deflated(plain);
     const std::string big = textOfBytes(noise(300));
-    const std::string png = deflated(Prediction(1, 8, 4).png("12345678", 2));
+    const std::string png = deflated(Prediction(1, 8, 4).png("12345678", inTurn(2)));
     std::string damaged = flate;
     damaged.back() = static_cast<char>(damaged.back() ^ 1);
     const std::string parms = "/Filter /FlateDecode /DecodeParms ";
