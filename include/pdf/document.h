@@ -68,7 +68,8 @@ public:
     [[nodiscard]] static Ref<Document> create(Ref<Interfaces::Stripe> source,
                                               Structure structure) noexcept;
 
-    /// The version in the file's header, or a higher one that `addBackground` brought.
+    /// The version in the file's header, or a higher one that `addBackground` or `raiseVersion`
+    /// brought.
     [[nodiscard]] virtual PdfVersion version() const noexcept = 0;
 
     /// The trailer dictionary (ISO 32000-1, 7.5.5), shared with the document.
@@ -160,9 +161,12 @@ public:
     /// needs `changed()` asks it first.
     [[nodiscard]] virtual bool setCompression(Compression target) noexcept = 0;
 
-    /// Every object of the document, in table order. Empty, with `NotSupported` set, for a document
-    /// of an application's own class, unless that class has some.
-    [[nodiscard]] virtual Host::StackVector<Ref<PDF::Object>> getObjects() const noexcept;
+    // The operations from here on are not virtual. They work on documents that the library made,
+    // and say what they give for a document of an application's own class.
+
+    /// Every object of the document, in table order. Empty with `OutOfMemory` set, or with
+    /// `NotSupported` for a document of an application's own class.
+    [[nodiscard]] Host::StackVector<Ref<PDF::Object>> getObjects() const noexcept;
 
     /// Adds an object that holds `value`, shared, under the next number. Numbers at the end of the
     /// file's table that no object has become objects with an empty dictionary: a rewrite does not
@@ -170,7 +174,7 @@ public:
     ///
     /// Null with `NullArgument`, `InvalidArgument` (null and references are no value of an object),
     /// `OutOfRange` (no number is left) or `NotSupported` (as for `getObjects`) set.
-    [[nodiscard]] virtual Ref<PDF::Object> addObject(Ref<Value> value) noexcept;
+    [[nodiscard]] Ref<PDF::Object> addObject(Ref<Value> value) noexcept;
 
     /// Removes an object of this document: the one with the highest number goes with its number,
     /// which the next new object gets, and with the empty dictionaries before it that stand for no
@@ -178,27 +182,34 @@ public:
     /// references away. Handles of the object keep its value. Takes no memory.
     ///
     /// False with `NullArgument`, `ObjectNotFound` or `NotSupported` (as for `getObjects`) set.
-    [[nodiscard]] virtual bool removeObject(const Ref<PDF::Object>& object) noexcept;
+    [[nodiscard]] bool removeObject(const Ref<PDF::Object>& object) noexcept;
+
+    /// Has the document written with at least this version: raises `version()` where `version` is
+    /// higher, which counts as a change, and never lowers it. True where it is high enough already.
+    ///
+    /// False with `InvalidArgument` (no version of the file format) or `NotSupported` (as for
+    /// `getObjects`) set.
+    [[nodiscard]] bool raiseVersion(PdfVersion version) noexcept;
 
     /// The line ending of the file's first line, with which every written line ends: "\n", "\r" or
-    /// "\r\n". Valid as long as the document. Empty as for `getObjects`.
-    [[nodiscard]] virtual std::string_view lineEnding() const noexcept;
+    /// "\r\n". Valid as long as the document. Empty, with `NotSupported` set, for a document of an
+    /// application's own class.
+    [[nodiscard]] std::string_view lineEnding() const noexcept;
 
     /// Whether numbers are written as they were read: 1.05 as 1.05 and -0.5 as -0.5, instead of by
     /// their two parts. Off until it is set; integer, fraction and equality stay what they are.
-    /// What an application made is written by its parts. For an application's own class it stays
-    /// off.
+    /// What an application made is written by its parts. For a document of an application's own
+    /// class it stays off.
     ///@{
-    [[nodiscard]] virtual bool faithfulNumbers() const noexcept { return false; }
-    virtual void faithfulNumbers(bool faithful) noexcept;
+    [[nodiscard]] bool faithfulNumbers() const noexcept;
+    void faithfulNumbers(bool faithful) noexcept;
     ///@}
 
     /// What was met while the document was read that a rewrite does not keep, of one kind: of those
     /// that only the reading sees (`Fractions` to `Characters`, `Subsections` and `Signatures`);
     /// and, as the document is now, `Gaps`, `LineFeeds` and `Filters`. `Tools::losses` tells all
-    /// of them. Nothing for an application's own
-    /// class.
-    [[nodiscard]] virtual LossCount metOnReading(Loss kind) const noexcept;
+    /// of them. Nothing for a document of an application's own class.
+    [[nodiscard]] LossCount metOnReading(Loss kind) const noexcept;
 
     /// Whether a thing is of this document: references in what is of another lead to other objects
     /// here. Of values it is known for the arrays, dictionaries and streams that are the value of
@@ -212,8 +223,7 @@ public:
     ///@}
 
     /// The objects whose value somebody has asked for, and those that were added, in table order:
-    /// what an application has changed is in them, or in the trailer. All objects for a document of
-    /// an application's own class. Empty with `OutOfMemory` set.
+    /// what an application has changed is in them, or in the trailer. Empty as for `getObjects`.
     [[nodiscard]] Host::StackVector<Ref<PDF::Object>> usedObjects() const noexcept;
 
     /// The catalog (ISO 32000-1, 7.7.2): the object that the trailer's Root refers to. Null with

@@ -184,7 +184,7 @@ bool Background::changePage(const Assignment& assignment) {
 
 bool Background::finish() noexcept {
     DocumentState& state = target_.state();
-    state.version = std::max(state.version, foreign_->version());
+    state.raiseVersion(foreign_->version());
     state.modified = true;
     return true;
 }

@@ -2,6 +2,7 @@
 
 #include "forms/form_lookup.h"
 #include "state/own_document.h"
+#include "values/kind.h"
 
 #include <pdf/document.h>
 
@@ -26,21 +27,20 @@ public:
     bool addBackground(Ref<Document> foreign, std::uint32_t mode) noexcept override;
     bool setCompression(Compression target) noexcept override;
 
-    [[nodiscard]] Host::StackVector<Ref<PDF::Object>> getObjects() const noexcept override;
-    [[nodiscard]] Ref<PDF::Object> addObject(Ref<Value> value) noexcept override;
-    [[nodiscard]] bool removeObject(const Ref<PDF::Object>& object) noexcept override;
-    [[nodiscard]] std::string_view lineEnding() const noexcept override {
-        return state_.lineEnding;
-    }
-
-    [[nodiscard]] bool faithfulNumbers() const noexcept override { return state_.faithfulNumbers; }
-    void faithfulNumbers(bool faithful) noexcept override { state_.faithfulNumbers = faithful; }
-    [[nodiscard]] LossCount metOnReading(Loss kind) const noexcept override;
-
-    [[nodiscard]] Host::StackVector<Ref<PDF::Object>> touchedObjects() const noexcept;
-
 private:
     FormLookup form_;
 };
+
+/// The state of one of the library's own documents; null for one of an application's own class.
+///@{
+[[nodiscard]] inline DocumentState* stateOf(Document& document) noexcept {
+    auto* const ours = own<DocumentObj>(&document);
+    return ours != nullptr ? &ours->state() : nullptr;
+}
+[[nodiscard]] inline const DocumentState* stateOf(const Document& document) noexcept {
+    const auto* const ours = own<const DocumentObj>(&document);
+    return ours != nullptr ? &ours->state() : nullptr;
+}
+///@}
 
 } // namespace Libraries::Files::PDF

@@ -1,17 +1,10 @@
+#include "document/document_obj.h"
 #include "forms/field_obj.h"
 #include "forms/form_obj.h"
-#include "state/own_document.h"
-#include "values/kind.h"
 
 namespace Libraries::Files::PDF {
 
 namespace {
-
-/// An application's own document may hand out what is another one's.
-const DocumentState* stateOf(const Document& document) noexcept {
-    const auto* const ours = dynamic_cast<const OwnDocument*>(&document);
-    return ours != nullptr ? &ours->state() : nullptr;
-}
 
 Home among(bool here) noexcept {
     return here ? Home::Here : Home::Elsewhere;

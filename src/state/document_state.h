@@ -46,6 +46,13 @@ struct DocumentState {
     [[nodiscard]] const ObjectTable::Slot* find(const ObjectRef& ref) const noexcept {
         return objects.find(ref.id(), ref.generation());
     }
+
+    /// A higher version counts as a change; a lower one is ignored.
+    void raiseVersion(PdfVersion higher) noexcept {
+        if (higher <= version) return;
+        version = higher;
+        modified = true;
+    }
 };
 
 } // namespace Libraries::Files::PDF

@@ -1,6 +1,8 @@
 #include "state/object_table.h"
 #include "support/testing.h"
 
+#include <functional>
+
 namespace {
 
 using namespace Libraries::Files::PDF;
@@ -74,6 +76,73 @@ TEST(Navigation, FollowsOneReferenceToADictionary) {
         EXPECT_EQ(dict ? textOf(dict) : outcome, rows[index]) << index;
     }
     expectFailure(document->getObject(nullptr), NullArgument);
+}
+
+/// A document of an application's own class.
+class ApplicationDocument final : public Document {
+public:
+    [[nodiscard]] PdfVersion version() const noexcept override { return PdfVersion::V1_7; }
+    [[nodiscard]] Ref<Dictionary> trailer() const noexcept override { return nullptr; }
+    [[nodiscard]] Ref<Form> form() noexcept override { return nullptr; }
+    [[nodiscard]] Ref<PDF::Object> getObject(const Ref<ObjectRef>&) const noexcept override {
+        return nullptr;
+    }
+    bool write(Ref<Interfaces::Stripe>) noexcept override { return false; }
+    Ref<Interfaces::Stripe> readStreamData(Ref<Stream>, bool) noexcept override { return nullptr; }
+    std::uint32_t writeStreamData(Ref<Stream>, Ref<Interfaces::Stripe>, bool) noexcept override {
+        return 0;
+    }
+    bool cacheStreamData() noexcept override { return false; }
+    [[nodiscard]] bool changed() const noexcept override { return false; }
+    bool addBackground(Ref<Document>, std::uint32_t) noexcept override { return false; }
+    bool setCompression(Compression) noexcept override { return false; }
+};
+
+TEST(Document, OffersNoAdditionsToAnApplicationsOwnClass) {
+    const auto ours = Support::open(DocumentBuilder::minimal().bytes());
+    const auto own = Host::makeOrThrow<ApplicationDocument>();
+    const auto object = ours->getObjects().at(0);
+    const std::pair<const char*, std::function<bool(Document&)>> rows[] = {
+        {"getObjects", [](Document& to) { return !to.getObjects().empty(); }},
+        {"addObject", [](Document& to) { return bool(to.addObject(number(1))); }},
+        {"usedObjects", [](Document& to) { return !to.usedObjects().empty(); }},
+        {"removeObject", [&](Document& to) { return to.removeObject(object); }},
+        {"raiseVersion", [](Document& to) { return to.raiseVersion(PdfVersion::V2_0); }},
+        {"lineEnding", [](Document& to) { return !to.lineEnding().empty(); }},
+    };
+    for (const auto& [name, addition] : rows) {
+        EXPECT_EQ(outcomeOf([&] { return addition(*own); }), failure(NotSupported)) << name;
+        EXPECT_TRUE(addition(*ours)) << name;
+    }
+    own->faithfulNumbers(true);
+    EXPECT_FALSE(own->faithfulNumbers());
+    EXPECT_EQ(own->metOnReading(Loss::Gaps).count, 0U);
+}
+
+TEST(Document, RaisesItsVersion) {
+    const struct {
+        PdfVersion asked;
+        std::uint32_t code;
+        const char* header;
+        bool changed;
+    } rows[] = {
+        {PdfVersion::V1_3, Host::NoError, "%PDF-1.4", false},
+        {PdfVersion::V1_4, Host::NoError, "%PDF-1.4", false},
+        {PdfVersion::V1_5, Host::NoError, "%PDF-1.5", true},
+        {PdfVersion::V2_0, Host::NoError, "%PDF-2.0", true},
+        {PdfVersion::Unsupported, InvalidArgument, "%PDF-1.4", false},
+        {static_cast<PdfVersion>(9), InvalidArgument, "%PDF-1.4", false},
+        {static_cast<PdfVersion>(14), InvalidArgument, "%PDF-1.4", false},
+    };
+    for (const auto& [asked, code, header, changed] : rows) {
+        SCOPED_TRACE(static_cast<std::uint32_t>(asked));
+        const auto document = Support::open(DocumentBuilder::minimal().version("1.4").bytes());
+        Host::Error::set(Host::NoError);
+        EXPECT_EQ(document->raiseVersion(asked), code == Host::NoError);
+        EXPECT_EQ(Host::Error::get(), code);
+        EXPECT_EQ(document->changed(), changed);
+        EXPECT_TRUE(Support::write(*document).starts_with(header));
+    }
 }
 
 TEST(ObjectTable, FindsWhatAWalkFinds) {
