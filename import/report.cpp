@@ -20,7 +20,7 @@ char printable(char code) noexcept {
 }
 
 void log(LogLevel level, std::string_view message) noexcept {
-    if (!SysLogFilter::passes(filter, level)) return;
+    if (!Host::SysLogStream::takes(filter, level)) return;
     try {
         std::string line;
         for (const char code : message)

@@ -67,6 +67,9 @@ class FILES_PDF_EXPORT SysLogStream {
 public:
     /// The printer that is there from the start: it writes to standard error.
     [[nodiscard]] static LogPrinter& stdOutPrinter() noexcept;
+    /// Whether somebody takes a message of this filter and level: it passes, or it is an error that
+    /// a `HeldLog` of this thread keeps.
+    [[nodiscard]] static bool takes(std::uint32_t filter, LogLevel level) noexcept;
     /// The current printer.
     [[nodiscard]] static LogPrinter& printer() noexcept;
     /// Replaces the printer and gives the former one. The caller keeps ownership of both and keeps

@@ -1,4 +1,4 @@
-#include "host/thread_printer.h"
+#include "host/thread_log.h"
 
 #include <host/held_log.h>
 
@@ -7,32 +7,61 @@
 
 namespace Host {
 
-HeldLog::HeldLog() noexcept : former_(std::exchange(threadPrinter(), this)) {}
+namespace {
+
+/// Prints what the current log takes.
+void passOn(std::uint32_t filter, LogLevel level, std::string_view message) noexcept {
+    if (SysLogStream::takes(filter, level)) SysLogStream::printer().print(filter, level, message);
+}
+
+std::string_view withoutLineEnd(std::string_view message) noexcept {
+    if (message.ends_with('\n')) message.remove_suffix(1);
+    return message;
+}
+
+} // namespace
+
+HeldLog::HeldLog(Keep keep) noexcept
+    : former_(threadLog().printer), formerTakesAllErrors_(threadLog().allErrors) {
+    // What this log lets out goes to the former one, which may keep all errors.
+    threadLog() = {this, keep == Keep::AllErrors || formerTakesAllErrors_};
+}
 
 HeldLog::~HeldLog() {
-    if (held_) threadPrinter() = former_;
+    if (held_) threadLog() = {former_, formerTakesAllErrors_};
 }
 
 void HeldLog::print(std::uint32_t filter, LogLevel level, std::string_view message) noexcept {
     try {
         messages_.push_back({filter, level, std::string(message)});
     } catch (const std::exception&) {
-        threadPrinter() = former_;
-        SysLogStream::printer().print(filter, level, message);
-        threadPrinter() = this;
+        const ThreadLog current =
+            std::exchange(threadLog(), ThreadLog{former_, formerTakesAllErrors_});
+        passOn(filter, level, message);
+        threadLog() = current;
     }
 }
 
 void HeldLog::letOut() noexcept {
     if (!std::exchange(held_, false)) return;
-    threadPrinter() = former_;
+    threadLog() = {former_, formerTakesAllErrors_};
     for (const Message& message : messages_)
-        SysLogStream::printer().print(message.filter, message.level, message.text);
+        passOn(message.filter, message.level, message.text);
 }
 
-LogPrinter*& threadPrinter() noexcept {
-    static thread_local LogPrinter* printer = nullptr;
-    return printer;
+std::string HeldLog::errors() const {
+    std::string errors;
+    for (const Message& message : messages_) {
+        if (message.level != LogLevel::Error) continue;
+        if (!errors.empty()) errors += "; ";
+        errors += withoutLineEnd(message.text);
+    }
+    return errors;
+}
+
+ThreadLog& threadLog() noexcept {
+    static thread_local ThreadLog log;
+    return log;
 }
 
 } // namespace Host

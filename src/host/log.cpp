@@ -1,4 +1,4 @@
-#include "host/thread_printer.h"
+#include "host/thread_log.h"
 
 #include <host/log.h>
 
@@ -93,8 +93,13 @@ LogPrinter& SysLogStream::stdOutPrinter() noexcept {
     return printer;
 }
 
+bool SysLogStream::takes(std::uint32_t filter, LogLevel level) noexcept {
+    if (SysLogFilter::passes(filter, level)) return true;
+    return level == LogLevel::Error && threadLog().allErrors;
+}
+
 LogPrinter& SysLogStream::printer() noexcept {
-    if (LogPrinter* const own = threadPrinter(); own != nullptr) return *own;
+    if (LogPrinter* const own = threadLog().printer; own != nullptr) return *own;
     LogPrinter* current = filters.printer.load(std::memory_order_acquire);
     return current != nullptr ? *current : stdOutPrinter();
 }

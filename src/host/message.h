@@ -57,11 +57,11 @@ private:
     std::string text_;
 };
 
-/// Writes one message, if the log lets it pass; a message that is filtered out is not put together.
+/// Writes one message, if the log takes it; a message that it does not take is not put together.
 /// Where memory does not suffice the message is lost.
 template <class... Pieces>
 void log(std::uint32_t filter, LogLevel level, const Pieces&... pieces) noexcept {
-    if (!SysLogFilter::passes(filter, level)) return;
+    if (!SysLogStream::takes(filter, level)) return;
     const std::uint32_t code = Error::get();
     try {
         Message message;

@@ -5,6 +5,7 @@
 #include "host/message.h"
 #include "support/testing.h"
 
+#include <host/held_log.h>
 #include <host/memory_stripe.h>
 #include <host/string.h>
 
@@ -88,6 +89,45 @@ TEST(Log, WritesWhatLevelAndFilterLetPass) {
                 EXPECT_EQ(log.entries().size() - before, on && level <= message ? 1U : 0U);
             }
         }
+    }
+}
+
+TEST(HeldLog, KeepsErrorsThatNobodyWouldSee) {
+    using Keep = Host::HeldLog::Keep;
+    const std::uint32_t filter = SysLogFilter::id("PDF");
+    const struct {
+        const char* name;
+        Keep outer, inner;
+        bool on;
+        const char *kept, *seen;
+    } rows[] = {
+        {"what passes", Keep::Passing, Keep::Passing, true, "one; two", "one\nwarned\ntwo\n"},
+        {"nothing passes", Keep::Passing, Keep::Passing, false, "", ""},
+        {"all", Keep::Passing, Keep::AllErrors, true, "one; two", "one\nwarned\ntwo\n"},
+        {"all, and none passes", Keep::Passing, Keep::AllErrors, false, "one; two", ""},
+        {"the outer one has all", Keep::AllErrors, Keep::Passing, false, "one; two", ""},
+    };
+    for (const auto& [name, outerKeep, innerKeep, on, kept, seen] : rows) {
+        RecordingLog log;
+        SysLogFilter::state(filter, on);
+        Host::HeldLog outer(outerKeep);
+        {
+            Host::HeldLog inner(innerKeep);
+            Host::log(filter, LogLevel::Error, "one");
+            Host::log(filter, LogLevel::Warning, "warned");
+            Host::log(filter, LogLevel::Error, "two");
+            EXPECT_EQ(inner.errors(), kept) << name;
+            EXPECT_EQ(outer.errors(), "") << name;
+            inner.letOut();
+        }
+        const bool reached = on || outerKeep == Keep::AllErrors;
+        EXPECT_EQ(outer.errors(), reached ? kept : "") << name;
+        EXPECT_EQ(log.text(), "") << name;
+        outer.letOut();
+        EXPECT_EQ(log.text(), seen) << name;
+        Host::log(filter, LogLevel::Error, "three");
+        EXPECT_EQ(log.text(), seen + std::string(on ? "three\n" : "")) << name;
+        SysLogFilter::state(filter, true);
     }
 }
 
