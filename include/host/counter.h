@@ -3,28 +3,35 @@
 /// @file
 /// The count of references that every shared object carries.
 
-#include <atomic>
 #include <cstdint>
 
 namespace Host {
 
 /// Thread-safe count of references.
+///
+/// It uses the compilers' own atomic operations: `<atomic>` would make every unit that includes a
+/// handle many times as long.
 class Counter {
 public:
     /// So many references are there from the start.
     constexpr explicit Counter(std::uint32_t start = 0) noexcept : count_(start) {}
 
+    Counter(const Counter&) = delete;
+    Counter& operator=(const Counter&) = delete;
+
     /// One more reference.
-    void increase() noexcept { count_.fetch_add(1, std::memory_order_relaxed); }
+    void increase() noexcept { __atomic_fetch_add(&count_, 1, __ATOMIC_RELAXED); }
     /// One reference less; true when it was the last one, so that the object goes.
     [[nodiscard]] bool decrease() noexcept {
-        return count_.fetch_sub(1, std::memory_order_acq_rel) == 1;
+        return __atomic_fetch_sub(&count_, 1, __ATOMIC_ACQ_REL) == 1;
     }
     /// One more reference, unless the last one is already gone.
     [[nodiscard]] bool increaseUnlessGone() noexcept {
-        std::uint32_t count = count_.load(std::memory_order_relaxed);
+        std::uint32_t count = __atomic_load_n(&count_, __ATOMIC_RELAXED);
         while (count != 0) {
-            if (count_.compare_exchange_weak(count, count + 1, std::memory_order_relaxed)) {
+            constexpr bool weak = true;
+            if (__atomic_compare_exchange_n(&count_, &count, count + 1, weak, __ATOMIC_RELAXED,
+                                            __ATOMIC_RELAXED)) {
                 return true;
             }
         }
@@ -32,7 +39,7 @@ public:
     }
 
 private:
-    std::atomic<std::uint32_t> count_;
+    std::uint32_t count_;
 };
 
 } // namespace Host

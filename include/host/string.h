@@ -7,7 +7,6 @@
 #include <host/export.h>
 #include <host/ref.h>
 
-#include <algorithm>
 #include <compare>
 #include <cstddef>
 #include <cstdint>
@@ -125,9 +124,9 @@ template <std::size_t size>
 struct LiteralText {
     /// Refuses, when compiled, anything but ASCII.
     consteval LiteralText(const char (&text)[size]) { // NOLINT: a literal converts
-        std::copy_n(text, size, characters);
-        for (char character : text) {
-            if (static_cast<unsigned char>(character) > 0x7F) throw "a literal holds ASCII only";
+        for (std::size_t index = 0; index < size; ++index) {
+            if (static_cast<unsigned char>(text[index]) > 0x7F) throw "a literal holds ASCII only";
+            characters[index] = text[index];
         }
     }
     char characters[size]{}; ///< the closing NUL included

@@ -4,10 +4,8 @@
 /// Counted objects that can be referred to without being kept alive.
 
 #include <host/export.h>
+#include <host/lock.h>
 #include <host/ref.h>
-
-#include <atomic>
-#include <mutex>
 
 namespace Host {
 
@@ -35,7 +33,7 @@ private:
     friend class Object;
     void objectGone() noexcept;
 
-    mutable std::mutex mutex_;
+    mutable Lock lock_;
     Object* object_;
 };
 
@@ -58,8 +56,8 @@ protected:
 private:
     friend class GcProxy;
 
-    mutable std::recursive_mutex lock_;
-    std::atomic<GcProxy*> proxy_{nullptr};
+    mutable Lock lock_;
+    GcProxy* proxy_ = nullptr; // threads may make it at the same time
 };
 
 /// Reference that does not keep its object alive. `T` derives from `Object`.

@@ -3,6 +3,7 @@
 #include <host/heap.h>
 #include <host/string.h>
 
+#include <algorithm>
 #include <charconv>
 #include <cstring>
 #include <new>

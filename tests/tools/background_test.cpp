@@ -2,6 +2,7 @@
 
 #include <pdf/tools/background.h>
 
+#include <algorithm>
 #include <array>
 
 namespace {

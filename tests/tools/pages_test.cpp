@@ -2,6 +2,7 @@
 
 #include <pdf/tools/pages.h>
 
+#include <algorithm>
 #include <random>
 #include <set>
 

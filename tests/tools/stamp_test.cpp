@@ -2,6 +2,8 @@
 
 #include <pdf/tools/background.h>
 
+#include <algorithm>
+
 namespace {
 
 using namespace Libraries::Files::PDF;
