@@ -110,9 +110,10 @@ TEST(Document, OffersNoAdditionsToAnApplicationsOwnClass) {
         {"raiseVersion", [](Document& to) { return to.raiseVersion(PdfVersion::V2_0); }},
         {"lineEnding", [](Document& to) { return !to.lineEnding().empty(); }},
     };
-    for (const auto& [name, addition] : rows) {
-        EXPECT_EQ(outcomeOf([&] { return addition(*own); }), failure(NotSupported)) << name;
-        EXPECT_TRUE(addition(*ours)) << name;
+    for (const auto& row : rows) {
+        const auto& call = row.second;
+        EXPECT_EQ(outcomeOf([&] { return call(*own); }), failure(NotSupported)) << row.first;
+        EXPECT_TRUE(call(*ours)) << row.first;
     }
     own->faithfulNumbers(true);
     EXPECT_FALSE(own->faithfulNumbers());
