@@ -27,7 +27,7 @@ public:
     }
     ~ByteBuffer();
 
-    /// Bytes held, which may be fewer than there is room for.
+    /// Number of bytes held; there may be room for more.
     [[nodiscard]] std::size_t size() const noexcept { return size_; }
     /// Whether no bytes are held.
     [[nodiscard]] bool empty() const noexcept { return size_ == 0; }
@@ -40,7 +40,7 @@ public:
 
     /// Makes room for `capacity` bytes in all. False with `OutOfMemory` set when there is none.
     [[nodiscard]] bool reserve(std::size_t capacity) noexcept;
-    /// Grows or shrinks; new bytes are not initialised. False as for `reserve`.
+    /// Grows or shrinks. It does not initialise new bytes. False as for `reserve`.
     [[nodiscard]] bool resize(std::size_t size) noexcept;
     /// Appends a copy of `count` bytes, which must not lie in this buffer. False as for `reserve`,
     /// with nothing appended.
@@ -50,20 +50,20 @@ public:
         size_ += count;
         return true;
     }
-    /// Memory for `count` more bytes behind the end, to be filled and then taken in by `extend`;
-    /// null with `OutOfMemory` set when there is none.
+    /// Memory for `count` more bytes behind the end. Fill it, then call `extend`. Null with
+    /// `OutOfMemory` set when there is none.
     [[nodiscard]] std::uint8_t* room(std::size_t count) noexcept {
         return count <= capacity_ - size_ || grow(count) ? data_ + size_ : nullptr;
     }
-    /// Takes in `count` bytes that were filled into the room behind the end.
+    /// Adds the first `count` bytes of the room behind the end to the buffer.
     void extend(std::size_t count) noexcept { size_ += count; }
-    /// Cuts off what is behind the first `size` bytes, of which there must be that many.
+    /// Cuts the buffer off behind its first `size` bytes. It must hold that many.
     void truncate(std::size_t size) noexcept { size_ = size; }
     /// Empties the buffer and keeps its memory.
     void clear() noexcept { size_ = 0; }
     /// Gives memory beyond `size()` back.
     void shrink() noexcept;
-    /// Copies no bytes.
+    /// Exchanges the memory of two buffers; copies no bytes.
     void swap(ByteBuffer& other) noexcept {
         std::swap(data_, other.data_);
         std::swap(size_, other.size_);

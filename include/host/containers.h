@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// Containers that are passed around: counted arrays and vectors.
+/// Containers in the library's interfaces: counted arrays and vectors.
 
 #include <host/error.h>
 #include <host/heap.h>
@@ -18,7 +18,7 @@
 
 namespace Host {
 
-/// Counted vector; use it as the `std::vector` it is.
+/// Counted vector. It is a `std::vector` in all other respects.
 template <class T>
 class TVector final : public RefCount, public std::vector<T> {
 public:
@@ -28,7 +28,7 @@ public:
     explicit TVector(std::vector<T> items) noexcept : std::vector<T>(std::move(items)) {}
 };
 
-/// Vector that is returned by value.
+/// Vector that an operation returns by value.
 template <class T>
 using StackVector = std::vector<T>;
 
@@ -60,7 +60,7 @@ public:
     /// The element at an index, which must be below `size()`.
     const T& operator[](std::size_t index) const noexcept { return data()[index]; }
 
-    /// What `Ref` calls. Thread-safe; the last `decRef` frees the array.
+    /// For `Ref`. Thread-safe; the last `decRef` frees the array.
     ///@{
     void incRef() const noexcept { count_.increase(); }
     void decRef() const noexcept {

@@ -13,19 +13,19 @@ namespace Host {
 /// handle many times as long.
 class Counter {
 public:
-    /// So many references are there from the start.
+    /// Starts with this number of references.
     constexpr explicit Counter(std::uint32_t start = 0) noexcept : count_(start) {}
 
     Counter(const Counter&) = delete;
     Counter& operator=(const Counter&) = delete;
 
-    /// One more reference.
+    /// Adds a reference.
     void increase() noexcept { __atomic_fetch_add(&count_, 1, __ATOMIC_RELAXED); }
-    /// One reference less; true when it was the last one, so that the object goes.
+    /// Takes a reference away. True when it was the last one: the caller then deletes the object.
     [[nodiscard]] bool decrease() noexcept {
         return __atomic_fetch_sub(&count_, 1, __ATOMIC_ACQ_REL) == 1;
     }
-    /// One more reference, unless the last one is already gone.
+    /// Adds a reference, and gives true, unless the last one is already gone.
     [[nodiscard]] bool increaseUnlessGone() noexcept {
         std::uint32_t count = __atomic_load_n(&count_, __ATOMIC_RELAXED);
         while (count != 0) {

@@ -15,13 +15,14 @@ namespace Host {
 /// Each thread has its own. A success does not clear the code: look at it only after a failure.
 class FILES_PDF_EXPORT Error {
 public:
-    /// Takes `NoError` too, before an operation whose empty result is not always a failure.
+    /// Sets this thread's code. Set `NoError` before an operation whose empty result is not always
+    /// a failure.
     static void set(std::uint32_t code) noexcept;
     /// The code of this thread's last failure; `NoError` where there was none.
     [[nodiscard]] static std::uint32_t get() noexcept;
-    /// Why the system refused the file that this thread worked with last, in short English words
-    /// such as "permission denied"; for people, behind a code about files. Empty where the system
-    /// said nothing. Never null. Opening a `FileSource` or making a `FileTarget` begins anew.
+    /// Why the system refused the file that this thread worked with last, in a few English words
+    /// for people ("permission denied"). It explains a code about files. Empty if the system gave
+    /// no reason, never null. Opening a `FileSource` or making a `FileTarget` empties it.
     [[nodiscard]] static const char* reason() noexcept;
 };
 

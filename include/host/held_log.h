@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// The log of one thread, kept back: for what is tried, and may be done in another way.
+/// Keeps the log of one thread back while something is tried that may be done in another way.
 
 #include <host/export.h>
 #include <host/log.h>
@@ -12,31 +12,31 @@
 
 namespace Host {
 
-/// Keeps back what its thread logs, until it goes: then nobody sees it, unless it was let out. It
-/// is made and destroyed by one thread; those that a thread has go in the reverse order.
+/// Keeps back the messages of its thread. They are dropped with it, unless `letOut` prints them.
+///
+/// The same thread makes and destroys it. Several of a thread are destroyed in the reverse order.
 class FILES_PDF_EXPORT HeldLog final : public LogPrinter {
 public:
     /// Which messages are kept back.
     enum class Keep : std::uint32_t {
-        Passing,  ///< those that level and filters let pass
-        AllErrors ///< those, and all of level `Error`
+        Passing,  ///< messages that level and filters let pass
+        AllErrors ///< these, and all messages of level `Error`
     };
 
-    /// Keeps messages back from now on. Within a log that keeps all errors this one does so too.
+    /// Keeps messages back from now on. One that is made while another one of the thread keeps all
+    /// errors keeps all errors too.
     explicit HeldLog(Keep keep = Keep::Passing) noexcept;
-    /// Drops what was not let out.
+    /// Drops the messages that were not let out.
     ~HeldLog() override;
     HeldLog(const HeldLog&) = delete;
     HeldLog& operator=(const HeldLog&) = delete;
 
-    /// Where memory is exhausted the message is not kept back.
+    /// Keeps a message. When memory is exhausted it passes the message on at once.
     void print(std::uint32_t filter, LogLevel level, std::string_view message) noexcept override;
-    /// Prints what was kept back and passes level and filters, and from now on everything that
-    /// does.
+    /// Prints the kept messages that level and filters let pass, and keeps none from now on.
     void letOut() noexcept;
-    /// The kept messages of level `Error` in order, without their line ends, joined by "; ". For
-    /// who reports a failure in one piece. They stay, also when they were let out. Throws
-    /// `std::bad_alloc`.
+    /// The kept messages of level `Error` in order, without their line ends, joined by "; ": the
+    /// text of a failure in one piece. `letOut` changes nothing of it. Throws `std::bad_alloc`.
     [[nodiscard]] std::string errors() const;
 
 private:

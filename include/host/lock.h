@@ -1,29 +1,29 @@
 #pragma once
 
 /// @file
-/// A lock that costs its users no header of the standard library.
+/// A lock. Its users need no header of the standard library.
 
 #include <host/export.h>
 
 namespace Host {
 
-/// Recursive lock: the thread that holds it may take it again, and gives it back as often.
+/// Recursive lock: the thread that holds it may take it again, and releases it as often.
 class FILES_PDF_EXPORT Lock {
 public:
-    /// Nobody holds it.
+    /// Makes a lock that nobody holds.
     Lock() noexcept;
-    /// Nobody may hold it any more.
+    /// Nobody may hold the lock any more.
     ~Lock();
     Lock(const Lock&) = delete;
     Lock& operator=(const Lock&) = delete;
 
-    /// Waits until no other thread holds it.
+    /// Takes the lock. Waits as long as another thread holds it.
     void lock();
-    /// For the thread that holds it.
+    /// Releases the lock, which the calling thread holds.
     void unlock() noexcept;
 
 private:
-    // A `std::recursive_mutex`, which src/host/lock.cpp makes and takes apart.
+    // Room for the `std::recursive_mutex` that src/host/lock.cpp puts here.
     alignas(8) unsigned char mutex_[48];
 };
 

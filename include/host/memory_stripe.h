@@ -17,7 +17,7 @@ namespace Host {
 /// Bytes in memory, presented as 32-bit elements. Writing at the end makes it grow.
 class FILES_PDF_EXPORT MemoryStripe final : public Adapters::Stripe::Base {
 public:
-    /// An empty stripe, to be written to. Null when memory is exhausted, as for all three.
+    /// An empty stripe to write to. Null when memory is exhausted, as for all three.
     [[nodiscard]] static Ref<MemoryStripe> create() noexcept;
     /// A stripe that owns `bytes`, positioned at its start.
     [[nodiscard]] static Ref<MemoryStripe> create(ByteBuffer bytes) noexcept;
@@ -32,7 +32,7 @@ public:
 
     [[nodiscard]] std::uint64_t size() const noexcept override { return bytes_.size(); }
     [[nodiscard]] std::uint64_t position() const noexcept override { return position_; }
-    /// Positions behind the end are refused: the end is what is reached.
+    /// A position behind the end is refused: the stripe moves to the end.
     std::uint64_t position(std::uint64_t position) noexcept override;
     [[nodiscard]] std::uint64_t readBytes(std::uint8_t* buffer,
                                           std::uint64_t count) noexcept override;

@@ -18,7 +18,7 @@
 
 namespace Host {
 
-/// What can be walked from `begin` to `end`, as a `TVector` can.
+/// A type that can be walked from `begin` to `end`, such as `TVector`.
 template <class T>
 concept Sequence = requires(T& object) {
     object.begin() == object.end();
@@ -27,8 +27,9 @@ concept Sequence = requires(T& object) {
 
 /// Counted handle to a `T`; a null handle is the universal "no result".
 ///
-/// Copying takes a reference, moving hands it over without touching the count. A `Ref` converts to
-/// the `Ref` of a base class implicitly; the way down is `cast`, which can fail.
+/// Copying takes one more reference; moving hands the reference over and leaves the count alone. A
+/// `Ref` converts to the `Ref` of a base class implicitly. `cast` converts to a derived class and
+/// can fail.
 template <class T>
 class Ref {
 public:
@@ -48,22 +49,22 @@ public:
     /// Takes the reference over; `other` is null afterwards.
     constexpr Ref(Ref&& other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
 
-    /// As the copy, from the handle of a derived class.
+    /// Copies the handle of a derived class.
     template <class U>
     requires std::is_convertible_v<U*, T*> Ref(const Ref<U>& other)
     noexcept : Ref(static_cast<T*>(other.get())) {}
 
-    /// As the move, from the handle of a derived class.
+    /// Moves the handle of a derived class.
     template <class U>
     requires std::is_convertible_v<U*, T*> Ref(Ref<U>&& other)
     noexcept : object_(other.detach()) {}
 
-    /// Gives the reference back; the last one deletes the object.
+    /// Gives the reference back; the last reference deletes the object.
     constexpr ~Ref() {
         if (object_ != nullptr) object_->decRef();
     }
 
-    /// Copies or moves, as it is called; the former object's reference is given back.
+    /// Copies or moves, and gives the reference to the former object back.
     Ref& operator=(Ref other) noexcept {
         swap(other);
         return *this;
@@ -79,19 +80,19 @@ public:
     /// Gives the owned reference to the caller and leaves this handle null.
     [[nodiscard]] T* detach() noexcept { return std::exchange(object_, nullptr); }
 
-    /// Touches no count.
+    /// Exchanges the objects of two handles; leaves the counts alone.
     void swap(Ref& other) noexcept { std::swap(object_, other.object_); }
 
-    /// The object or null, without a reference: valid as long as some handle holds it.
+    /// The object or null, without a reference: valid as long as some handle holds the object.
     [[nodiscard]] constexpr T* get() const noexcept { return object_; }
-    /// The object's member; the handle must not be null, nor for `*`.
+    /// The object and its members. The handle must not be null.
     ///@{
     constexpr T* operator->() const noexcept { return object_; }
     constexpr T& operator*() const& noexcept { return *object_; }
     ///@}
 
-    /// The elements of a vector, in place: `for (const auto& key : dict->keys())`, which holds the
-    /// handle as long as it lasts. A null handle has none.
+    /// The elements of a vector, in place: `for (const auto& key : dict->keys())`. The loop holds
+    /// the handle. A null handle has no elements.
     ///@{
     [[nodiscard]] auto begin() const& noexcept requires Sequence<T> {
         using Iterator = decltype(object_->begin());
@@ -102,8 +103,8 @@ public:
         return object_ != nullptr ? object_->end() : Iterator();
     }
     ///@}
-    /// A vector goes with the last handle, and so before a loop over `*dict->keys()` would begin:
-    /// walk the handle, or give it a name.
+    /// Not for a handle without a name: in `for (auto& key : *dict->keys())` the vector would be
+    /// gone before the loop began. Walk the handle itself, or give it a name.
     ///@{
     T& operator*() const&& requires Sequence<T>
     = delete;
@@ -130,14 +131,15 @@ private:
     T* object_ = nullptr;
 };
 
-/// Base of the counted interfaces. Starts uncounted; the first `Ref` takes the first reference and
-/// the last one deletes the object. Always from `make` or `new`, never a local or static object.
+/// Base of the counted interfaces. The count starts at 0, the first `Ref` takes the first
+/// reference, and the last one deletes the object. Make such objects by `make` or `new`, never as
+/// local or static ones.
 class FILES_PDF_EXPORT RefCount {
 public:
     RefCount(const RefCount&) = delete;
     RefCount& operator=(const RefCount&) = delete;
 
-    /// What `Ref` calls, and rarely anybody else. Thread-safe; the last `decRef` deletes the
+    /// For `Ref`; applications rarely call these. Thread-safe; the last `decRef` deletes the
     /// object.
     ///@{
     void incRef() const noexcept { count_.increase(); }
@@ -146,8 +148,8 @@ public:
     }
     ///@}
 
-    /// Counted objects live in the library's heap (`Heap`), wherever their class is from. Exhausted
-    /// memory is null for the form without exceptions, which `make` uses.
+    /// Counted objects live in the library's heap (`Heap`), those of an application's own classes
+    /// too. `make` uses the form without exceptions, which gives null when memory is exhausted.
     ///@{
     static void* operator new(std::size_t size) {
         void* memory = Heap::alloc(size);
@@ -166,7 +168,7 @@ protected:
     RefCount() noexcept = default;
     virtual ~RefCount();
 
-    /// Takes a reference unless the last one is already gone.
+    /// Takes a reference, and gives true, unless the last one is already gone.
     [[nodiscard]] bool tryIncRef() const noexcept { return count_.increaseUnlessGone(); }
 
 private:

@@ -1,7 +1,8 @@
 #pragma once
 
 /// @file
-/// Block filters: conversions of a byte stream that keep what they cannot yet convert.
+/// Block filters. They convert a stream of bytes block by block, and keep the bytes that they
+/// cannot convert yet.
 
 #include <host/export.h>
 #include <host/ref.h>
@@ -14,7 +15,7 @@ namespace Interfaces {
 /// Converts a stream of bytes block by block.
 class FILES_PDF_EXPORT BlockFilter : public Host::RefCount {
 public:
-    /// What one conversion used of its input and put into its output, in bytes.
+    /// How far one conversion came, in bytes.
     struct Progress {
         std::uint64_t consumed = 0; ///< bytes of `input` that need not be given again
         std::uint64_t produced = 0; ///< bytes at the start of `output` that are filled
@@ -32,8 +33,9 @@ public:
                                        std::span<std::uint8_t> output,
                                        Progress& progress) noexcept = 0;
 
-    /// Ends the input and gives what is pending: `More` with `produced` bytes in `output`, again
-    /// and again, then `Finished` with nothing. `Failed` when the input was not complete.
+    /// Ends the input and gives the output that is pending. It gives `More` with `produced` bytes
+    /// in `output` as often as needed, then `Finished` with none. `Failed` when the input was not
+    /// complete.
     [[nodiscard]] virtual Flush flush(std::span<std::uint8_t> output,
                                       std::uint64_t& produced) noexcept = 0;
 };
@@ -45,12 +47,12 @@ namespace Host {
 /// Block filters of the zlib format (RFC 1950).
 class FILES_PDF_EXPORT ZlibFilter {
 public:
-    /// Inflates; the checksum is verified, and bytes behind the end of the zlib data are swallowed.
-    /// Input of no bytes at all gives no bytes. Null when memory is exhausted.
+    /// Inflates. It verifies the checksum and ignores bytes behind the end of the zlib data. Empty
+    /// input gives empty output. Null when memory is exhausted.
     [[nodiscard]] static Ref<Interfaces::BlockFilter> createDecompressorStream() noexcept;
 
-    /// Deflates. `level` is 1 (fastest) to 12 (smallest); 0 stands for 6. The input is collected
-    /// and compressed by `flush`. Null with `InvalidArgument` set for another level, or with
+    /// Deflates. `level` is 1 (fastest) to 12 (smallest); 0 stands for 6. `convert` collects the
+    /// input and `flush` compresses it. Null with `InvalidArgument` set for another level, or with
     /// `OutOfMemory` set.
     [[nodiscard]] static Ref<Interfaces::BlockFilter>
     createCompressorStream(std::uint32_t level) noexcept;

@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// Text of the platform layer: immutable sequences of code points.
+/// Texts: immutable sequences of code points.
 
 #include <host/error.h>
 #include <host/export.h>
@@ -18,9 +18,9 @@ namespace Host {
 
 /// Immutable text: a counted sequence of code points that may hold NUL.
 ///
-/// Texts whose codes all fit take one byte for each character, others four. Texts compare by code
-/// point. A text holds at most 2147483647 characters. Every `create` gives null with `OutOfMemory`
-/// set when memory is exhausted.
+/// A text takes one byte for each character if all its codes are below 256, else four. Texts
+/// compare by code point. A text holds at most 2147483647 characters. Every `create` gives null
+/// with `OutOfMemory` set when memory is exhausted.
 class FILES_PDF_EXPORT String {
 public:
     /// Longest text, in characters.
@@ -37,8 +37,8 @@ public:
     /// From one character.
     [[nodiscard]] static Ref<String> create(char32_t character) noexcept;
 
-    /// A text over characters that outlive it, which starts with one reference: made for literals,
-    /// see `_str`.
+    /// For literals, see `_str`: a text over characters that outlive it. It starts with one
+    /// reference.
     constexpr explicit String(const char* ascii, std::uint32_t length) noexcept
         : length_(length), characters_(ascii) {}
 
@@ -50,28 +50,28 @@ public:
     /// Whether there is no character; a NUL is one.
     [[nodiscard]] bool empty() const noexcept { return length() == 0; }
 
-    /// The code at a zero-based index, which must be below `length()`.
+    /// The code of the character at a zero-based index, which must be below `length()`.
     [[nodiscard]] char32_t operator[](std::uint64_t index) const noexcept {
         return wide() ? wideData()[index] : static_cast<unsigned char>(narrowData()[index]);
     }
 
-    /// The characters as 8-bit codes; empty where a code needs more (`isNarrow` tells).
+    /// The characters as 8-bit codes; empty unless `isNarrow`.
     [[nodiscard]] std::string_view narrow() const noexcept {
         return wide() ? std::string_view{} : std::string_view{narrowData(), length_};
     }
-    /// Whether all codes are below 256, so that `narrow` gives them.
+    /// Whether all codes are below 256.
     [[nodiscard]] bool isNarrow() const noexcept { return !wide(); }
 
-    /// Same length and same code points.
+    /// Whether both have the same length and the same code points.
     [[nodiscard]] bool equals(const String& other) const noexcept {
         return this == &other || std::is_eq(compare(other));
     }
-    /// The same for ASCII text, without making a `String` of it.
+    /// The same for ASCII text. It makes no `String`.
     [[nodiscard]] bool equals(std::string_view ascii) const noexcept {
         return !wide() && narrow() == ascii;
     }
 
-    /// Order by code point; a text stands behind its own beginnings.
+    /// The order by code point. A text comes behind each of its beginnings.
     [[nodiscard]] std::strong_ordering compare(const String& other) const noexcept;
 
     /// The text in UTF-8. Throws `std::bad_alloc` like any standard string.
@@ -79,7 +79,7 @@ public:
     /// The text as UTF-16 code units. Throws `std::bad_alloc` like any standard string.
     [[nodiscard]] std::u16string utf16() const;
 
-    /// What `Ref` calls. Thread-safe; the last `decRef` frees the text.
+    /// For `Ref`. Thread-safe; the last `decRef` frees the text.
     ///@{
     void incRef() const noexcept { count_.increase(); }
     void decRef() const noexcept {
@@ -122,7 +122,7 @@ inline std::strong_ordering operator<=>(const String& left, const String& right)
 /// Characters of a literal as a template argument.
 template <std::size_t size>
 struct LiteralText {
-    /// Refuses, when compiled, anything but ASCII.
+    /// Does not compile for anything but ASCII.
     consteval LiteralText(const char (&text)[size]) { // NOLINT: a literal converts
         for (std::size_t index = 0; index < size; ++index) {
             if (static_cast<unsigned char>(text[index]) > 0x7F) throw "a literal holds ASCII only";
@@ -132,11 +132,11 @@ struct LiteralText {
     char characters[size]{}; ///< the closing NUL included
 };
 
-/// The one object of a literal. It is never destroyed, so that it may be used at any time.
+/// The one text object of a literal. It is never destroyed, so it may be used at any time.
 template <LiteralText text>
 class Literal {
 public:
-    /// Valid for the life of the process; allocates nothing.
+    /// The text, valid for the life of the process. Allocates nothing.
     static const Ref<String>& ref() noexcept { return holder_.ref; }
 
 private:
@@ -148,16 +148,17 @@ private:
     static inline constinit Holder holder_{Ref<String>::adopt(&string_)};
 };
 
-/// What `using namespace Host::Literals` brings: `_str`.
+/// The suffix `_str`, for `using namespace Host::Literals`.
 inline namespace Literals {
-/// A text that costs nothing to make or to look up: `dictionary->find("Root"_str)`.
+/// The text of a literal: `dictionary->find("Root"_str)`. It is there from the start, so that
+/// nothing is allocated or looked up.
 template <LiteralText text>
 [[nodiscard]] const Ref<String>& operator""_str() noexcept {
     return Literal<text>::ref();
 }
 } // namespace Literals
 
-/// Collects characters one by one; turns into one text at the end. Throws `std::bad_alloc`.
+/// Collects characters and makes one text of them. Throws `std::bad_alloc`.
 class FILES_PDF_EXPORT StringBuilder {
 public:
     /// Appends one character.
@@ -168,7 +169,7 @@ public:
             appendWide(character);
         }
     }
-    /// Appends 8-bit codes, each of them a character (ASCII text is just that).
+    /// Appends 8-bit codes, such as ASCII text. Each code is a character.
     void append(std::string_view codes);
     /// Appends all characters of a text.
     void append(const String& text);
@@ -178,9 +179,9 @@ public:
     void appendNumber(std::int64_t number);
     ///@}
 
-    /// Empties the builder and keeps its memory.
+    /// Drops the characters and keeps the memory.
     void clear() noexcept;
-    /// A text of a copy of what was collected, which stays. Null with `OutOfMemory` set.
+    /// A text of the characters collected so far, which stay here. Null with `OutOfMemory` set.
     [[nodiscard]] Ref<String> build() const noexcept;
 
 private:

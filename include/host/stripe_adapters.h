@@ -1,8 +1,8 @@
 #pragma once
 
 /// @file
-/// What helps to make stripes: a base for those that hold bytes, and views of other sizes of
-/// element.
+/// Parts to make stripes of: a base for stripes that hold bytes, and adapters that present the
+/// elements of a stripe in another size.
 
 #include <host/byte_buffer.h>
 #include <host/export.h>
@@ -16,14 +16,14 @@
 /// Conversions that stripes share.
 namespace Utils {
 
-/// Carries element values between sizes: the value stays the same, all 256 of a byte.
+/// Converts the value of an element between two sizes. All 256 values of a byte survive.
 template <class Wide, class Narrow>
 struct Convert {
-    /// The narrow value, never sign-extended where it is unsigned as bytes are.
+    /// The same value, wider. An unsigned value, such as a byte, is never sign-extended.
     static constexpr Wide widen(Narrow value) noexcept { return static_cast<Wide>(value); }
     /// Whether `narrow` keeps the value.
     static constexpr bool fits(Wide value) noexcept { return static_cast<Narrow>(value) == value; }
-    /// The lower bits: the value itself where it `fits`.
+    /// The lower bits, which are the value itself if it `fits`.
     static constexpr Narrow narrow(Wide value) noexcept { return static_cast<Narrow>(value); }
 };
 
@@ -32,7 +32,7 @@ struct Convert {
 /// Stripes over other storage or other stripes.
 namespace Adapters::Stripe {
 
-/// What stripes that present bytes as 32-bit elements share: `read` and `write` in terms of
+/// Base of stripes that present bytes as 32-bit elements. It implements `read` and `write` by
 /// `readBytes` and `writeBytes`.
 class FILES_PDF_EXPORT Base : public Interfaces::Stripe {
 public:
@@ -47,11 +47,11 @@ public:
 
 /// Presents a stripe of 1-byte elements as one of 32-bit elements, or the other way round.
 ///
-/// Position and size are the base's own; so is what it reads and writes.
+/// Position, size and data are those of the base.
 class FILES_PDF_EXPORT ElementSize final : public Interfaces::Stripe {
 public:
-    /// `elementSize` is what the adapter presents: 1 or 4; the base has the same or the other.
-    /// Null with `NullArgument` or `InvalidArgument` set when that does not hold.
+    /// `elementSize` is the size that the adapter presents, 1 or 4. The elements of the base have
+    /// either size too. Null with `NullArgument`, or with `InvalidArgument` (another size) set.
     [[nodiscard]] static Host::Ref<ElementSize> create(Host::Ref<Interfaces::Stripe> base,
                                                        std::uint64_t elementSize) noexcept;
 
@@ -70,7 +70,7 @@ public:
     [[nodiscard]] std::span<const std::uint8_t>
     window(std::uint64_t position) const noexcept override;
 
-    /// Checks nothing; `create` does.
+    /// For `create`, which checks the arguments first.
     ElementSize(Host::Ref<Interfaces::Stripe> base, std::uint64_t elementSize) noexcept
         : base_(std::move(base)), elementSize_(elementSize) {}
 
@@ -81,11 +81,11 @@ private:
     std::uint64_t elementSize_;
 };
 
-/// Reads another stripe in blocks of 64 KiB, which it offers as windows: for a stripe of an
-/// application's own that has none, so that a document does not ask it for each byte.
+/// Reads another stripe in blocks of 64 KiB and offers these as windows. It is for an application's
+/// own stripe that has no windows: a document would ask that one for each byte.
 ///
-/// It is for sources: nothing can be written through it. What the base holds must not change while
-/// it is in use, and nobody else may use the base.
+/// It is for reading only. While it is in use the contents of the base must not change, and nobody
+/// else may use the base.
 class FILES_PDF_EXPORT Buffered final : public Base {
 public:
     /// Over a stripe of 1-byte or 32-bit elements. Null with `NullArgument`, `InvalidArgument`
@@ -94,7 +94,7 @@ public:
 
     [[nodiscard]] std::uint64_t size() const noexcept override { return base_->size(); }
     [[nodiscard]] std::uint64_t position() const noexcept override { return position_; }
-    /// Positions behind the end are refused: the end is what is reached.
+    /// A position behind the end is refused: the stripe moves to the end.
     std::uint64_t position(std::uint64_t position) noexcept override;
     [[nodiscard]] std::uint64_t readBytes(std::uint8_t* buffer,
                                           std::uint64_t count) noexcept override;
@@ -104,7 +104,7 @@ public:
     [[nodiscard]] std::span<const std::uint8_t>
     window(std::uint64_t position) const noexcept override;
 
-    /// Checks nothing; `create` does. The buffer has room for a block.
+    /// For `create`, which checks the base and makes room for a block in the buffer.
     Buffered(Host::Ref<Interfaces::Stripe> base, Host::ByteBuffer buffer) noexcept
         : base_(std::move(base)), buffer_(std::move(buffer)) {}
 
@@ -115,7 +115,7 @@ private:
 
     Host::Ref<Interfaces::Stripe> base_;
     Host::ByteBuffer buffer_;
-    std::uint64_t start_ = 0; // of what is in the buffer
+    std::uint64_t start_ = 0; // position of the first buffered byte
     std::uint64_t position_ = 0;
 };
 

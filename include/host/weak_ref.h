@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// Counted objects that can be referred to without being kept alive.
+/// Weak references: they refer to an object and do not keep it alive.
 
 #include <host/export.h>
 #include <host/lock.h>
@@ -11,14 +11,14 @@ namespace Host {
 
 class Object;
 
-/// Stands between an object and the weak references to it: it outlives the object and knows
-/// whether the object still exists.
+/// Stands between an object and its weak references. It outlives the object and knows whether the
+/// object still exists.
 class FILES_PDF_EXPORT GcProxy final : public RefCount {
 public:
     /// A proxy of `object`, which it does not keep alive. `Object::gcProxy` makes the one there is.
     explicit GcProxy(Object* object) noexcept : object_(object) {}
 
-    /// Count the weak references, and so the proxy's own life, not the object's.
+    /// Count the weak references. They keep the proxy alive, not the object.
     ///@{
     void incWeakRef() const noexcept { incRef(); }
     void decWeakRef() const noexcept { decRef(); }

@@ -80,9 +80,9 @@ enum ErrorCode : std::uint32_t {
     TargetNotWritten = 34070,  ///< importing: the target could not be written
 };
 
-/// A short English text for any code, for people to read: never null, never empty. The codes of a
-/// foreign document, 1792 to 2047, share one text where they have none of their own; only those
-/// named above come out of an overlay.
+/// A short English text for any code, for people to read: never null, never empty. The codes 1792
+/// to 2047 are for foreign documents. `Document::addBackground` sets those of them that are named
+/// above; the others share one text.
 [[nodiscard]] FILES_PDF_EXPORT const char* errorText(std::uint32_t code) noexcept;
 
 } // namespace Libraries::Files::PDF

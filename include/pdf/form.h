@@ -4,20 +4,20 @@
 /// The interactive form of a document (ISO 32000-1, 12.7): fields, found by name or path, and their
 /// values.
 ///
-/// Fields refer to their document and parent weakly: they keep neither alive, and stay usable, each
-/// alone with its kids, when their document is gone. An operation that fails gives null, false or
-/// nothing, sets the thread's error code and, where something is wrong with the document, logs
-/// through the filter "Lib.File.PDF.Form". An entry that is not there gives null without a message;
-/// one of the wrong kind gives null as well. References are followed in AP, its N, and DR alone: in
-/// any other entry a reference is of the wrong kind. `Choice::value` and `defaultValue`, which take
-/// any kind, give it as it is.
+/// Fields refer to their document and parent weakly and keep neither alive. When their document is
+/// gone each field stays usable, alone with its kids. An operation that fails gives null, false or
+/// nothing, sets the thread's error code and, if something is wrong with the document, logs through
+/// the filter "Lib.File.PDF.Form". A missing entry gives null without a message; an entry of the
+/// wrong kind gives null as well. References are followed in AP, its N, and DR only. In any other
+/// entry a reference is of the wrong kind; `Choice::value` and `defaultValue`, which take any kind,
+/// give the reference itself.
 ///
-/// Entries are read from the field's own dictionary only: nothing is inherited. V, DV, AS, Opt, I
-/// and MaxLen are read whenever they are asked for; FT, Ff, Kids, T, TU, TM, DA, Q, and which
-/// dictionaries AP and DR are, once, when the form is built. Those dictionaries are the document's:
-/// an N that is set in the AP shows, another AP does not. The form's own entries, but for Fields,
-/// are read whenever they are asked for. Setting a value does not rebuild the field's appearance:
-/// `Tools::fillField` does, and minds what is inherited.
+/// Entries are read from the field's own dictionary only, so nothing is inherited. V, DV, AS, Opt,
+/// I and MaxLen are read at each call. FT, Ff, Kids, T, TU, TM, DA and Q are read once, when the
+/// form is built, and so are the references to AP and DR. The dictionaries AP and DR are shared
+/// with the document: a new N in the AP shows, another AP does not. The form's own entries, except
+/// Fields, are read at each call. Setting a value does not rebuild the field's appearance.
+/// `Tools::fillField` does that, and minds inherited entries.
 
 #include <host/export.h>
 #include <host/string.h>
@@ -39,7 +39,7 @@ enum class Quadding : std::uint32_t {
 
 /// Bits of `Field::flags()` (ISO 32000-1, tables 221, 226, 228 and 230).
 namespace FieldFlags {
-inline constexpr std::uint32_t readOnly = 0x1;         ///< for people; `setValue` does not mind
+inline constexpr std::uint32_t readOnly = 0x1;         ///< for people; `setValue` ignores it
 inline constexpr std::uint32_t required = 0x2;         ///< when the form is submitted
 inline constexpr std::uint32_t noExport = 0x4;         ///< left out when the form is submitted
 inline constexpr std::uint32_t multiline = 0x1000;     ///< text
@@ -57,7 +57,7 @@ inline constexpr std::uint32_t comb = 0x1000000;       ///< text: `maxLen` cells
 /// A node of the field tree: a field, or a group of fields.
 class FILES_PDF_EXPORT Field : public Host::Object {
 public:
-    /// What the field's FT entry says.
+    /// The meaning of the field's FT entry.
     enum class Kind : std::uint32_t {
         Plain = 1,    ///< no FT entry: a group, or a widget of the field above it
         Button = 2,   ///< `Fields::Button`
@@ -68,7 +68,7 @@ public:
 
     /// Tells which class `Host::cast` reaches.
     [[nodiscard]] virtual Kind fieldType() const noexcept = 0;
-    /// The Ff entry; 0 where there is none. See `FieldFlags`.
+    /// The Ff entry; 0 if there is none. See `FieldFlags`.
     [[nodiscard]] virtual std::uint32_t flags() const noexcept = 0;
     /// The field above; null for a top-level field, and when it or the document is gone.
     [[nodiscard]] virtual Ref<Field> parent() const noexcept = 0;
@@ -76,7 +76,7 @@ public:
     [[nodiscard]] virtual std::uint64_t childCount() const noexcept = 0;
     /// The kid at a zero-based index; null with `OutOfRange` set behind the last.
     [[nodiscard]] virtual Ref<Field> child(std::uint64_t index) const noexcept = 0;
-    /// The T entry; null where there is none.
+    /// The T entry; null if there is none.
     [[nodiscard]] virtual Ref<String> partialName() const noexcept = 0;
     /// The TU entry: the name for people.
     [[nodiscard]] virtual Ref<String> alternateName() const noexcept = 0;
@@ -84,8 +84,8 @@ public:
     [[nodiscard]] virtual Ref<String> mappingName() const noexcept = 0;
     /// The AP dictionary, followed through one reference.
     [[nodiscard]] virtual Ref<Dictionary> appearances() const noexcept = 0;
-    /// The N entry of the AP dictionary, of whatever kind, followed through one reference; null
-    /// where that leads nowhere.
+    /// The N entry of the AP dictionary, of any kind, followed through one reference; null if that
+    /// leads nowhere.
     [[nodiscard]] virtual Ref<Value> normalAppearance() const noexcept = 0;
     /// The DR dictionary, followed through one reference.
     [[nodiscard]] virtual Ref<Dictionary> defaultResources() const noexcept = 0;
@@ -94,15 +94,16 @@ public:
     /// The Q entry.
     [[nodiscard]] virtual Quadding quadding() const noexcept = 0;
 
-    /// The first kid whose partial name is `name`; a kid without one goes by its index in decimal.
-    /// Null with `NullArgument`, `InvalidArgument` (empty) or `FormNotFound` set; for an
-    /// application's own class with `NotSupported`, unless that class does better.
+    /// The first kid whose partial name is `name`; the index in decimal is the name of a kid
+    /// without one. Null with `NullArgument`, `InvalidArgument` (empty) or `FormNotFound` set; for
+    /// an application's own class with `NotSupported`, unless that class does better.
     [[nodiscard]] virtual Ref<Field> fieldByName(const Ref<Host::String>& name) const noexcept;
 
-    /// Zero-based, in the array that lists the field; 0 for an application's own class.
+    /// The field's zero-based index in the array that lists it; 0 for an application's own class.
     [[nodiscard]] virtual std::uint64_t index() const noexcept { return 0; }
 
-    /// Partial names from the root joined by "."; an unnamed field stands there by its index.
+    /// The partial names from the root on, joined by "."; the index is the name of a field without
+    /// one.
     [[nodiscard]] Ref<Host::String> fullName() const noexcept;
 
     /// The field's dictionary, shared with the document. Null as for `fieldByName`.
@@ -114,58 +115,58 @@ namespace Fields {
 
 /// A push button, check box or radio button (ISO 32000-1, 12.7.4.2).
 ///
-/// A check box that is to look checked needs both its value and its state set.
+/// Set both the value and the state of a check box so that it looks checked.
 class FILES_PDF_EXPORT Button : public Field {
 public:
     /// Sets V; null removes it. False with `ButtonHasNoValue` (push button) or `InvalidArgument`
     /// (empty name) set.
     [[nodiscard]] virtual bool setValue(Ref<Name> value) noexcept = 0;
-    /// The V entry, shared; null where there is none.
+    /// The V entry, shared; null if there is none.
     [[nodiscard]] virtual Ref<Name> value() const noexcept = 0;
-    /// The DV entry, to which a reset goes back; null where there is none.
+    /// The DV entry, the value after a reset; null if there is none.
     [[nodiscard]] virtual Ref<Name> defaultValue() const noexcept = 0;
     /// Sets AS, the appearance state, under the rules of `setValue`.
     [[nodiscard]] virtual bool setState(Ref<Name> state) noexcept = 0;
-    /// The AS entry, shared; null where there is none.
+    /// The AS entry, shared; null if there is none.
     [[nodiscard]] virtual Ref<Name> state() const noexcept = 0;
     /// The Opt array.
     [[nodiscard]] virtual Ref<Array> options() const noexcept = 0;
-    /// The names of the appearance states: the elements of Opt (strings by their text), or else the
-    /// keys of the normal appearance. Empty, with a warning, where there are none; empty with
-    /// `StepFailed` set where an option is neither, or is an empty text.
+    /// The names of the appearance states: the elements of Opt (names, or the text of strings), or
+    /// without Opt the keys of the normal appearance. Empty, with a warning, if there are none;
+    /// empty with `StepFailed` set if an option is neither name nor string, or is an empty text.
     [[nodiscard]] virtual std::vector<Ref<Name>> states() const noexcept = 0;
 };
 
 /// A text field (ISO 32000-1, 12.7.4.3).
 class FILES_PDF_EXPORT Text : public Field {
 public:
-    /// The largest length in characters; 0, with `KeyNotFound` set, where there is none, and with
-    /// `UnexpectedKind` where it is no number.
+    /// The largest length in characters. 0 with `KeyNotFound` set if there is none, and with
+    /// `UnexpectedKind` if it is no number.
     [[nodiscard]] virtual std::uint64_t maxLen() const noexcept = 0;
     /// Sets V; null removes it. False with `InvalidArgument` set when the value is longer than
-    /// `maxLen`. A byte string counts as UTF-16 behind a byte-order mark.
+    /// `maxLen`. The length of a byte string is that of UTF-16 behind a byte-order mark.
     [[nodiscard]] virtual bool setValue(Ref<String> value) noexcept = 0;
-    /// The V entry, shared; null where there is none.
+    /// The V entry, shared; null if there is none.
     [[nodiscard]] virtual Ref<String> value() const noexcept = 0;
-    /// The DV entry, to which a reset goes back; null where there is none.
+    /// The DV entry, the value after a reset; null if there is none.
     [[nodiscard]] virtual Ref<String> defaultValue() const noexcept = 0;
 };
 
 /// A list box or combo box (ISO 32000-1, 12.7.4.4).
 class FILES_PDF_EXPORT Choice : public Field {
 public:
-    /// Sets V to a string, or in a multi-select field to an array of strings: an array of one
-    /// becomes that string. Null, or an array of none, removes it. False with `InvalidArgument` set
-    /// for anything else.
+    /// Sets V to a string, or in a multi-select field to an array of strings. An array of one
+    /// string becomes that string. Null and an empty array remove V. False with `InvalidArgument`
+    /// set for anything else.
     [[nodiscard]] virtual bool setValue(Ref<Value> value) noexcept = 0;
-    /// The V entry, shared, of whatever kind: a string, or an array in a multi-select field. Null
-    /// where there is none.
+    /// The V entry, shared, of any kind: a string, or an array in a multi-select field. Null if
+    /// there is none.
     [[nodiscard]] virtual Ref<Value> value() const noexcept = 0;
     /// The DV entry, as `value`.
     [[nodiscard]] virtual Ref<Value> defaultValue() const noexcept = 0;
     /// The Opt array, shared: of strings, or of arrays of the value for export and the text shown.
     [[nodiscard]] virtual Ref<Array> options() const noexcept = 0;
-    /// The I array, of zero-based indices into `options()`; nobody keeps it true to the value.
+    /// The I array, of zero-based indices into `options()`. `setValue` does not adjust it.
     [[nodiscard]] virtual Ref<Array> selectedIndices() const noexcept = 0;
 };
 
@@ -177,7 +178,7 @@ class FILES_PDF_EXPORT Signature : public Field {};
 /// The interactive form of a document (ISO 32000-1, 12.7.2).
 class FILES_PDF_EXPORT Form : public Host::Object {
 public:
-    /// The NeedAppearances entry: whether a viewer is to rebuild what the fields look like.
+    /// The NeedAppearances entry: whether a viewer is to rebuild the looks of the fields.
     [[nodiscard]] virtual Ref<Boolean> needAppearances() const noexcept = 0;
     /// The Q entry.
     [[nodiscard]] virtual Quadding quadding() const noexcept = 0;
@@ -192,18 +193,18 @@ public:
     /// The top-level field at a zero-based index; null with `OutOfRange` set behind the last.
     [[nodiscard]] virtual Ref<Field> field(std::uint64_t index) const noexcept = 0;
 
-    /// The first top-level field whose partial name is `name`; a field without one goes by its
-    /// index in decimal. Null with `NullArgument`, `InvalidArgument` (empty) or `FormNotFound` set;
-    /// for an application's own class with `NotSupported`, unless that class does better.
+    /// The first top-level field whose partial name is `name`; the index in decimal is the name of
+    /// a field without one. Null with `NullArgument`, `InvalidArgument` (empty) or `FormNotFound`
+    /// set; for an application's own class with `NotSupported`, unless that class does better.
     [[nodiscard]] virtual Ref<Field> fieldByName(const Ref<Host::String>& name) const noexcept;
 
-    /// The field at a path of names joined by ".": "a.b.0". A partial name that holds a "." is out
-    /// of its reach. Null with `NullArgument`, `InvalidArgument` (empty) or `FormNotFound` set.
+    /// The field at a path of names joined by ".": "a.b.0". It does not find fields whose partial
+    /// name holds a ".". Null with `NullArgument`, `InvalidArgument` (empty) or `FormNotFound` set.
     [[nodiscard]] Ref<Field> fieldByPath(const Ref<Host::String>& path) const noexcept;
 
-    /// Sets NeedAppearances in the catalog's AcroForm dictionary. It is for the whole form: a
-    /// viewer that heeds it rebuilds the looks of all fields, also of those that nobody set. False
-    /// as for `fieldByName`.
+    /// Sets NeedAppearances in the catalog's AcroForm dictionary. It holds for the whole form: a
+    /// viewer that obeys it rebuilds the looks of all fields, not only of those that were set.
+    /// False as for `fieldByName`.
     [[nodiscard]] virtual bool setNeedAppearances(bool needed) noexcept;
 };
 

@@ -1,8 +1,8 @@
 #pragma once
 
 /// @file
-/// Any PDF document, opened, or as one that `Document::create` opens: the library
-/// files-pdf-import, which stands on libqpdf. Nothing else of Files PDF needs it.
+/// The library files-pdf-import. It opens any PDF document, and turns it into a document that
+/// `Document::create` opens. It stands on libqpdf; nothing else of Files PDF needs it.
 
 #include <host/export.h>
 #include <host/ref.h>
@@ -19,14 +19,15 @@ using Host::Ref;
 
 /// How to import a document. The defaults suit a document from anywhere.
 struct Options {
-    /// The user's or the owner's password, in UTF-8. Not looked at where the document is not
-    /// encrypted, or opens with the empty password.
+    /// The user's or the owner's password, in UTF-8. It is ignored if the document is not encrypted
+    /// or opens with the empty password.
     std::string_view password = {};
 
-    /// Whether streams become ones that can be decoded: whatever else than FlateDecode alone
-    /// libqpdf decodes without loss (ASCII85Decode, ASCIIHexDecode, LZWDecode, RunLengthDecode,
-    /// chains of them, predictors) is decoded and deflated. What ends in an image format
-    /// (DCTDecode and its like), and plain data, stays as it is stored.
+    /// Whether to store streams such that the library decodes them. Data with other filters than
+    /// FlateDecode alone, which libqpdf decodes without loss (ASCII85Decode, ASCIIHexDecode,
+    /// LZWDecode, RunLengthDecode, chains of them, predictors), is then decoded and deflated. Plain
+    /// data, and data whose filters end in an image format such as DCTDecode, stays as it is
+    /// stored.
     bool plainFilters = false;
 
     /// The most bytes that the filters of the document's cross-reference and object streams may
@@ -45,10 +46,10 @@ struct Options {
 /// Opens the document in the file at `path`, of whatever structure, encrypted or damaged, as it is
 /// in its last revision. Numbers are written as they were read (`Document::faithfulNumbers`).
 ///
-/// A sound file is opened by `Structure::Any`, in the file. One that is not, one that is encrypted,
-/// and any where `plainFilters` is asked for, goes through `normalise` into memory, which takes
-/// what that takes; such a file is not needed afterwards. What had to be repaired is logged, as by
-/// `normalise`; why the file did not open as it is, is not.
+/// A sound file is opened by `Structure::Any`, and its data stays in the file. A damaged or
+/// encrypted file, and any file with `plainFilters`, goes through `normalise` into memory; the file
+/// is not needed afterwards. As `normalise` does, it logs all repairs. It does not log why the file
+/// did not open as it is.
 ///
 /// Null with the code of `Host::FileSource::open`, `Document::create` or `normalise` set.
 [[nodiscard]] FILES_PDF_EXPORT Ref<Document> open(std::string_view path,

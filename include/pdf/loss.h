@@ -1,14 +1,14 @@
 #pragma once
 
 /// @file
-/// What a document's file holds that a rewrite does not keep.
+/// The things in a document's file that a rewrite does not keep.
 
 #include <cstdint>
 
 namespace Libraries::Files::PDF {
 
-/// The kinds of what is not kept. `docs/what-a-rewrite-does-not-keep.md` shows each with an
-/// example; `Tools::losses` finds them.
+/// The kinds of things that a rewrite does not keep. `docs/what-a-rewrite-does-not-keep.md` shows
+/// each with an example; `Tools::losses` finds them.
 enum class Loss : std::uint32_t {
     Revisions,   ///< earlier revisions, or a hybrid table: the trailer has Prev or XRefStm
     Subsections, ///< further subsections or entries of the cross-reference table
@@ -29,10 +29,10 @@ enum class Loss : std::uint32_t {
 /// Number of kinds.
 inline constexpr std::uint32_t lossKinds = 14;
 
-/// How often a kind was met.
+/// How often a kind occurs.
 struct LossCount {
-    std::uint64_t count = 0; ///< 0 where it was not met
-    /// Number of the first object concerned; 0 for the trailer or none.
+    std::uint64_t count = 0; ///< 0 if it does not occur
+    /// Number of the first object concerned; 0 if that is the trailer or nothing.
     std::uint32_t firstObject = 0;
 };
 

@@ -1,15 +1,16 @@
 #pragma once
 
 /// @file
-/// The values of a document: what dictionaries and arrays hold and objects consist of.
+/// The values of a document: the contents of its objects, dictionaries and arrays.
 ///
-/// Values are counted and handed around as `Ref`; a null handle means "no value". Containers share
-/// what is put into them, they do not copy it. Scalars stay as they are, but for the number that is
-/// a stream's Length; arrays grow, dictionary entries are set, stream data is replaced. Except
-/// where said otherwise an operation that fails
-/// gives null or false, sets the thread's error code and logs through the filter "PDF"; when memory
-/// is exhausted that code is `OutOfMemory`. Recursive operations (text form, equality, change) go
-/// 512 levels deep: what lies deeper has no text, is equal to nothing and unchanged.
+/// Values are counted and passed around as `Ref`; a null handle means "no value". Containers share
+/// the values in them; they do not copy them. Arrays grow, entries of dictionaries and the data of
+/// streams can be set; scalars never change, except for the number that is a stream's Length.
+///
+/// Unless an operation says otherwise, its failure gives null or false, sets the thread's error
+/// code and logs through the filter "PDF"; when memory is exhausted that code is `OutOfMemory`.
+/// Recursive operations (text form, equality, change) go 512 levels deep. A value that lies deeper
+/// has no text, equals nothing and counts as unchanged.
 
 #include <host/containers.h>
 #include <host/export.h>
@@ -28,10 +29,10 @@ namespace Libraries::Files::PDF {
 
 using Host::Ref;
 
-/// Where a text is no value, and why.
+/// Where and why a text is no value.
 struct SyntaxError {
     std::uint64_t offset = 0; ///< in bytes from the text's start
-    const char* cause = "";   ///< in short, for people; never null
+    const char* cause = "";   ///< in a few words, for people; never null
 };
 
 /// Any value (ISO 32000-1, 7.3).
@@ -39,7 +40,7 @@ class FILES_PDF_EXPORT Value : public Host::RefCount {
 public:
     /// The kind of a value. Messages print these numbers.
     enum class Type : std::uint32_t {
-        Invalid = 0,    ///< no value: what an object without one answers
+        Invalid = 0,    ///< no value: the answer of an object without one
         Name = 1,       ///< a PDF::Name
         Boolean = 2,    ///< a PDF::Boolean
         Number = 3,     ///< a PDF::Number
@@ -51,13 +52,13 @@ public:
         Null = 9        ///< a PDF::Null, which is a value; "no value" is a null handle
     };
 
-    /// The one value that `syntax` is, in the syntax of a file (ISO 32000-1, 7.3), references among
-    /// it ("<< /Kids [ 7 0 R ] /Count 1 >>"), white space and comments around it. It is read by the
-    /// rules by which files are read, so that "1.05" is 1.5 and a string knows no escape for a
-    /// backslash. A stream is no value here.
+    /// The value that `syntax` spells in the syntax of files (ISO 32000-1, 7.3):
+    /// "<< /Kids [ 7 0 R ] /Count 1 >>". White space and comments may stand around it. The rules
+    /// are those of `Document::create`: "1.05" is 1.5, and strings have no escape for a backslash.
+    /// A stream is no value here.
     ///
-    /// Null with `InvalidArgument` set where it is none, or more than one; the log says why, and so
-    /// does `error` where it is given.
+    /// Null with `InvalidArgument` set if it spells no value or more than one; the log says why,
+    /// and so does `error` if it is given.
     [[nodiscard]] static Ref<Value> parse(std::string_view syntax,
                                           SyntaxError* error = nullptr) noexcept;
 
@@ -67,26 +68,25 @@ public:
     /// The value's text form for people, which is not the syntax of a file.
     [[nodiscard]] virtual Ref<Host::String> asText() const noexcept = 0;
 
-    /// Whether `other` is of the same kind and holds the same. Null equals nothing.
+    /// Whether `other` is of the same kind with equal contents. Null equals nothing.
     [[nodiscard]] virtual bool equal(Ref<Value> other) const noexcept = 0;
 
     /// Whether the value was modified since it was made or read. A dictionary answers for the
-    /// values in it too; an array, and with it all in it, never does, and references are not
-    /// followed.
+    /// values in it too. An array always answers false, for all in it. References are not followed.
     [[nodiscard]] virtual bool changed() const noexcept = 0;
 };
 
 /// The null value (ISO 32000-1, 7.3.9). Text form: Null.
 class FILES_PDF_EXPORT Null : public Value {
 public:
-    /// The null value.
+    /// Makes the null value.
     [[nodiscard]] static Ref<Null> create() noexcept;
 };
 
 /// A truth value (ISO 32000-1, 7.3.2).
 class FILES_PDF_EXPORT Boolean : public Value {
 public:
-    /// A truth value of its own.
+    /// Makes a truth value.
     [[nodiscard]] static Ref<Boolean> create(bool value) noexcept;
 
     /// Text form: true or false.
@@ -95,17 +95,18 @@ public:
 
 /// A number (ISO 32000-1, 7.3.3), kept as two integers instead of a floating-point value.
 ///
-/// The fraction is the digits behind the point read as a whole number: 1.5 and 1.50 differ, 1.05
-/// equals 1.5, and -0.5 has lost its sign. Text form: both parts, always (12 gives 12.0).
+/// The fraction is the digits behind the point, read as a whole number. So 1.5 and 1.50
+/// differ, 1.05 equals 1.5, and -0.5 loses its sign. Text form: always both parts (12 gives 12.0).
 ///
 /// `Document::setCompression` and `writeStreamData` put a stream's new length into the number that
-/// its Length is or refers to: the number changes wherever else it stands, and reports no change.
+/// its Length is or refers to. If that number stands in other places too, it changes there as well.
+/// It reports no change.
 class FILES_PDF_EXPORT Number : public Value {
 public:
-    /// A number of its own: that of no stream's Length until it is put there.
+    /// Makes a number.
     [[nodiscard]] static Ref<Number> create(std::int64_t integer,
                                             std::uint64_t fraction = 0) noexcept;
-    /// Would lose what is behind the point: `Value::parse` reads "0.25".
+    /// Not for floating-point values, which would lose their fraction: `Value::parse` reads "0.25".
     template <std::floating_point Real>
     static Ref<Number> create(Real, std::uint64_t = 0) = delete;
 
@@ -113,25 +114,25 @@ public:
     [[nodiscard]] virtual std::int64_t integer() const noexcept = 0;
     /// The digits behind the point as an integer; 0 for a whole number.
     [[nodiscard]] virtual std::uint64_t fraction() const noexcept = 0;
-    /// How the number stood in its file, where that is not what its two parts are written as: 1.05,
-    /// -0.5, +7. Null for any other, and for one that an application made. See
+    /// How the file spells the number, if its two parts would be written otherwise: 1.05, -0.5, +7.
+    /// Null for any other number, and for one that an application made. See
     /// `Document::faithfulNumbers`.
     [[nodiscard]] virtual Ref<Host::String> spelling() const noexcept;
 };
 
-/// A string (ISO 32000-1, 7.3.4): either text or bytes, never both.
+/// A string (ISO 32000-1, 7.3.4). It holds either text or bytes.
 ///
-/// Text is written as a literal string, bytes as a hexadecimal one. A text string and a byte
-/// string are never equal. Text form: the text; for bytes that begin with a UTF-16 byte-order mark
-/// the text they encode, else their hexadecimal digits.
+/// A file has text as a literal string and bytes as a hexadecimal one. A text string never equals a
+/// byte string. Text form: the text; for bytes that begin with a UTF-16 byte-order mark the text
+/// they encode, else their hexadecimal digits.
 class FILES_PDF_EXPORT String : public Value {
 public:
-    /// A string of `text`. ASCII stays text; any other becomes UTF-16BE bytes behind a byte-order
-    /// mark (ISO 32000-1, 7.9.2.2). Null with `NullArgument` set for null.
+    /// Makes a string of `text`. ASCII stays text; any other text becomes UTF-16BE bytes behind a
+    /// byte-order mark (ISO 32000-1, 7.9.2.2). Null with `NullArgument` set for null.
     [[nodiscard]] static Ref<String> create(Ref<Host::String> text) noexcept;
     /// The same of UTF-8.
     [[nodiscard]] static Ref<String> create(std::string_view utf8) noexcept;
-    /// A string of `bytes`, which are not inspected. Null with `NullArgument` set for null.
+    /// Makes a string of any `bytes`. Null with `NullArgument` set for null.
     [[nodiscard]] static Ref<String> create(Ref<Host::TConstArray<unsigned char>> bytes) noexcept;
 
     /// The text; null for a byte string.
@@ -143,21 +144,20 @@ public:
     [[nodiscard]] Ref<Host::String> value() const noexcept;
 };
 
-/// A name (ISO 32000-1, 7.3.5), kept as it stands in the file: number-sign sequences are not
-/// decoded.
+/// A name (ISO 32000-1, 7.3.5), kept as it stands in the file: with its number-sign sequences.
 class FILES_PDF_EXPORT Name : public Value {
 public:
-    /// A name of `name`, without the solidus; its characters are not checked. Null with
+    /// Makes a name of `name`, which has no solidus; any characters will do. Null with
     /// `NullArgument` (null) or `InvalidArgument` (empty) set.
     [[nodiscard]] static Ref<Name> create(Ref<Host::String> name) noexcept;
     /// The same of UTF-8.
     [[nodiscard]] static Ref<Name> create(std::string_view utf8) noexcept;
-    /// What null gives.
+    /// As for a null text.
     [[nodiscard]] static Ref<Name> create(std::nullptr_t) noexcept {
         return create(Ref<Host::String>());
     }
 
-    /// Without the solidus, shared. Text form: the same.
+    /// The name without its solidus, shared. Text form: the same.
     [[nodiscard]] virtual Ref<Host::String> name() const noexcept = 0;
 };
 
@@ -165,11 +165,11 @@ public:
 /// Text form: 12 (0).
 class FILES_PDF_EXPORT ObjectRef : public Value {
 public:
-    /// A reference to an object that need not exist.
+    /// Makes a reference to an object, which need not exist.
     [[nodiscard]] static Ref<ObjectRef> create(std::uint32_t id,
                                                std::uint16_t generation = 0) noexcept;
 
-    /// The object's number; that object need not exist.
+    /// The object's number. There may be no such object.
     [[nodiscard]] virtual std::uint32_t id() const noexcept = 0;
     /// 0 unless the object's number was used before.
     [[nodiscard]] virtual std::uint16_t generation() const noexcept = 0;
@@ -178,10 +178,10 @@ public:
 /// A sequence of values (ISO 32000-1, 7.3.6). It grows, and reports no changes.
 ///
 /// The typed accessors give the element at a zero-based index as one kind. Behind the end they log
-/// and leave the error code as it was; another kind is `UnexpectedKind`.
+/// and leave the error code alone; for another kind they set `UnexpectedKind`.
 class FILES_PDF_EXPORT Array : public Value {
 public:
-    /// An array of `elements`, shared, null ones included.
+    /// Makes an array that shares `elements`, null ones included.
     [[nodiscard]] static Ref<Array> create(const std::vector<Ref<Value>>& elements) noexcept;
 
     /// Number of elements.
@@ -202,29 +202,30 @@ public:
 
 /// Values under keys (ISO 32000-1, 7.3.7), in ascending order of the keys.
 ///
-/// Keys are names without their solidus. The typed accessors give an entry as one kind:
-/// `KeyNotFound` where there is none (logged unless `quiet`), `UnexpectedKind` for another kind.
+/// Keys are names without their solidus. The typed accessors give an entry as one kind. They set
+/// `KeyNotFound` if there is none (and log it unless `quiet`), and `UnexpectedKind` for another
+/// kind.
 class FILES_PDF_EXPORT Dictionary : public Value {
 public:
-    /// An entry to be: a key in UTF-8, a value to share.
+    /// An entry for `create`: a key in UTF-8 and a value to share.
     using Entry = std::pair<std::string_view, Ref<Value>>;
-    /// A dictionary of entries in any order, the last one of equal keys; not modified. Null with
-    /// `InvalidArgument` (empty key) or, with the code as it was, where a value is null: what was
-    /// to make that value has set it.
+    /// Makes a dictionary of entries in any order; it counts as unmodified. Of entries with equal
+    /// keys the last one counts. Null with `InvalidArgument` set for an empty key. Null also for a
+    /// null value: then the code stays, since the call that was to make the value has set it.
     [[nodiscard]] static Ref<Dictionary> create(std::initializer_list<Entry> entries = {}) noexcept;
 
-    /// The keys in ascending order, in a vector of its own.
+    /// The keys in ascending order, in a new vector.
     [[nodiscard]] virtual Ref<Host::TVector<Ref<Host::String>>> keys() const noexcept = 0;
     /// The value under `key`, or null with `NullArgument`, `InvalidArgument` (empty key) or
     /// `KeyNotFound` set. Logs nothing, allocates nothing.
     [[nodiscard]] virtual Ref<Value> find(const Ref<Host::String>& key) const noexcept = 0;
-    /// Puts `value` under `key`; null removes the entry, if there is one. Marks the dictionary as
+    /// Puts `value` under `key`; null removes the entry if there is one. Marks the dictionary as
     /// modified. False with `NullArgument` or `InvalidArgument` (empty key) set.
     [[nodiscard]] virtual bool set(Ref<Host::String> key, Ref<Value> value) noexcept = 0;
 
-    /// The value under `key`, shared; null as for `find`, and with `UnexpectedKind` set for another
-    /// kind: a reference is not followed. `quiet` keeps a missing key out of the log, not out of
-    /// the code.
+    /// The value under `key`, shared. Null as for `find`, and with `UnexpectedKind` set for another
+    /// kind, such as a reference. With `quiet` a missing key is not logged; the code is set all the
+    /// same.
     ///@{
     [[nodiscard]] Ref<ObjectRef> findAsObjectRef(const Ref<Host::String>& key,
                                                  bool quiet = false) const noexcept;
@@ -240,7 +241,7 @@ public:
                                            bool quiet = false) const noexcept;
     ///@}
 
-    /// The same for a key in UTF-8. One in ASCII allocates nothing to look up.
+    /// The same for a key in UTF-8. Looking up a key in ASCII allocates nothing.
     ///@{
     [[nodiscard]] Ref<Value> find(std::string_view key) const noexcept;
     [[nodiscard]] bool set(std::string_view key, Ref<Value> value) noexcept;
@@ -265,33 +266,33 @@ enum class Compression : std::uint32_t {
 /// A dictionary with data (ISO 32000-1, 7.3.8). No stream equals any other, nor itself.
 class FILES_PDF_EXPORT Stream : public Value {
 public:
-    /// What `strmOfs` answers for data that does not come from the file.
+    /// The answer of `strmOfs` for data that does not come from the file.
     static constexpr std::uint64_t noOffset = UINT64_MAX;
 
     /// Offset in bytes of the data in the document's file, or `noOffset`.
     [[nodiscard]] virtual std::uint64_t strmOfs() const noexcept = 0;
-    /// Shared with the stream; a change does not count as one of the stream. Null where a stream
-    /// was made without one.
+    /// The stream's dictionary, shared with it. A change of the dictionary does not count as one of
+    /// the stream. Null for a stream that was made without one.
     [[nodiscard]] virtual Ref<Dictionary> dict() const noexcept = 0;
-    /// What the dictionary's Filter says at the moment; leaves the error code alone.
+    /// The meaning of the dictionary's Filter at the moment. Leaves the error code alone.
     [[nodiscard]] virtual Compression compression() const noexcept = 0;
 };
 
 /// The library's stream. Its data stays in the file until the document is asked for it.
 class FILES_PDF_EXPORT StreamObj final : public Stream {
 public:
-    /// A stream of a file: the data lies at `offset` and is not loaded.
+    /// A stream of a file. Its data lies at `offset` and is not loaded.
     StreamObj(Ref<Dictionary> dict, std::uint64_t offset) noexcept;
-    /// A stream made in memory. `data` has 32-bit elements, one for each byte, and describes what
-    /// the dictionary's Filter and Length say: nothing is adjusted.
+    /// A stream made in memory. `data` has 32-bit elements, one for each byte. It must be what the
+    /// dictionary's Filter and Length say; neither is adjusted.
     StreamObj(Ref<Dictionary> dict, Ref<Interfaces::Stripe> data) noexcept;
 
-    /// The data as it is held, encoded; null while it lies unread in the file.
+    /// The encoded data; null while it lies unread in the file.
     [[nodiscard]] Ref<Interfaces::Stripe> strmData() const noexcept { return data_; }
-    /// Replaces the data, which marks the stream as changed. The dictionary stays as it is: its
-    /// Length is the caller's to set, and `Document::writeStreamData` sets it to what it writes.
+    /// Replaces the data and marks the stream as changed. The dictionary stays as it is: the caller
+    /// sets its Length, or `Document::writeStreamData` does.
     void strmData(Ref<Interfaces::Stripe> data) noexcept;
-    /// Clears the mark that the data was replaced.
+    /// Takes the mark of `strmData` away.
     void resetChanged() noexcept { changed_ = false; }
 
     [[nodiscard]] Type type() const noexcept override { return Type::Stream; }
@@ -312,13 +313,14 @@ private:
     bool changed_ = false;
 };
 
-/// An indirect object (ISO 32000-1, 7.3.10): a number, a generation and a value, for life.
+/// An indirect object (ISO 32000-1, 7.3.10): a number, a generation and a value. None of them is
+/// ever replaced.
 ///
-/// The value's accessors give it as one kind: `NoValue` where there is none, `UnexpectedKind` for
-/// another kind.
+/// The accessors of the value give it as one kind. They set `NoValue` if there is none, and
+/// `UnexpectedKind` for another kind.
 class FILES_PDF_EXPORT Object : public Host::RefCount {
 public:
-    /// The number by which references name it; unique in its document.
+    /// The number by which references name the object. It is unique in the document.
     [[nodiscard]] virtual std::uint32_t id() const noexcept = 0;
     /// 0 unless the number was used before.
     [[nodiscard]] virtual std::uint16_t generation() const noexcept = 0;
@@ -327,7 +329,7 @@ public:
 
     /// Text form: 12 (0).
     [[nodiscard]] Ref<Host::String> asText() const noexcept;
-    /// The value's kind; `Invalid` with `NoValue` set where there is none.
+    /// The value's kind; `Invalid` with `NoValue` set if there is none.
     [[nodiscard]] virtual Value::Type valueType() const noexcept;
     /// The value as one kind, shared. A stream is no dictionary here: ask for its `dict`.
     ///@{

@@ -9,13 +9,13 @@
 
 namespace Libraries::Files::PDF {
 
-/// The version of this library, the one that runs: "0.1.0". Never null.
+/// The version of the library that the program runs with: "0.1.0". Never null.
 [[nodiscard]] FILES_PDF_EXPORT const char* libraryVersion() noexcept;
 
 /// Version of the file format. 2.0 is 13.
 enum class PdfVersion : std::uint32_t {
-    Unsupported = 0, ///< never that of a document that was opened
-    V1_0 = 1,        ///< "%PDF-1.0"; the others go by their names
+    Unsupported = 0, ///< no version; an opened document never has it
+    V1_0 = 1,        ///< "%PDF-1.0"; the others likewise
     V1_1 = 2,
     V1_2 = 3,
     V1_3 = 4,

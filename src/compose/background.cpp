@@ -135,7 +135,7 @@ void Background::assign() {
         const std::size_t beneath = std::min(index, foreignPages_.size() - 1);
         assignments_.push_back({index, pages_[index], &foreignPages_[beneath]});
     }
-    // Each page has its own copies of the resources; the content streams come on top.
+    // Each page gets its own copies of the resources. The one more is for the content streams.
     cloner_.budget(CopyBudget(copySourceOf(*foreign_), std::uint64_t{count} + 1));
 }
 
@@ -149,7 +149,7 @@ bool Background::mergeResources() {
 }
 
 bool Background::changeContents() {
-    // Behind the restoring of pages, which may have left a code of its own.
+    // Set after the pages were restored, which may have set another code.
     if (!changePages()) return fail(StepFailed);
     return true;
 }

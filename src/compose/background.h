@@ -8,11 +8,11 @@
 
 namespace Libraries::Files::PDF {
 
-/// What `Document::addBackground` does to `target`.
+/// Carries out `Document::addBackground` on `target`.
 ///
-/// Whatever ends it early, exhausted memory included: no page keeps contents that were put in front
-/// of its own, and a failure before contents are touched leaves no copied content stream behind.
-/// Merged resources stay.
+/// After a failure, exhausted memory included, no page keeps contents in front of its own. A
+/// failure before contents are touched leaves no copied content stream behind. Merged resources
+/// stay.
 [[nodiscard]] bool addBackground(OwnDocument& target, const Ref<Document>& foreign,
                                  std::uint32_t mode);
 

@@ -57,7 +57,7 @@ bool BackgroundResources::mergeIntoPage(Assignment& assignment, Ref<Dictionary> 
     if (!makeResources(*assignment.dict, resources)) {
         return fail(StepFailed, "Failed to set resource dictionary for page ", page);
     }
-    // A page with resources of its own inherits none any more.
+    // A page with resources of its own no longer inherits any.
     if (treeResources_ && !merge_.merge(*resources, *treeResources_, self_)) {
         return fail(StepFailed, "Failed to integrate page catalog resources into page ", page);
     }

@@ -15,18 +15,18 @@ struct Assignment {
     std::uint64_t pageIndex;
     Ref<Object> page;
     const ForeignPage* foreignPage;
-    /// The page's dictionary, found on the way.
+    /// The page's dictionary, once it has been found.
     Ref<Dictionary> dict = nullptr;
 };
 
-/// Merges the resources of foreign pages into those of the pages that they go beneath. What was
-/// merged before a failure stays.
+/// Merges the resources of foreign pages into those of the pages above them. Resources that were
+/// merged before a failure stay.
 class BackgroundResources {
 public:
     BackgroundResources(Document& self, const Ref<Document>& foreign, Cloner& cloner) noexcept
         : self_(&self), foreign_(foreign), merge_(self, cloner) {}
 
-    /// Finds the page catalog's resources, which there need not be.
+    /// Finds the page catalog's resources, if it has any.
     [[nodiscard]] bool findTreeResources(const Ref<Dictionary>& pageTree);
     [[nodiscard]] bool mergeInto(Assignment& assignment);
     /// Merges the foreign page catalog's resources, if some foreign page has none of its own.

@@ -16,8 +16,8 @@ using namespace Host::Literals;
 
 namespace {
 
-/// Collects the content streams of one page. Messages about an element of an array end in its
-/// index.
+/// Collects the content streams of one page. A message about an element of an array ends in the
+/// element's index.
 class ContentCollector {
 public:
     ContentCollector(const Document& foreign, ForeignPage& page, StreamTable& streams) noexcept
@@ -73,7 +73,7 @@ private:
         });
     }
 
-    /// `refused` gets a message and how it goes on before an index.
+    /// `refused` takes a message and the words between it and an index.
     template <class Refused>
     bool enter(const Object& object, Refused refused) {
         page_.contents.push_back(object.id());
@@ -119,7 +119,7 @@ bool AddedStreams::copy(const StreamTable& streams, const Ref<Document>& foreign
 
 bool AddedStreams::copyAll(const StreamTable& streams, const Ref<Document>& foreign,
                            Cloner& cloner) {
-    // Reserved: a copy that was made is known here, whatever happens next.
+    // Reserved first, so that every copy that is made can be entered here.
     entries_.reserve(streams.size());
     for (const auto& [foreignId, stream] : streams) {
         if (!foreign->readStreamData(stream, false)) {
@@ -148,7 +148,7 @@ void AddedStreams::removeFrom(DocumentState& state) noexcept {
             entry.ref = nullptr;
         }
     }
-    // The objects stand in the table in the order of the entries, so that one walk finds them all.
+    // Table and entries have the same order, so that one walk finds all objects.
     auto next = entries_.begin();
     const auto skipMissing = [&] {
         while (next != entries_.end() && !next->ref)

@@ -48,7 +48,7 @@ Ref<Value> Cloner::cloneValue(const Ref<Value>& value, const Ref<Document>& sour
 
 Ref<ObjectRef> Cloner::addClonedObject(const Ref<Value>& value, const Ref<Document>& source) {
     if (!value) return fail(NullArgument);
-    // Copying without a source fails, and so does adding what was not copied.
+    // Copying fails without a source, and so does adding the null value that it gives.
     if (!source) return fail(StepFailed);
     return undoneOnFailure([&] { return add(value, *source); });
 }
@@ -122,7 +122,7 @@ Ref<ObjectRef> Cloner::add(const Ref<Value>& value, Document& source) {
         return fail(StepFailed, "More objects are to be copied than a sound document needs");
     }
     const std::uint32_t id = target_.nextObjectId;
-    // Numbers that are used up must not begin anew.
+    // Numbers must not wrap around.
     if (id == 0 || id == std::numeric_limits<std::uint32_t>::max()) return fail(StepFailed);
 
     ++target_.nextObjectId;

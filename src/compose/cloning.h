@@ -14,26 +14,26 @@ namespace Libraries::Files::PDF {
 
 /// Copies values of other documents into a document, for one operation of that document.
 ///
-/// References are followed, each as often as it is met: what is referred to becomes an object of
-/// its own each time. No record is kept of what was seen, so three bounds end what would have no
-/// end: 512 levels of containers and references, `addedLimit` objects for each value copied, and
-/// the budget of the operation.
-/// Stream data is copied as it is stored; all copies of one stream share its bytes.
+/// It follows a reference as often as it meets it, and makes a new object of the target each time.
+/// It keeps no record of references, so three bounds end rings and heavily shared values: 512
+/// levels of containers and references, `addedLimit` objects for each value copied, and the budget
+/// of the operation. It copies stream data as it is stored; all copies of one stream share its
+/// bytes.
 ///
-/// A copy that fails, be it for lack of memory, takes its objects out of the table again. Their
-/// numbers are not given back, and `modified` stays set.
+/// A copy that fails, also for lack of memory, takes its objects out of the table again. Their
+/// numbers are not used again, and `modified` stays set.
 class Cloner {
 public:
-    /// Objects that copying one value may add.
+    /// The most objects that copying one value may add.
     static constexpr std::size_t addedLimit = 1'048'576;
 
     /// Copies into `target`.
     explicit Cloner(OwnDocument& target) noexcept : self_(target), target_(target.state()) {}
 
-    /// What all copies from now on may take.
+    /// Sets the budget of all copies from now on.
     void budget(const CopyBudget& budget) noexcept { budget_ = budget; }
 
-    /// A copy of `value`, which belongs to `source`. References of the document itself are kept.
+    /// A copy of `value`, which belongs to `source`. If that is the target itself references stay.
     [[nodiscard]] Ref<Value> cloneValue(const Ref<Value>& value, const Ref<Document>& source);
     /// A reference to a new object that holds a copy of `value`, which belongs to `source`.
     [[nodiscard]] Ref<ObjectRef> addClonedObject(const Ref<Value>& value,
@@ -44,7 +44,8 @@ private:
     auto undoneOnFailure(Copy copy);
 
     Ref<Value> clone(const Ref<Value>& value, Document& source);
-    /// Whether so many bytes of `source` may be copied; those of the document itself always.
+    /// Takes this number of bytes of `source` from the budget; bytes of the target are free. False,
+    /// logged, if the budget has fewer left.
     [[nodiscard]] bool afford(std::uint64_t bytes, const Document& source) noexcept;
     Ref<Value> cloneName(const Name& name, const Document& source);
     Ref<Value> cloneString(const String& string, const Document& source);
@@ -62,7 +63,7 @@ private:
     StreamBytes streamBytes_;
     CopyBudget budget_;
     unsigned depth_ = 0;
-    /// Length of the object table when the copying of the current value began.
+    /// The size of the object table when copying the current value began.
     std::size_t start_ = 0;
 };
 

@@ -45,7 +45,7 @@ bool restore(Dictionary& page, const Ref<Value>& former) noexcept {
         return fail(InvalidArgument,
                     "New content for page is neither object reference nor array: ", kind);
     }
-    // The entry is there, so that nothing has to be allocated for it.
+    // The entry exists, so that setting it allocates nothing.
     if (!page.set("Contents"_str, former)) {
         return fail(StepFailed, "Failed to update Contents of page");
     }
@@ -61,7 +61,7 @@ bool replacePageContents(const Ref<Dictionary>& page, const std::vector<Ref<Valu
     std::vector<Ref<Value>> list = added;
     if (!appendFormer(former, list)) return false;
 
-    // Saved first: when the page is changed nothing may come between.
+    // Saved first, since nothing may fail once the page is changed.
     saved.push_back(std::move(former));
     Ref<Array> contents = Array::create(list);
     if (contents && page->set("Contents"_str, std::move(contents))) return true;

@@ -10,17 +10,17 @@
 
 namespace Libraries::Files::PDF {
 
-/// What the Contents entries of changed pages held, in the order of the changes; null where a page
+/// The former Contents entries of changed pages, in the order of the changes; null for a page that
 /// had none.
 using SavedContents = std::vector<Ref<Value>>;
 
-/// Puts `added` in front of a page's content streams, in a direct array, and appends what stood in
-/// the Contents entry to `saved`. A page that cannot be changed is left untouched.
+/// Puts `added` in front of a page's content streams, in a direct array, and appends the former
+/// Contents entry to `saved`. After a failure the page is as it was.
 [[nodiscard]] bool replacePageContents(const Ref<Dictionary>& page,
                                        const std::vector<Ref<Value>>& added, SavedContents& saved);
 
-/// Puts saved entries back, from the first page up to the one at index `stop`, which was not
-/// changed. Ends at the first page where that cannot be done. Takes no memory.
+/// Puts saved entries back, from the first page up to the page at index `stop`, which was not
+/// changed. Ends at the first page that refuses its entry. Takes no memory.
 void restorePageContents(const std::vector<Ref<Object>>& pages, const SavedContents& saved,
                          DocumentState& state, std::size_t stop) noexcept;
 

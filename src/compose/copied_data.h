@@ -12,7 +12,7 @@
 
 namespace Libraries::Files::PDF {
 
-/// Bytes that any number of streams share. They never change.
+/// Bytes that several streams share. They never change.
 class SharedBytes final : public Host::RefCount {
 public:
     explicit SharedBytes(Host::ByteBuffer bytes) noexcept : bytes_(std::move(bytes)) {}
@@ -23,7 +23,7 @@ private:
     Host::ByteBuffer bytes_;
 };
 
-/// The data of a copied stream: a position of its own over shared bytes.
+/// The data of a copied stream: shared bytes, and a position of its own.
 class CopiedData final : public ReadOnlyStripe {
 public:
     explicit CopiedData(Ref<SharedBytes> bytes) noexcept : bytes_(std::move(bytes)) {}
@@ -37,14 +37,14 @@ private:
     Ref<SharedBytes> bytes_;
 };
 
-/// The bytes of the streams that one operation copies, read once for each stream.
+/// The bytes of the streams that one operation copies. It reads each stream once.
 class StreamBytes {
 public:
     /// The bytes of `stream`, whose data is `data`. Null, logged with the code set, on failure.
     [[nodiscard]] Ref<SharedBytes> of(const Ref<Stream>& stream, Interfaces::Stripe& data);
 
 private:
-    /// The stream is held too, so that its address stays its own.
+    /// Holds the streams too, so that no other one gets the address of one of them.
     struct Entry {
         Ref<Stream> stream;
         Ref<SharedBytes> bytes;

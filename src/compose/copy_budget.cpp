@@ -13,7 +13,7 @@ std::uint64_t times(std::uint64_t number, std::uint64_t factor) noexcept {
     return __builtin_mul_overflow(number, factor, &product) ? UINT64_MAX : product;
 }
 
-/// Bytes of a value's stream data that do not lie in the document's file.
+/// The size of a value's stream data, if it does not lie in the document's file.
 std::uint64_t bytesInMemory(const Ref<Value>& value) noexcept {
     const auto* stream = own<StreamObj>(value);
     const Ref<Interfaces::Stripe> data = stream != nullptr ? stream->strmData() : nullptr;

@@ -6,29 +6,29 @@
 
 namespace Libraries::Files::PDF {
 
-/// What there is to copy in a document. Nobody knows for one of an application's own class.
+/// The size of a document that is copied from. Unknown for one of an application's own class.
 struct CopySource {
     std::uint64_t objects = UINT64_MAX;
-    /// Of the file, and of the stream data that was put into its place.
+    /// Bytes of the file, and of stream data that was attached later.
     std::uint64_t bytes = UINT64_MAX;
 };
 
 [[nodiscard]] CopySource copySourceOf(const Document& document) noexcept;
 
-/// How much one operation may still copy.
+/// The objects and bytes that one operation may still copy.
 ///
-/// Copying follows each reference as often as it is met, so that a few objects may lead
-/// to any number of copies. What is shared within a sound document is shared by some
-/// tens of users at most: forms that have the same fonts, images of the same colour space.
+/// Copying follows each reference as often as it meets it, so that a few objects may lead to any
+/// number of copies. In a sound document a value has a few tens of users at most, such as forms
+/// with the same font or images of the same colour space.
 class CopyBudget {
 public:
-    /// Without a bound.
+    /// A budget without a bound.
     CopyBudget() noexcept = default;
-    /// For copying from `source` once for each of `users`, all of it `copiesOfEach` times at most.
+    /// The budget of `users` that copy from `source`. Each may copy all of it `copiesOfEach` times.
     CopyBudget(const CopySource& source, std::uint64_t users) noexcept;
 
     [[nodiscard]] bool takeObject() noexcept { return take(objects_, 1); }
-    /// A value that takes so many bytes in a file, beside what any value takes.
+    /// Takes a value from the budget. `bytes` is its size in a file beyond that of any value.
     [[nodiscard]] bool takeValue(std::uint64_t bytes) noexcept {
         return take(bytes_, perValue) && take(bytes_, bytes);
     }

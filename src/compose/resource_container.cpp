@@ -11,13 +11,13 @@ namespace {
 
 using Text = Ref<Host::String>;
 
-/// The value as a container, if it is one itself.
+/// The value as a container, if it is one.
 Container direct(const Ref<Value>& value) noexcept {
     return {Ref<Dictionary>(ofKind<Dictionary>(value)), Ref<Array>(ofKind<Array>(value))};
 }
 
-/// The container that an object holds; `noDictionary` and `noArray` begin the messages about one
-/// that it holds by its kind alone.
+/// The container that an object holds. `noDictionary` and `noArray` begin the messages about a
+/// value that has the number of such a kind, but not its class.
 template <class Name>
 Container held(const Object& object, Value::Type kind, const char* noDictionary,
                const char* noArray, const Name& name) {

@@ -5,7 +5,7 @@
 
 namespace Libraries::Files::PDF {
 
-/// What a resource category holds (ISO 32000-1, 7.8.3): named resources, or an array; or neither.
+/// The contents of a resource category (ISO 32000-1, 7.8.3): named resources, an array, or neither.
 struct Container {
     Ref<Dictionary> dict;
     Ref<Array> array;
@@ -13,8 +13,8 @@ struct Container {
     explicit operator bool() const noexcept { return dict || array; }
 };
 
-/// A category of the resources that are merged into, behind a reference or not. Neither, logged, on
-/// failure.
+/// A category of the target's resources, direct or behind a reference. Neither, with the reason
+/// logged, on failure.
 [[nodiscard]] Container targetContainer(const Ref<Host::String>& category, const Ref<Value>& value,
                                         const Document& target);
 

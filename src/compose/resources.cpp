@@ -89,11 +89,11 @@ bool surveyAll(const Dictionary& target, const Document& self, Survey& survey) {
     return true;
 }
 
-/// The elements of an array by their text forms: equal values have the same one, so that only those
-/// have to be compared, however long the array is.
+/// The elements of an array by their text forms. Equal values have the same text form, so that only
+/// elements with the same one are compared.
 class Elements {
 public:
-    /// Up to the first null, which ends every search that reaches it.
+    /// The elements up to the first null, which ends every search that reaches it.
     explicit Elements(const Array& array) {
         for (std::uint64_t place = 0; place < array.size() && !firstNull_; ++place) {
             const Ref<Value> element = array.get(place);
@@ -190,7 +190,7 @@ private:
     }
 
     bool reuse(const Dictionary& target, const Text& name, const Ref<Value>& value) {
-        // The name may be known from another category only; that is a clash all the same.
+        // A name that only another category has is a clash too.
         const Ref<Value> own = target.find(name);
         if (!own || !own->equal(value)) {
             return refuse("A resource already exists with name ", name, " of resource to add ",
@@ -201,7 +201,7 @@ private:
     }
 
     bool mergeElements(Array& target, const Array& added) {
-        // Counted beforehand: both may be the same array.
+        // Counted first, since both may be the same array.
         const std::uint64_t size = added.size();
         Elements elements(target);
         for (std::uint64_t index = 0; index < size; ++index) {

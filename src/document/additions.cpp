@@ -1,6 +1,5 @@
-// What documents offer beyond their virtual operations: all of it works on the state of the
-// library's own documents, and none of it takes a place in the virtual table of an application's
-// own class.
+// The operations of `Document` that are not virtual. They work on the state of the library's own
+// documents, and take no place in the virtual table of an application's own class.
 
 #include "document/document_obj.h"
 #include "host/guard.h"
@@ -16,7 +15,7 @@ namespace {
 
 using Objects = Host::StackVector<Ref<PDF::Object>>;
 
-/// The objects that the written table, which counts on without a gap, does not tell right.
+/// Counts the objects behind gaps. The written table has no gaps and gives them other numbers.
 LossCount gapsOf(const DocumentState& state) noexcept {
     LossCount gaps;
     std::uint64_t expected = state.xrefFirstId;

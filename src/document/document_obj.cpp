@@ -14,7 +14,7 @@ namespace Libraries::Files::PDF {
 
 namespace {
 
-/// Every stripe a document reads from or writes to has one 32-bit element for each byte.
+/// Whether a document can read from the stripe or write to it: it has 32-bit elements.
 bool usable(const Ref<Interfaces::Stripe>& stripe) noexcept {
     if (!stripe) return fail(NullArgument);
     if (stripe->elementSize() != 4) return fail(InvalidArgument);

@@ -8,7 +8,7 @@
 
 namespace Libraries::Files::PDF {
 
-/// The document: its state, and the operations wired to the stages that carry them out.
+/// The document: its state, and its operations, which the stages carry out.
 class DocumentObj final : public OwnDocument {
 public:
     explicit DocumentObj(Ref<Interfaces::Stripe> source, Ref<Host::Mon> monitor);

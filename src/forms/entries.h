@@ -14,7 +14,7 @@
 
 namespace Libraries::Files::PDF {
 
-/// Takes the value of one entry: checks its kind and stores it, or says what is wrong with it.
+/// Takes the value of one entry: checks its kind and stores it, or logs what is wrong with it.
 using EntryHandler = std::function<void(const Ref<Value>& value, const Ref<Host::String>& key)>;
 
 struct EntryReader {
@@ -22,14 +22,14 @@ struct EntryReader {
     EntryHandler handle;
 };
 
-/// Hands each entry that the dictionary has to its handler.
+/// Calls the handler of each entry that the dictionary has.
 void readEntries(const Dictionary& dict, std::initializer_list<EntryReader> readers);
 
-/// Throws `std::bad_alloc` where it was exhausted memory that made the last step fail: what comes
-/// of building a form is kept for good, and must not depend on that.
+/// Throws `std::bad_alloc` if exhausted memory made the last step fail. The result of building a
+/// form is kept for good, so that it must not depend on memory.
 void throwIfExhausted();
 
-/// What a reference leads to, anything else as it is; null where a reference leads nowhere.
+/// Follows a reference and gives any other value as it is. Null for a reference to nothing.
 [[nodiscard]] Ref<Value> followed(const Ref<Document>& document, const Ref<Value>& value) noexcept;
 
 template <class Interface>
@@ -47,7 +47,7 @@ inline constexpr const char* castMessage<Boolean> = "Failed to cast value to Boo
 template <>
 inline constexpr const char* castMessage<Name> = "Failed to cast value to Name: ";
 
-/// The value of an entry as the one kind that is right there.
+/// The value of an entry as the kind that is right there.
 template <class Interface>
 [[nodiscard]] Ref<Interface> expectEntry(const Ref<Value>& value,
                                          const Ref<Host::String>& key) noexcept {
@@ -69,7 +69,7 @@ template <class Interface>
     };
 }
 
-/// For an entry that is read anew whenever it is asked for: a wrong kind is reported once.
+/// For an entry that is read at each call. It logs a wrong kind once.
 template <class Interface>
 [[nodiscard]] EntryHandler checking() {
     return [](const Ref<Value>& value, const Ref<Host::String>& key) {
@@ -77,7 +77,7 @@ template <class Interface>
     };
 }
 
-/// Stores the dictionary that the value is or refers to.
+/// Stores the dictionary that is the value, or that the value refers to.
 [[nodiscard]] EntryHandler following(const Ref<Document>& document, Ref<Dictionary>& place);
 
 [[nodiscard]] EntryHandler storingQuadding(Quadding& place);

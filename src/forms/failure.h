@@ -17,7 +17,7 @@ Host::Failure failField(std::uint32_t code, const Pieces&... pieces) noexcept {
     return {};
 }
 
-/// Logs an error and gives "no result": the caller sets the code.
+/// Logs an error and gives "no result". The caller sets the code.
 template <class... Pieces>
 Host::Failure refuseField(const Pieces&... pieces) noexcept {
     Host::log(formLogFilter, Host::LogLevel::Error, pieces...);

@@ -58,8 +58,7 @@ std::vector<Ref<Name>> ButtonObj::states() const noexcept {
 
 namespace {
 
-/// An option as the name of a state: a name itself, or a string by its text. Null for anything
-/// else.
+/// An option as the name of a state: a name, or the text of a string. Null for anything else.
 Ref<Name> asState(const Ref<Value>& option) noexcept {
     if (Name* name = ofKind<Name>(option)) return Ref<Name>(name);
     const String* string = ofKind<String>(option);
@@ -106,8 +105,8 @@ std::vector<Ref<Name>> ButtonObj::statesOfAppearance() const {
 
 namespace {
 
-/// Whether the value is a string of at most `limit` characters. Bytes count as UTF-16 code units
-/// behind a byte-order mark, be there one or not.
+/// Whether the value is a string of at most `limit` characters. Bytes count as a byte-order mark
+/// and UTF-16 code units, even if they begin with no such mark.
 bool fits(const String& value, std::uint64_t limit) noexcept {
     if (const Ref<Host::String> text = value.text()) return text->length() <= limit;
     const auto bytes = value.bytes();

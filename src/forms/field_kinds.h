@@ -51,7 +51,7 @@ public:
     [[nodiscard]] Ref<Array> selectedIndices() const noexcept override;
 
 private:
-    /// Whether a multi-select field takes the value, which becomes what is to be stored.
+    /// Whether a multi-select field takes the value. Changes `value` to the one to store.
     [[nodiscard]] bool acceptSeveral(Ref<Value>& value) const noexcept;
 };
 

@@ -9,7 +9,7 @@ namespace Libraries::Files::PDF {
 
 namespace {
 
-/// The name by which messages and paths call the field.
+/// The name of the field in messages and paths.
 Ref<Host::String> nameOf(const Field& field) {
     if (const Ref<String> partial = field.partialName()) return orThrow(partial->asText());
     Host::StringBuilder index;
@@ -17,8 +17,8 @@ Ref<Host::String> nameOf(const Field& field) {
     return orThrow(index.build());
 }
 
-/// The part of a path that begins at `place`, which moves behind it; empty parts are left out.
-/// Null at the end.
+/// The next part of a path from `place` on that is not empty. Moves `place` behind it. Null at the
+/// end.
 Ref<Host::String> nextPart(const Host::String& path, std::uint64_t& place) {
     Host::StringBuilder part;
     bool any = false;

@@ -18,7 +18,8 @@ FieldData::FieldData(FieldPlace place) : FieldPlace(std::move(place)) {
                         {"AP"_str, following(live, appearances)}});
 }
 
-// The tree is the document's: without it a field stands alone, even beside a parent that lives on.
+// The tree belongs to the document. Without it a field stands alone, even if its parent still
+// lives.
 Ref<Field> FieldData::liveParent() const noexcept {
     return document.lock() ? parent.lock() : nullptr;
 }

@@ -12,17 +12,17 @@
 
 namespace Libraries::Files::PDF {
 
-/// Where a field stands, and what it is made from.
+/// The place of a field in the tree, and the dictionary that it is made from.
 struct FieldPlace {
     Host::WeakRef<Document> document;
-    /// None for a top-level field.
+    /// The field above; null for a top-level field.
     Host::WeakRef<Field> parent;
-    /// Zero-based, in the array that lists the field.
+    /// Zero-based index in the array that lists the field.
     std::uint64_t position = 0;
     Ref<Dictionary> dict;
 };
 
-/// What the fields of all kinds hold. The entries are those found when the form was built.
+/// The data of fields of all kinds. The entries are those of the time when the form was built.
 class FieldData : public FieldPlace {
 public:
     explicit FieldData(FieldPlace place);
@@ -52,8 +52,8 @@ inline constexpr Field::Kind fieldKind<Fields::Choice> = Field::Kind::Choice;
 template <>
 inline constexpr Field::Kind fieldKind<Fields::Signature> = Field::Kind::Signature;
 
-/// The operations of `Field` under the interface of any kind. As it is, it implements the kinds
-/// that add none.
+/// Implements the operations of `Field` under the interface of any kind. It is the whole of kinds
+/// that add no operations.
 template <class Interface>
 class FieldObj : public Interface, public FieldData {
 public:

@@ -13,7 +13,7 @@ using namespace Host::Literals;
 
 namespace {
 
-/// A new field, and the part of it that knows of no kind.
+/// A new field, and the part of it that all kinds have.
 struct MadeField {
     Ref<Field> field;
     FieldData* data = nullptr;
@@ -26,7 +26,7 @@ MadeField makeField(FieldPlace place) {
     return {std::move(field), data};
 }
 
-/// No field where the kind is none of the known ones.
+/// Makes no field for an unknown kind.
 MadeField makeOfKind(const Ref<Name>& type, FieldPlace place) {
     if (!type) return makeField<PlainFieldObj>(std::move(place));
     const Ref<Host::String> name = type->name();
@@ -45,7 +45,8 @@ Ref<Array> readKids(const MadeField& made) noexcept {
     return kids;
 }
 
-/// Walks the tree with a stack of its own: trees may be deeper than that of the thread.
+/// Walks the tree with a stack of its own, since trees may be deeper than the thread's stack
+/// allows.
 class TreeBuilder {
 public:
     TreeBuilder(Document& document, std::uint64_t limit)
@@ -58,9 +59,9 @@ private:
     struct Level {
         Ref<Array> array;
         std::uint64_t next = 0;
-        /// Where its fields go.
+        /// The list that takes its fields.
         Kids* fields;
-        /// The field whose kids they are; none at the top.
+        /// The field whose kids these are; null at the top.
         Ref<Field> owner;
         Host::WeakRef<Field> weakOwner;
     };
@@ -72,7 +73,7 @@ private:
 
     Document& document_;
     Host::WeakRef<Document> weakDocument_;
-    /// How many fields may still be made.
+    /// The number of fields that may still be made.
     std::uint64_t left_;
     std::vector<Level> levels_;
 };
@@ -88,7 +89,7 @@ bool TreeBuilder::build(const Ref<Array>& array, Kids& fields) {
     return true;
 }
 
-/// Builds one field, or takes one whose kids are complete to its place.
+/// Builds one field, or puts one whose kids are complete in its place.
 bool TreeBuilder::step() {
     Level& level = levels_.back();
     if (level.next == level.array->size()) {

@@ -8,11 +8,11 @@
 
 namespace Libraries::Files::PDF {
 
-/// Builds the fields that an array lists into `fields`, with all that lies below them.
+/// Builds the fields that an array lists into `fields`, with all fields below them.
 ///
-/// The first field that cannot be built ends it: false, logged; the top-level fields in front of it
-/// stay. A field listed twice is built twice, so a tree of more than `limit` fields is refused.
-/// Throws `std::bad_alloc`.
+/// It ends, false and logged, at the first field that cannot be built; the top-level fields in
+/// front of that one stay. A field that is listed twice is built twice, so it refuses a tree of
+/// more than `limit` fields. Throws `std::bad_alloc`.
 bool buildFields(Document& document, const Ref<Array>& array, std::uint64_t limit, Kids& fields);
 
 } // namespace Libraries::Files::PDF

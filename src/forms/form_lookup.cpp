@@ -12,7 +12,8 @@ using namespace Host::Literals;
 
 namespace {
 
-/// Fields for each object of the document. A tree that has more shares its fields over and over.
+/// The most fields for each object of the document. A tree with more lists the same fields again
+/// and again.
 constexpr std::uint64_t fieldsPerObject = 4;
 
 FormLookup found(Ref<Form> form, std::uint32_t code) noexcept {

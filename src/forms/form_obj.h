@@ -12,7 +12,7 @@
 
 namespace Libraries::Files::PDF {
 
-/// The form. Its own entries are read whenever they are asked for.
+/// The form. It reads its own entries at each call.
 class FormObj final : public Form {
 public:
     FormObj(Document& document, Ref<Dictionary> acroForm) noexcept
@@ -20,7 +20,7 @@ public:
 
     [[nodiscard]] const Host::WeakRef<Document>& document() const noexcept { return document_; }
 
-    /// Builds the fields, at most `limit` of them; false, logged, where some could not be built.
+    /// Builds the fields, at most `limit` of them. False, logged, if some could not be built.
     /// Throws `std::bad_alloc`.
     bool build(Document& document, std::uint64_t limit);
 

@@ -14,8 +14,8 @@
 namespace Libraries::Files::PDF {
 
 struct Kids::List {
-    /// The partial names as texts, null where there is none: beside each other, so that a search
-    /// does not touch the fields it passes by.
+    /// The partial names as texts, null for a field without one. They lie together, so that a
+    /// search does not touch the fields.
     std::vector<Ref<Host::String>> names;
     std::vector<Ref<Field>> fields;
     List* next = nullptr;
@@ -37,7 +37,7 @@ std::optional<std::uint64_t> indexSpelt(const Host::String& name) noexcept {
 } // namespace
 
 Kids::~Kids() {
-    // The lists that wait on this thread; null while none is being released.
+    // The lists of this thread that wait for release; null while none is being released.
     thread_local List** waiting = nullptr;
     if (list_ == nullptr) return;
     if (waiting != nullptr) {

@@ -8,8 +8,8 @@ namespace Libraries::Files::PDF {
 
 /// Fields in order: those of a form, or the kids of a field.
 ///
-/// A tree may be deeper than the stack is: releasing one takes no more of it than releasing a flat
-/// list.
+/// A tree may be deeper than the stack allows. So releasing it takes no more stack than releasing a
+/// flat list.
 class Kids {
 public:
     Kids() noexcept = default;
@@ -22,15 +22,15 @@ public:
     [[nodiscard]] std::uint64_t size() const noexcept;
     /// The field at an index; null with `OutOfRange` set behind the last.
     [[nodiscard]] Ref<Field> get(std::uint64_t index) const noexcept;
-    /// The first field that goes by a name: by its partial name or, where it has none, by its index
-    /// in decimal. Null with `NullArgument`, `InvalidArgument` (empty) or `FormNotFound` set.
+    /// The first field of a name. The name of a field is its partial name or, without one, its
+    /// index in decimal. Null with `NullArgument`, `InvalidArgument` (empty) or `FormNotFound` set.
     [[nodiscard]] Ref<Field> find(const Ref<Host::String>& name) const noexcept;
 
 private:
     struct List;
 
-    /// On the heap, because it waits there for its release when the field is gone already. Null
-    /// while there are none.
+    /// Null without fields. It is on the heap because it waits there for its release when the field
+    /// is gone already.
     List* list_ = nullptr;
 };
 

@@ -9,8 +9,8 @@ namespace Adapters::Stripe {
 namespace {
 
 constexpr std::uint64_t blockSize = std::uint64_t{64} << 10;
-/// A block begins at a multiple of this: so stepping back finds the bytes before, and not too many
-/// are read for somebody who jumps.
+/// Blocks begin at multiples of this. Stepping back then finds the bytes before, and a jump does
+/// not read too many.
 constexpr std::uint64_t alignment = std::uint64_t{4} << 10;
 
 } // namespace

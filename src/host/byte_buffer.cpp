@@ -27,7 +27,7 @@ bool ByteBuffer::reserve(std::size_t capacity) noexcept {
     if (capacity <= capacity_) return true;
     if (capacity > largest) return outOfMemory();
 
-    // Callers that grow step by step must not pay for a copy each time.
+    // Grows by more than asked for, so that callers in small steps do not cause a copy each time.
     std::size_t roomy = std::max(capacity, std::min(capacity_ * 2, largest));
     void* memory = std::realloc(data_, roomy);
     if (memory == nullptr && roomy != capacity) {

@@ -12,8 +12,8 @@ class CharReader {
 public:
     explicit CharReader(Cursor& cursor) noexcept : cursor_(cursor) {}
 
-    /// Reads the next line without its ending and leaves the cursor just behind that. False at the
-    /// end of the data and for a fault of the cursor.
+    /// Reads the next line without its ending and leaves the cursor just behind the ending. False
+    /// at the end of the data and for a fault of the cursor.
     [[nodiscard]] bool readLine();
 
     /// The line last read.

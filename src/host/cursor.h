@@ -8,21 +8,20 @@
 
 namespace Host {
 
-/// Walks the bytes of a stripe: through the window that the stripe holds where it holds one, else
-/// one element at a time, with nothing read ahead. While a cursor is in use nobody else uses the
-/// stripe.
+/// Walks the bytes of a stripe. It uses the stripe's windows if there are any; else it reads one
+/// element at a time and nothing ahead. While a cursor is in use nobody else uses the stripe.
 ///
-/// A read before the end of the data that fails, or that gives an element above 255, is a fault:
-/// from then on there is nothing more to be read, and `failed` tells that from the end. Whoever
-/// takes the end for the end of something has to ask.
+/// A read that fails before the end of the data, or gives an element above 255, is a fault. After a
+/// fault the cursor gives no more bytes, just as at the end; `failed` tells the two apart. Callers
+/// that take the end of the data for the end of a token or line must ask it.
 class Cursor {
 public:
-    /// What `next` gives at the end of the data and after a fault.
+    /// The result of `next` at the end of the data and after a fault.
     static constexpr int end = -1;
 
     explicit Cursor(Interfaces::Stripe& stripe) noexcept : stripe_(stripe) {}
 
-    /// The next byte, which is consumed, or `end`.
+    /// Consumes the next byte and gives it; gives `end` if there is none.
     [[nodiscard]] int next() noexcept { return next_ != end_ ? *next_++ : refill(); }
 
     /// Whether there was a fault.
@@ -33,7 +32,7 @@ public:
         return windowEnd_ - static_cast<std::uint64_t>(end_ - next_);
     }
 
-    /// Moves to `position`; whether it can be reached shows at the next read.
+    /// Moves to `position`. The next read fails if the stripe cannot reach it.
     void seek(std::uint64_t position) noexcept {
         const auto held = static_cast<std::uint64_t>(end_ - begin_);
         if (position <= windowEnd_ && windowEnd_ - position <= held) {
@@ -44,15 +43,15 @@ public:
         }
     }
 
-    /// Steps back over the byte just read.
+    /// Steps back over the byte that was read last.
     void back() noexcept { seek(position() - 1); }
 
-    /// The bytes at hand behind the position; `skip` consumes some of them.
+    /// The bytes in memory behind the position. `skip` consumes some of them.
     [[nodiscard]] std::string_view ahead() const noexcept {
         return {reinterpret_cast<const char*>(next_), static_cast<std::size_t>(end_ - next_)};
     }
     void skip(std::size_t count) noexcept { next_ += count; }
-    /// The byte just read by `next` and `count` of those at hand behind it, which lie together.
+    /// The byte that `next` gave last and the `count` bytes behind it, which are in memory.
     [[nodiscard]] std::string_view lastAndAhead(std::size_t count) const noexcept {
         return {reinterpret_cast<const char*>(next_) - 1, count + 1};
     }

@@ -34,7 +34,7 @@ public:
 private:
     bool compress() noexcept;
 
-    Compressor compressor_; // gone once the input has ended
+    Compressor compressor_; // null once the input has ended
     ByteBuffer input_;
     ByteBuffer result_;
     std::size_t given_ = 0;

@@ -23,10 +23,10 @@ public:
     [[nodiscard]] int get() const noexcept { return descriptor_; }
     [[nodiscard]] bool valid() const noexcept { return descriptor_ >= 0; }
 
-    /// False when the system reports that data was lost.
+    /// Closes the file. False when the system reports that data was lost.
     bool close() noexcept {
         const int descriptor = std::exchange(descriptor_, none);
-        // An interrupted close has released the descriptor all the same.
+        // An interrupted close has released the descriptor too.
         return descriptor < 0 || ::close(descriptor) == 0 || errno == EINTR;
     }
 

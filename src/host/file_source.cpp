@@ -23,8 +23,8 @@ constexpr std::uint64_t directRead = std::uint64_t{64} << 10;
 
 static_assert(sizeof(off_t) == sizeof(std::int64_t), "files beyond 2 GiB need a 64-bit off_t");
 
-/// What tells that a file was written to. The descriptor stays with the file that was opened, so
-/// that another one in its place does not matter.
+/// The marks by which a later write to the file shows. The descriptor stays with the file that was
+/// opened, so that another file in its place does not matter.
 struct Stamp {
     explicit Stamp(const struct stat& status) noexcept
         : size(status.st_size),
@@ -110,14 +110,14 @@ std::uint64_t DescriptorSource::readFile(std::uint8_t* buffer, std::uint64_t cou
                            static_cast<off_t>(position + done));
         });
         if (got <= 0) {
-            // The end comes early where the file has shrunk.
+            // The file has shrunk.
             if (got < 0) keepReason(errno);
             Error::set(FileNotRead);
             break;
         }
         done += static_cast<std::uint64_t>(got);
     }
-    // Behind the reading: what was changed while it went on is not to be used either.
+    // After the reading, so that it sees changes during the reading too.
     return unchanged() ? done : 0;
 }
 
@@ -131,11 +131,11 @@ bool DescriptorSource::unchanged() noexcept {
 }
 
 void DescriptorSource::fill() noexcept {
-    // Someone who reads on gets more each time; someone who jumps must not pay for what he skips.
+    // Sequential reads get larger blocks each time. A jump starts small again.
     const bool sequential = !buffer_.empty() && position_ == bufferStart_ + buffer_.size();
     fillSize_ = sequential ? std::min(fillSize_ * 2, largestFill) : firstFill;
 
-    // From the start of the block, so that stepping backwards finds the bytes before.
+    // It reads from the start of the block, so that steps backwards find the bytes before.
     const std::uint64_t start = position_ - position_ % blockSize;
     const std::uint64_t wanted = std::min(fillSize_, size_ - start);
     buffer_.clear();
@@ -153,7 +153,7 @@ Ref<FileSource> openSource(std::string_view path) {
     keepReason(0);
     if (path.find('\0') != std::string_view::npos) return noFile(FileNotOpened);
     const std::string name(path);
-    // A pipe nobody writes to must not block before it can be seen to be one.
+    // Opening a pipe that nobody writes to would block before the check of its kind.
     constexpr int flags = O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
     Descriptor file(uninterrupted([&] { return ::open(name.c_str(), flags); }));
     if (!file.valid()) return noFile(FileNotOpened, errno);

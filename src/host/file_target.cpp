@@ -22,7 +22,7 @@ bool failWriting() noexcept {
     return false;
 }
 
-/// Passes on whether a call of the system went well, and keeps why it did not.
+/// Gives whether a call of the system succeeded, and keeps the reason if it did not.
 bool went(bool well) noexcept {
     if (!well) keepReason(errno);
     return well;
@@ -42,7 +42,7 @@ public:
         if (pending_) ::unlink(path_.temporary.c_str());
     }
 
-    /// Makes the file, to replace the `former` one where that is not null.
+    /// Makes the file. It replaces the `former` file unless that is null.
     bool open(const struct stat* former);
 
     [[nodiscard]] std::uint64_t size() const noexcept override { return size_; }
@@ -121,13 +121,13 @@ bool NewFile::commit() noexcept {
     failed_ = true; // nothing more can be written
     if (!saved) return failWriting();
 
-    // The data is in place; that the new name survives a power cut as well is a bonus.
+    // The data is in place. Making the new name survive a power cut as well is a bonus.
     const Descriptor folder(::open(path_.folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (folder.valid()) synchronise(folder.get());
     return true;
 }
 
-/// The owner is kept only where the system allows that.
+/// Keeps the owner if the system allows that.
 bool takeOverAccess(int descriptor, const struct stat& former) noexcept {
     if (::fchown(descriptor, former.st_uid, former.st_gid) != 0) {
         static_cast<void>(::fchown(descriptor, static_cast<uid_t>(-1), former.st_gid) == 0);
@@ -164,7 +164,7 @@ Ref<FileTarget> createTarget(std::string_view name) {
     const bool exists = ::stat(path->target.c_str(), &former) == 0;
     if (!went(exists || errno == ENOENT)) return noFile(FileNotOpened);
     if (exists && !isFile(former)) return noFile(NotARegularFile);
-    // A rename would get past the protection of a file that may not be written to.
+    // A rename would bypass the write protection of the file.
     if (exists && !isWritable(path->target)) return noFile(FileNotOpened);
 
     ByteBuffer buffer;

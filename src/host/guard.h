@@ -1,9 +1,9 @@
 #pragma once
 
 /// @file
-/// Where memory may run out. Inside the library that is an exception, so that code in the middle
-/// need not look; at its boundary it is an ordinary failure. Code under a guard makes things with
-/// `makeOrThrow`, all other with `make`, which gives null.
+/// Guards against exhausted memory. Inside the library it is an exception, so that code in the
+/// middle need not check for it. At the boundary it is an ordinary failure. Code under a guard
+/// makes objects with `makeOrThrow`; other code uses `make`, which gives null.
 
 #include <host/error.h>
 #include <host/ref.h>
@@ -14,7 +14,8 @@
 
 namespace Host {
 
-/// Runs `body` at the library's boundary.
+/// Runs `body` at the library's boundary. It gives an empty result, with `OutOfMemory` set, when
+/// memory is exhausted.
 template <class Body>
 auto guarded(Body&& body) noexcept -> decltype(body()) {
     try {
@@ -32,7 +33,7 @@ template <class T, class... Arguments>
     return Ref<T>(new T(std::forward<Arguments>(arguments)...));
 }
 
-/// Passes on what can only be null where memory ran out; throws `std::bad_alloc` then.
+/// For an object that is null only when memory ran out: throws `std::bad_alloc` then.
 template <class T>
 [[nodiscard]] Ref<T> orThrow(Ref<T> object) {
     if (!object) throw std::bad_alloc();

@@ -4,7 +4,7 @@
 
 #include <cstdlib>
 
-// Sanitizers and the tests of exhausted memory want to see every single piece.
+// Sanitizers and the tests of exhausted memory must see every single piece.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || defined(FILES_PDF_PLAIN_HEAP)
 #define FILES_PDF_SLABS 0
 #elif defined(__has_feature)

@@ -9,7 +9,7 @@ namespace Host {
 
 namespace {
 
-/// Prints what the current log takes.
+/// Prints a message if the current log takes it.
 void passOn(std::uint32_t filter, LogLevel level, std::string_view message) noexcept {
     if (SysLogStream::takes(filter, level)) SysLogStream::printer().print(filter, level, message);
 }
@@ -23,7 +23,7 @@ std::string_view withoutLineEnd(std::string_view message) noexcept {
 
 HeldLog::HeldLog(Keep keep) noexcept
     : former_(threadLog().printer), formerTakesAllErrors_(threadLog().allErrors) {
-    // What this log lets out goes to the former one, which may keep all errors.
+    // `letOut` prints to the former log, which may keep all errors.
     threadLog() = {this, keep == Keep::AllErrors || formerTakesAllErrors_};
 }
 

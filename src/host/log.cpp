@@ -22,7 +22,7 @@ struct Filters {
     std::atomic<LogPrinter*> printer{nullptr};
 };
 
-// Filters are registered by static initialisers of other files, so this must be there before them.
+// Static initialisers of other files register filters, so this is initialised before them.
 constinit Filters filters;
 
 class StandardErrorPrinter final : public LogPrinter {

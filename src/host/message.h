@@ -16,12 +16,12 @@
 
 namespace Host {
 
-/// A piece of 8-bit codes: each prints as the character of its code.
+/// A piece of a message: 8-bit codes, each of which prints as the character of its code.
 struct Codes {
     std::string_view bytes;
 };
 
-/// The text of one log message, put together from its pieces.
+/// Puts the text of one log message together from its pieces.
 class Message {
 public:
     void add(std::string_view text) { text_ += text; }
@@ -38,7 +38,7 @@ public:
     template <class Kind>
     requires std::is_enum_v<Kind>
     void add(Kind kind) { addNumber(static_cast<std::uint64_t>(kind)); }
-    /// A text prints as it is, whatever has a text form by that form.
+    /// A text prints as it is. Any other object prints in its text form.
     template <class T>
     void add(const Ref<T>& object) {
         if (!object) return;
@@ -57,8 +57,8 @@ private:
     std::string text_;
 };
 
-/// Writes one message, if the log takes it; a message that it does not take is not put together.
-/// Where memory does not suffice the message is lost.
+/// Writes one message if the log takes it. Otherwise it does not even put the message together.
+/// When memory is exhausted the message is lost.
 template <class... Pieces>
 void log(std::uint32_t filter, LogLevel level, const Pieces&... pieces) noexcept {
     if (!SysLogStream::takes(filter, level)) return;
@@ -73,7 +73,7 @@ void log(std::uint32_t filter, LogLevel level, const Pieces&... pieces) noexcept
     Error::set(code);
 }
 
-/// What a failed operation returns: converts to the "no result" of any result type.
+/// The result of a failed operation. It converts to the "no result" of any result type.
 struct Failure {
     template <class T>
     operator Ref<T>() const noexcept {

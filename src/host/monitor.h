@@ -6,7 +6,7 @@
 
 namespace Host {
 
-/// Counted lock, shared by those who use one thing from several places.
+/// Counted lock, for several users of one thing.
 class Mon final : public RefCount {
 public:
     [[nodiscard]] static Ref<Mon> create() noexcept { return make<Mon>(); }

@@ -10,8 +10,8 @@
 
 namespace Host::StrConv {
 
-/// The number that `text` spells: an optional sign, then digits of the base and nothing else. No
-/// digits at all count as 0; "-" is refused for unsigned numbers, and overflow fails.
+/// The number that `text` spells: an optional sign, then digits of the base and nothing else. A
+/// text without digits is 0. Fails for "-" with unsigned numbers, and on overflow.
 template <std::integral Number>
 std::optional<Number> num(std::string_view text, int base = 10) noexcept {
     const bool negative = !text.empty() && text.front() == '-';

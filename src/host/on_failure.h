@@ -4,8 +4,8 @@
 
 namespace Host {
 
-/// Takes back what was done so far, when it goes, whatever the reason; unless it was told that all
-/// went well. Taking back must not throw.
+/// Undoes what was done so far when its scope ends, whatever the reason, unless `keep` was called.
+/// Undoing must not throw.
 template <class Undo>
 class OnFailure {
 public:
@@ -16,7 +16,7 @@ public:
         if (armed_) undo_();
     }
 
-    /// All went well, or so `done` says; gives that.
+    /// Keeps what was done if `done` is true. Gives `done`.
     bool keep(bool done = true) noexcept {
         armed_ = armed_ && !done;
         return done;

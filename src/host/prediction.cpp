@@ -20,7 +20,7 @@ std::uint8_t paeth(int left, int above, int aboveLeft) noexcept {
     return static_cast<std::uint8_t>(toAbove <= toAboveLeft ? above : aboveLeft);
 }
 
-/// `row` holds the differences and takes the result; `above` is the row before it, null for the
+/// Replaces the differences in `row` by the result. `above` is the row before it, null for the
 /// first one.
 bool undoPngRow(int filter, Row row, const std::uint8_t* above, std::size_t pixel) noexcept {
     enum { None, Sub, Up, Average, Paeth };
@@ -58,7 +58,7 @@ bool undoPng(const Prediction& prediction, ByteBuffer& data) noexcept {
     return true;
 }
 
-/// A component of up to eight bits: they lie packed, the first one in the highest bits.
+/// A component of up to eight bits. Components are packed, the first one in the highest bits.
 class PackedComponents {
 public:
     PackedComponents(Row row, unsigned bits) noexcept : row_(row), bits_(bits) {}

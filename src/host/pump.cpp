@@ -33,7 +33,7 @@ public:
     [[nodiscard]] const ShortRead& shortRead() const noexcept { return shortRead_; }
 
 private:
-    /// Data that the source holds in memory as a whole needs no blocks.
+    /// Sends data that the source holds in memory as a whole, without blocks.
     PumpResult convertHeld(std::span<const std::uint8_t> input) noexcept {
         PumpResult result = PumpResult::Done;
         while (!input.empty() && result == PumpResult::Done)
@@ -59,7 +59,7 @@ private:
         return PumpResult::Done;
     }
 
-    /// Converts from the front of `input`, which becomes what is left of it.
+    /// Converts from the front of `input` and cuts off what it has used.
     PumpResult convert(std::span<const std::uint8_t>& input) noexcept {
         const std::span<std::uint8_t> output = room();
         if (output.empty()) return PumpResult::WriteFailed;
@@ -83,8 +83,9 @@ private:
         }
     }
 
-    /// Room behind what the target holds; where there is none left, no less than a block, or
-    /// than the source or the target have by now. Empty where memory is exhausted.
+    /// The room behind the target's bytes. If none is left it makes as much as source or target
+    /// hold, at least a block; just a block when there is no memory for more. Empty when there is
+    /// none.
     [[nodiscard]] std::span<std::uint8_t> room() noexcept {
         const std::size_t size = target_.size();
         for (const std::size_t wanted : {std::max({size, expected_, blockSize}), blockSize}) {

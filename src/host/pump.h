@@ -18,15 +18,15 @@ enum class PumpResult : std::uint32_t {
     FlushedWriteFailed
 };
 
-/// A read that came up short, where `ReadFailed` says so.
+/// The read that gave fewer bytes than asked for, after `ReadFailed`.
 struct ShortRead {
     std::uint64_t read = 0;
     std::uint64_t wanted = 0;
 };
 
-/// Sends all data of `source` from its start through `filter` and appends the result to `target`.
-/// Beside the target that takes one block of 64 KiB, or nothing where the source holds its data in
-/// memory. Only `WriteFailed` and `FlushedWriteFailed` say that the target could not grow.
+/// Sends all data of `source`, from its start, through `filter` and appends the result to `target`.
+/// Beside the target it takes one block of 64 KiB, or no memory if the source holds its data in
+/// memory. Only `WriteFailed` and `FlushedWriteFailed` mean that the target could not grow.
 [[nodiscard]] PumpResult pump(Interfaces::Stripe& source, Interfaces::BlockFilter& filter,
                               ByteBuffer& target, ShortRead* shortRead = nullptr) noexcept;
 

@@ -35,7 +35,7 @@ std::optional<SavePath> noFolder(int reason) noexcept {
     return std::nullopt;
 }
 
-/// The path of a file that is not there yet, in a folder that is.
+/// The path of a file that does not exist yet, in a folder that does.
 std::optional<SavePath> newFile(const fs::path& path) {
     if (!path.has_filename()) return noPath(EISDIR);
     std::error_code error;
@@ -46,7 +46,7 @@ std::optional<SavePath> newFile(const fs::path& path) {
     return SavePath{std::move(folder), std::move(target), {}};
 }
 
-/// Why a folder takes no new file is its own fault, not that of the file that may be there.
+/// Names the folder if it refuses new files, so that nobody looks for the fault in the file.
 void keepReasonOfFolder(int number) noexcept {
     const bool refused = number == EACCES || number == EPERM;
     if (refused) return keepReason("its folder takes no new files");

@@ -34,12 +34,12 @@ void forbid(void*, std::size_t) noexcept {}
 void allow(void*, std::size_t) noexcept {}
 #endif
 
-/// A slab begins at a multiple of its size, so that a piece's address tells its slab.
+/// A slab begins at a multiple of its size, so that the address of a piece leads to its slab.
 constexpr std::size_t slabSize = 65536;
 constexpr std::size_t largestPiece = 2048;
 
-/// Head of a slab. `open` stands for the pieces that its thread may still cut: the slab cannot go
-/// back before the thread has closed it.
+/// Head of a slab. `open` stands for the pieces that its thread may still cut: a slab is not freed
+/// before the thread has closed it.
 struct Slab {
     static constexpr std::uint32_t open = 1U << 30;
 
@@ -49,8 +49,8 @@ struct Slab {
 constexpr std::size_t firstPiece = 16;
 static_assert(sizeof(Slab) <= firstPiece);
 
-/// The slab that a thread cuts from. Trivial to destroy, since it may be used to the very end of
-/// the thread; `Closing` closes the slab before that.
+/// The slab that a thread cuts from. It has no destructor, because the thread may use it to its
+/// very end. `Closing` closes the slab.
 struct Cutter {
     Slab* slab;
     std::size_t used;

@@ -28,7 +28,8 @@ const unsigned char* codes(const char* narrow) noexcept {
     return reinterpret_cast<const unsigned char*>(narrow);
 }
 
-/// One pass over a source of code points, kept as a function so that it can be walked twice.
+/// Walks a source of code points once, for the length and the widest code. `walk` is a function, so
+/// that the caller can walk the source again.
 template <class Walk>
 bool anyWide(Walk walk, std::uint64_t& length) noexcept {
     bool wide = false;

@@ -68,8 +68,8 @@ using Interfaces::Carry;
 using Interfaces::Element;
 
 std::uint64_t readWide(Interfaces::Stripe& bytes, Element* elements, std::uint64_t count) noexcept {
-    // A caller may ask for more than is left and have room for just that: the bytes come by way of
-    // a block of our own, so that nothing behind what is returned is touched.
+    // A caller may ask for more than is left, with room for just that. The bytes come through a
+    // block of our own, so that the buffer stays untouched behind the elements it gets.
     std::array<std::uint8_t, Interfaces::blockElements> block;
     std::uint64_t done = 0;
     while (done < count) {

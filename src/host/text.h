@@ -7,7 +7,7 @@
 
 namespace Host::StringUtil {
 
-/// Calls `take` with each part between the separators, empty parts dropped.
+/// Calls `take` with each part between the separators that is not empty.
 template <class Take>
 void split(std::string_view text, char separator, Take&& take) {
     while (!text.empty()) {
@@ -17,7 +17,7 @@ void split(std::string_view text, char separator, Take&& take) {
     }
 }
 
-/// The parts of a text that must have exactly `count` of them; false where it has not.
+/// Splits a text into exactly `count` parts; false if it has more or fewer.
 template <std::size_t count>
 bool splitExactly(std::string_view text, char separator,
                   std::array<std::string_view, count>& parts) noexcept {

@@ -6,11 +6,11 @@ namespace Host {
 
 /// Where the messages of one thread go.
 struct ThreadLog {
-    LogPrinter* printer = nullptr; ///< null where it is that of all threads
-    bool allErrors = false;        ///< takes errors too that the filter refuses
+    LogPrinter* printer = nullptr; ///< null for the printer of all threads
+    bool allErrors = false;        ///< the printer also takes errors that the filters refuse
 };
 
-/// That of the calling thread.
+/// The log of the calling thread.
 [[nodiscard]] ThreadLog& threadLog() noexcept;
 
 } // namespace Host

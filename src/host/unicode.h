@@ -20,7 +20,7 @@ inline bool isSurrogate(char32_t code) noexcept {
     return code >= 0xD800 && code < 0xE000;
 }
 
-/// The code point at the start of `text` and its length in bytes; a bad byte counts alone.
+/// The code point at the start of `text` and its length in bytes. A bad byte is one by itself.
 inline char32_t decodeUtf8(std::string_view text, std::size_t& used) noexcept {
     constexpr char32_t smallest[] = {0, 0, 0x80, 0x800, 0x10000};
     const auto lead = static_cast<unsigned char>(text[0]);

@@ -6,14 +6,15 @@
 
 namespace Libraries::Strings::Encodings::ANSI {
 
-/// The code page that literal strings are read and written in. It differs from the first 256 code
-/// points in 0x80 to 0x9F only; five of those it leaves unassigned.
+/// The code page of literal strings. It differs from the first 256 code points in 0x80 to 0x9F
+/// only, five of which are unassigned.
 class Windows_1252 {
 public:
     static constexpr char32_t first = 0x80;
     static constexpr char32_t last = 0x9F;
 
-    /// The code point of a code; 0 for an unassigned one. Codes outside the block are their own.
+    /// The code point of a code; 0 for an unassigned one. A code outside the block is its own code
+    /// point.
     static constexpr char32_t toUnicode(char32_t code) noexcept {
         return code >= first && code <= last ? block[code - first] : code;
     }

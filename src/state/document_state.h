@@ -14,17 +14,17 @@
 
 namespace Libraries::Files::PDF {
 
-/// What re-encoding a stream by its Filter alone did to it.
+/// The harm that re-encoding did to a stream because it looks at Filter alone.
 enum class FilterLoss : std::uint8_t {
     Replaced,  ///< a filter of another name is gone
     Predictor, ///< a predictor is left without its filter, or has got one that it never had
 };
 
-/// All that a document is. Reading fills it, everything else works on it.
+/// The data of a document. Reading fills it; all other stages work on it.
 struct DocumentState {
-    /// What the document was loaded from; stream data is read from it on demand.
+    /// The stripe that the document was loaded from. Stream data is read from it on demand.
     Ref<Interfaces::Stripe> source;
-    /// Held by the views of the source while they read from it.
+    /// The views of the source hold this lock while they read.
     Ref<Host::Mon> monitor;
     std::string lineEnding = "\n";
     PdfVersion version = PdfVersion::Unsupported;
@@ -33,13 +33,13 @@ struct DocumentState {
     std::uint64_t xrefOffset = 0;
     std::uint32_t xrefFirstId = 0;
     ObjectTable objects;
-    /// What was met on reading that does not come back once it was written.
+    /// Things met on reading that are lost in writing.
     Losses losses;
-    /// The streams, by number, of which re-encoding took away more than it knows.
+    /// The streams, by number, that re-encoding has harmed.
     std::map<std::uint32_t, FilterLoss> filterLosses;
-    /// Whether numbers are written as they were read.
+    /// Whether to write numbers as they were read.
     bool faithfulNumbers = false;
-    /// The number of the next object that is appended; numbers are never given back.
+    /// The number of the next object that is appended. Copying never gives numbers back.
     std::uint32_t nextObjectId = 0;
 
     /// The slot of the object that `ref` refers to; null where there is none.

@@ -9,7 +9,8 @@ namespace Libraries::Files::PDF {
 
 namespace {
 
-/// Where a value of the library's own keeps its home: a stream in its dictionary. Null for others.
+/// The place where a container of the library's own keeps its home; a stream keeps it in its
+/// dictionary. Null for other values.
 HomeNumber* placeOfHome(Value* value) noexcept {
     if (auto* const stream = own<StreamObj>(value)) return placeOfHome(stream->dict().get());
     if (auto* const entries = own<DictionaryObj>(value)) return &entries->home;

@@ -11,15 +11,15 @@
 
 namespace Libraries::Files::PDF {
 
-/// Of which document's object the value is known to be one, by its containers.
+/// The document of which a value is known to be an object's value; only containers know it.
 [[nodiscard]] HomeNumber homeOf(const Value& value) noexcept;
-/// Notes it, unless the value is that of another object already.
+/// Notes the home, unless the value belongs to another object already.
 void settle(const Ref<Value>& value, HomeNumber home) noexcept;
-/// Forgets it, where that is the value's home.
+/// Forgets the home, if it is the value's.
 void unsettle(const Ref<Value>& value, HomeNumber home) noexcept;
 
-/// An object, whose value is made at the first call for it and then kept: from then on it is the
-/// value, and the packed spelling is not looked at again.
+/// An object. The first call for its value unpacks and keeps it. From then on that value counts,
+/// and nobody looks at the packed spelling again.
 class ObjectObj final : public Object {
 public:
     ObjectObj(std::uint32_t id, std::uint16_t generation, Ref<Value> value) noexcept
@@ -33,7 +33,7 @@ public:
     [[nodiscard]] Ref<Value> value() const noexcept override;
     [[nodiscard]] Value::Type valueType() const noexcept override;
 
-    /// Whether there is a value, or never was a packed one.
+    /// Whether the value has been unpacked, or never was packed.
     [[nodiscard]] bool touched() const noexcept { return !store_; }
 
 private:

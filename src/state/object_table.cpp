@@ -51,8 +51,7 @@ void ObjectTable::truncate(std::size_t size) noexcept {
 const ObjectTable::Slot* ObjectTable::find(std::uint32_t id,
                                            std::uint16_t generation) const noexcept {
     if (slots_.empty() || id < slots_.front().id()) return nullptr;
-    // Ascending ids are at least as dense as consecutive ones, so this is the last place possible,
-    // and in a table without gaps the place itself.
+    // Ids ascend, so the object is here or before. In a table without gaps it is here.
     const std::size_t latest = std::min<std::size_t>(id - slots_.front().id(), slots_.size() - 1);
     const Slot* found = &slots_[latest];
     if (found->id() != id) {

@@ -13,14 +13,14 @@
 
 namespace Libraries::Files::PDF {
 
-/// The indirect objects of a document, in ascending order of their numbers, which is that of
-/// loading and appending. Each number is there once.
+/// The indirect objects of a document, in ascending order of their numbers. That is the order of
+/// loading and appending. Each number occurs once.
 ///
-/// An object that was loaded is a packed spelling until somebody asks for the object itself.
+/// A loaded object is a packed spelling until somebody asks for the object itself.
 class ObjectTable {
 public:
-    /// What there is to know of an object without asking for it. As small as can be: there is one
-    /// for each object of a file.
+    /// Tells of an object without making it. A slot is as small as possible, since there is one for
+    /// each object of a file.
     class Slot {
     public:
         Slot(std::uint32_t id, std::uint16_t generation, const PackedValue& packed) noexcept
@@ -36,21 +36,21 @@ public:
 
         [[nodiscard]] std::uint32_t id() const noexcept { return id_; }
         [[nodiscard]] std::uint16_t generation() const noexcept { return generation_; }
-        /// Whether the object's value is there, or it never was packed: then it is what counts.
+        /// Whether the object's value was unpacked or never was packed: the value counts then.
         [[nodiscard]] bool touched() const noexcept { return object_ && object_->touched(); }
-        /// Whether that is the very object.
+        /// Whether `object` is the one of this slot.
         [[nodiscard]] bool is(const Object& object) const noexcept {
             return object_.get() == &object;
         }
-        /// The value of an object that was touched; null for any other, and where it has none.
+        /// The value of a touched object; null for any other, and for one without a value.
         [[nodiscard]] Ref<Value> touchedValue() const noexcept {
             return touched() ? object_->value() : nullptr;
         }
-        /// Whether it is known, without a value, that the value is of another kind.
+        /// Whether the packed spelling tells that the value is of another kind.
         [[nodiscard]] bool holdsOther(Value::Type kind) const noexcept {
             return !touched() && kind_ != static_cast<std::uint8_t>(kind);
         }
-        /// Of an object that was not touched. The bytes are the table's.
+        /// The packed value of an untouched object. The table owns the bytes.
         [[nodiscard]] PackedValue packed() const noexcept {
             return {bytes_, static_cast<Value::Type>(kind_), spelled_, unwritable_, streamOffset_};
         }
@@ -68,11 +68,11 @@ public:
         bool unwritable_ : 1 = false;
     };
 
-    /// The value's bytes lie in the table's store. Ids ascend. Throws `std::bad_alloc`, as does
-    /// what follows.
+    /// Appends an object. Its packed bytes lie in the table's store. Ids ascend. Throws
+    /// `std::bad_alloc`, as do the operations that follow.
     void append(std::uint32_t id, std::uint16_t generation, const PackedValue& packed);
     void append(std::uint32_t id, std::uint16_t generation, Ref<Value> value);
-    /// Has the object's value be of no document any more.
+    /// Takes the home of the object's value away.
     void release(const Slot& slot) const noexcept {
         if (store_) unsettle(slot.touchedValue(), store_->home());
     }
@@ -80,10 +80,10 @@ public:
     void replace(const Slot& slot, const PackedValue& packed) noexcept;
     void reserve(std::size_t size) { slots_.reserve(size); }
     [[nodiscard]] const Ref<ObjectObj>& object(const Slot& slot) const;
-    /// The object's value, which makes it a touched one; null where it has none.
+    /// The object's value; null if it has none. This touches the object.
     [[nodiscard]] Ref<Value> value(const Slot& slot) const;
 
-    /// Erases every object that `unwanted` accepts, asked about each slot once and in order, and
+    /// Erases every object that `unwanted` accepts. It asks about each slot once, in order, and
     /// keeps the order of the rest.
     template <class Unwanted>
     void removeIf(Unwanted unwanted) noexcept {
@@ -92,13 +92,13 @@ public:
     /// Cuts the table off behind its first `size` objects.
     void truncate(std::size_t size) noexcept;
 
-    /// Borrowed: valid until the table changes. Null where there is none.
+    /// The slot of an object, valid until the table changes; null if there is none.
     [[nodiscard]] const Slot* find(std::uint32_t id, std::uint16_t generation) const noexcept;
 
     [[nodiscard]] std::size_t size() const noexcept { return slots_.size(); }
     [[nodiscard]] const std::vector<Slot>& slots() const noexcept { return slots_; }
     [[nodiscard]] const Ref<PackedStore>& store() const;
-    /// Whether values of its objects have this home.
+    /// Whether the values of this table's objects have this home.
     [[nodiscard]] bool has(HomeNumber home) const noexcept {
         return store_ && store_->home() == home;
     }

@@ -6,7 +6,7 @@
 
 namespace Libraries::Files::PDF {
 
-/// A document of the library's own, for stages that need both what it offers and what it is.
+/// A document of the library's own, for stages that need both its operations and its state.
 class OwnDocument : public Document {
 public:
     [[nodiscard]] DocumentState& state() noexcept { return state_; }

@@ -10,7 +10,7 @@ namespace Libraries::Files::PDF {
 
 namespace {
 
-/// What stands under a number that no object has: a reader of a table without gaps needs something.
+/// The value under a number that no object has. A table without gaps needs one for each number.
 constexpr PackedValue placeholder{"<< >>", Value::Type::Dictionary, false, false, Stream::noOffset};
 
 std::uint64_t firstFreeId(const DocumentState& state) noexcept {
@@ -18,7 +18,7 @@ std::uint64_t firstFreeId(const DocumentState& state) noexcept {
     return slots.empty() ? state.nextObjectId : std::uint64_t{slots.back().id()} + 1;
 }
 
-/// Whether nobody asked for what stands there since it was put there.
+/// Whether the slot still holds the placeholder, and nobody has asked for it.
 bool isPlaceholder(const ObjectTable::Slot& slot) noexcept {
     return !slot.touched() && slot.packed().bytes.data() == placeholder.bytes.data();
 }

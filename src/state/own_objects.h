@@ -10,7 +10,7 @@ namespace Libraries::Files::PDF {
 /// then. Throws `std::bad_alloc`.
 [[nodiscard]] Ref<Object> addObject(DocumentState& state, Ref<Value> value);
 
-/// False with the code set where it is none of this document.
+/// Removes an object. False, with the code set, if it does not belong to this document.
 [[nodiscard]] bool removeObject(DocumentState& state, const Object& object) noexcept;
 
 } // namespace Libraries::Files::PDF

@@ -16,7 +16,7 @@ namespace Libraries::Files::PDF {
 
 namespace {
 
-/// The value of the Length entry, looked up in the object table where it is a reference.
+/// The value of the Length entry. It looks a reference up in the object table.
 Ref<Value> findLength(const DocumentState& state, const Dictionary& dict) {
     StreamLength length = findStreamLength(state, dict);
     if (!length.entry) return fail(LengthInvalid, "Stream has no Length entry");
@@ -46,14 +46,14 @@ std::optional<std::uint64_t> readLength(const DocumentState& state, const Dictio
     if (!length) return invalid("Stream Length attribute value is invalid: ", value);
     const std::uint64_t size = state.source->size();
     if (*length > size - offset) {
-        // Both are below 2^63, or the offset lies in the source: the sum cannot wrap around.
+        // The sum cannot wrap around: both are below 2^63, or the offset lies in the source.
         return invalid("Stream end ", offset + *length,
                        " is out of range of underlying file: ", size);
     }
     return length;
 }
 
-/// The Length of a packed stream, where it is a number, or that of an object that is packed.
+/// The Length of a packed stream, if it is a number or refers to a packed one.
 std::optional<std::uint64_t> packedLength(const DocumentState& state, std::string_view dict) {
     std::string_view length = findPackedEntry(dict, "Length");
     if (length.ends_with(" R")) {
@@ -65,7 +65,7 @@ std::optional<std::uint64_t> packedLength(const DocumentState& state, std::strin
         if (slot == nullptr || slot->touched()) return std::nullopt;
         length = slot->packed().bytes;
     }
-    // Digits alone: what has a sign, a fraction, or is no number at all, takes the ordinary way.
+    // Only digits are read here. Other values take the ordinary way.
     if (length.empty() || length.front() < '0' || length.front() > '9') return std::nullopt;
     return Host::StrConv::num<std::uint64_t>(length);
 }

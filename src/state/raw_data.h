@@ -7,27 +7,26 @@
 
 namespace Libraries::Files::PDF {
 
-/// The data of a stream as it is encoded: what is attached to it, or else a view of the source,
-/// which becomes attached. Null, with the code set and the reason logged, on failure. Throws
-/// `std::bad_alloc`.
+/// The encoded data of a stream: the attached data, or else a view of the source, which it
+/// attaches. Null, with the code set and the reason logged, on failure. Throws `std::bad_alloc`.
 [[nodiscard]] Ref<Interfaces::Stripe> rawData(const DocumentState& state,
                                               const Ref<Stream>& stream);
 
-/// The parts of that, for those who have questions of their own in between.
+/// The parts of `rawData`, for callers that check more in between.
 ///@{
 [[nodiscard]] Ref<Interfaces::Stripe> attachedData(const Ref<Stream>& stream) noexcept;
-/// Whether the source reaches to where the data begins, and there is a dictionary.
+/// Whether there is a dictionary, and the data begins within the source.
 [[nodiscard]] bool beginsInSource(const DocumentState& state, const Stream& stream) noexcept;
 [[nodiscard]] Ref<Interfaces::Stripe> viewOfSource(const DocumentState& state,
                                                    const Ref<Stream>& stream);
 ///@}
 
-/// A view of the data of a stream that is packed. Null, without a word, where it takes the stream
-/// to say what is wrong with it.
+/// A view of the data of a packed stream. Null, with nothing logged, if something is wrong with it:
+/// the unpacked stream is needed to say what.
 [[nodiscard]] Ref<Interfaces::Stripe> viewOfPacked(const DocumentState& state,
                                                    const PackedValue& stream);
 
-/// Gives a stream its data, which does not count as a change.
+/// Attaches data to a stream. That does not count as a change.
 void attach(StreamObj& stream, Ref<Interfaces::Stripe> data) noexcept;
 
 } // namespace Libraries::Files::PDF

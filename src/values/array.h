@@ -24,7 +24,7 @@ public:
     [[nodiscard]] Ref<Host::String> asText() const noexcept override;
     [[nodiscard]] bool equal(Ref<Value> other) const noexcept override;
 
-    HomeNumber home; // first: it finds room beside the count
+    HomeNumber home; // first, since there is unused room beside the count
 
 private:
     Elements elements_;

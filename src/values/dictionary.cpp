@@ -17,7 +17,8 @@ namespace {
 using Entry = DictionaryObj::Entry;
 using Entries = DictionaryObj::Entries;
 
-/// Most keys differ in their first character, and equal ones are mostly the same object.
+/// Looks at the objects and the first characters first: most keys differ in their first character,
+/// and equal keys are mostly the same object.
 bool precedes(const Host::String& left, const Host::String& right) noexcept {
     if (&left == &right) return false;
     const std::string_view a = left.narrow();
@@ -49,7 +50,7 @@ void insertionSort(Entries& entries) noexcept {
     }
 }
 
-/// Of each run of equal keys only the last entry stays.
+/// Keeps only the last entry of each run of equal keys.
 void dropShadowed(Entries& entries) noexcept {
     std::size_t kept = 0;
     for (std::size_t index = 0; index < entries.size(); ++index) {
@@ -62,7 +63,7 @@ void dropShadowed(Entries& entries) noexcept {
     entries.erase(entries.begin() + static_cast<std::ptrdiff_t>(kept), entries.end());
 }
 
-/// Dictionaries are mostly small, and a stable sort of the library takes memory for each.
+/// Up to this size, which most dictionaries have, sorting takes no memory. `std::stable_sort` does.
 constexpr std::size_t smallDictionary = 24;
 
 template <class Interface>

@@ -23,9 +23,9 @@ public:
     using Entries = std::vector<Entry, Host::HeapAllocator<Entry>>;
 
     DictionaryObj() noexcept = default;
-    /// Of entries in any order; the last one of equal keys counts. Not modified.
+    /// Takes entries in any order; of equal keys the last one counts. Not modified.
     explicit DictionaryObj(Entries entries);
-    /// Of entries in ascending order of their keys, which differ. Not modified.
+    /// Takes entries in ascending order of their keys, which differ. Not modified.
     struct InOrder {};
     static constexpr InOrder inOrder{};
     DictionaryObj(Entries entries, InOrder) noexcept : entries_(std::move(entries)) {}
@@ -39,11 +39,11 @@ public:
 
     /// The entries in ascending order of their keys; valid until the next `set`.
     [[nodiscard]] std::span<const Entry> entries() const noexcept { return entries_; }
-    /// For undoing a change so that the dictionary looks untouched.
+    /// Takes the mark of a change away, for an operation that has undone it.
     void resetModified() noexcept { modified_ = false; }
     [[nodiscard]] bool modified() const noexcept { return modified_; }
 
-    HomeNumber home; // first, with what follows: they find room beside the count
+    HomeNumber home; // first, with the flag, since there is unused room beside the count
 
 private:
     [[nodiscard]] std::size_t lowerBound(const Host::String& key) const noexcept;

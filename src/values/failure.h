@@ -14,11 +14,11 @@ extern const std::uint32_t logFilter;
 using Host::Failure;
 using Host::LogLevel;
 
-// The texts of messages are part of the interface, as the codes are: programs look for them. They
-// stay as they are, misspellings ("identifer", "Stirng", "resoure") and the names of classes and
-// functions in the assertion of the document writer included.
+// The texts of messages are part of the interface, as the codes are, because programs look for
+// them. They stay as they are. That includes misspellings ("identifer", "Stirng", "resoure"), and
+// the names of classes and functions in the assertion of the document writer.
 
-/// Logs an error, sets the code and gives "no result": one line for each failure.
+/// Logs an error, sets the code and gives "no result", so that a failure takes one line.
 template <class... Pieces>
 Failure fail(std::uint32_t code, const Pieces&... pieces) noexcept {
     if constexpr (sizeof...(pieces) != 0) Host::log(logFilter, LogLevel::Error, pieces...);
@@ -26,14 +26,14 @@ Failure fail(std::uint32_t code, const Pieces&... pieces) noexcept {
     return {};
 }
 
-/// Logs an error and gives "no result": the caller sets the code.
+/// Logs an error and gives "no result". The caller sets the code.
 template <class... Pieces>
 Failure refuse(const Pieces&... pieces) noexcept {
     Host::log(logFilter, LogLevel::Error, pieces...);
     return {};
 }
 
-/// Logs without touching the error code.
+/// Logs a message and leaves the error code alone.
 template <class... Pieces>
 void report(LogLevel level, const Pieces&... pieces) noexcept {
     Host::log(logFilter, level, pieces...);

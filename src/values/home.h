@@ -4,8 +4,8 @@
 
 namespace Libraries::Files::PDF {
 
-/// Of which document's object a container is the value: a number that its document has, in three
-/// bytes, which find room beside a count. 0 of none.
+/// The number of the document of which a container is an object's value; 0 for none. It takes three
+/// bytes, since there is unused room of that size beside a count.
 class HomeNumber {
 public:
     constexpr HomeNumber() noexcept = default;

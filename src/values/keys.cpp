@@ -11,8 +11,8 @@ namespace Libraries::Files::PDF {
 
 namespace {
 
-/// A key for one look into a dictionary. One in ASCII is where it was given, which is enough for
-/// our own dictionaries: an application's might keep it.
+/// A key for one look into a dictionary. For our own dictionaries a key in ASCII is not copied. A
+/// dictionary of an application's own class gets a copy, since it might keep it.
 class Key {
 public:
     Key(const Dictionary& dictionary, std::string_view utf8) noexcept {
@@ -29,12 +29,12 @@ public:
     Key& operator=(const Key&) = delete;
     ~Key() = default;
 
-    /// Null where memory is exhausted, as the code says.
+    /// Null, with the code set, when memory is exhausted.
     [[nodiscard]] const Ref<Host::String>& get() const noexcept { return key_; }
 
 private:
     std::optional<Host::String> borrowed_;
-    Ref<Host::String> key_; // goes first: the text that it may hold is the one above
+    Ref<Host::String> key_; // last, to be destroyed first: it may hold the text above
 };
 
 template <class Look>

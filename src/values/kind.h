@@ -12,7 +12,7 @@ namespace Libraries::Files::PDF {
 using Host::makeOrThrow;
 using Host::orThrow;
 
-/// What the implementations of values share.
+/// Base of the implementations of values.
 template <class Interface, Value::Type kind>
 class ValueObj : public Interface {
 public:
@@ -20,7 +20,7 @@ public:
     [[nodiscard]] bool changed() const noexcept override { return false; }
 };
 
-/// Which class implements an interface, and under which kind number.
+/// The class that implements an interface, and the number of its kind.
 template <class Interface>
 struct Kind;
 
@@ -33,14 +33,14 @@ struct KindOf {
 template <>
 struct Kind<Stream> : KindOf<StreamObj, Value::Type::Stream> {};
 
-// Three ways down from a value. All give null where the value is something else, and borrow what
-// they give; messages about it are the caller's.
+// Three conversions of a value to its kind. They give null if the value is something else, take no
+// reference, and log nothing.
 
-/// The value under the interface of a kind, whatever kind it claims to be: for code that has looked
-/// at the kind and has another thing to say of a value that lies.
+/// The value under the interface of a kind. It does not ask for the number of the kind: callers
+/// have looked at that, and log another message for a value whose class does not fit its number.
 ///
-/// Nearly every value is of the library's own class: one comparison then does what a dynamic cast
-/// takes fifty for.
+/// Nearly every value is of the library's own class. One comparison then saves the dynamic cast,
+/// which takes fifty times as long.
 template <class Interface>
 [[nodiscard]] Interface* as(Value* value) noexcept {
     using Implementation = typename Kind<Interface>::Implementation;
@@ -54,15 +54,15 @@ template <class Interface>
     return as<Interface>(value.get());
 }
 
-/// The value where it is of a kind, by its number and its class.
+/// The value if both its number and its class are those of a kind.
 template <class Interface>
 [[nodiscard]] Interface* ofKind(const Ref<Value>& value) noexcept {
     if (!value || value->type() != Kind<Interface>::number) return nullptr;
     return as<Interface>(value.get());
 }
 
-/// The value, or whatever else is counted, where it is of the library's very own class: for what no
-/// interface offers.
+/// An object, value or not, if it is of a class of the library's own. For members that no interface
+/// has.
 template <class Class, class Base>
 [[nodiscard]] Class* own(Base* object) noexcept {
     static_assert(std::is_final_v<Class>);

@@ -9,18 +9,18 @@
 
 namespace Libraries::Files::PDF {
 
-/// What came of looking for a value.
+/// The result of looking for a value.
 struct LookedUp {
     Ref<Value> value;
-    std::uint32_t code; ///< where there is no value
+    std::uint32_t code; ///< why there is no value
 
-    /// Whether there simply is no such entry; else a dictionary of an application's own failed.
+    /// Whether there is no such entry. If not, a dictionary of an application's own class failed.
     [[nodiscard]] bool isAbsent() const noexcept { return !value && code == KeyNotFound; }
-    /// Whether memory did not suffice for it: that is what is wrong then, and not the document.
+    /// Whether memory was exhausted, so that nothing is wrong with the document.
     [[nodiscard]] bool isExhausted() const noexcept { return !value && code == OutOfMemory; }
 };
 
-/// The value of an object, which need not have one. Leaves the thread's code alone.
+/// Looks for the value of an object, which need not have one. Leaves the thread's code alone.
 [[nodiscard]] inline LookedUp lookUpValue(const Object& object) noexcept {
     const std::uint32_t former = Host::Error::get();
     Host::Error::set(Host::NoError);

@@ -5,7 +5,7 @@ namespace Libraries::Files::PDF {
 /// Counts the levels of a recursive walk, so that no input can exhaust the stack.
 class Nesting {
 public:
-    /// How deep any walk goes: reading, serializing, cloning, text form, equality, change.
+    /// The depth of every walk: reading, serializing, cloning, text form, equality, change.
     static constexpr unsigned limit = 512;
 
     explicit Nesting(unsigned& depth) noexcept : depth_(depth) { ++depth_; }
@@ -19,7 +19,7 @@ private:
     unsigned& depth_;
 };
 
-/// The depth of the walks that are virtual operations of values and so cannot hand one down.
+/// The depth of walks that are virtual operations of values, which have no parameter for it.
 inline unsigned& walkDepth() noexcept {
     thread_local unsigned depth = 0;
     return depth;

@@ -35,7 +35,7 @@ Ref<Dictionary> Object::valueAsDictionary() const noexcept {
     return expect<Dictionary>(value, "Failed to cast value to Dictionary");
 }
 
-// The message of a failed cast names the dictionary here too.
+// The message of a failed cast says "dictionary" here too.
 Ref<Array> Object::valueAsArray() const noexcept {
     const Ref<Value> value = requireValue(*this);
     if (!value) return nullptr;

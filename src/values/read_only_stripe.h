@@ -10,11 +10,11 @@
 
 namespace Libraries::Files::PDF {
 
-/// What the library's own views of data share: a position, and that nothing can be written.
+/// Base of the library's own views of data. They have a position and cannot be written to.
 class ReadOnlyStripe : public Adapters::Stripe::Base {
 public:
     [[nodiscard]] std::uint64_t position() const noexcept final { return position_; }
-    /// Positions behind the end are refused: the end is what is reached.
+    /// A position behind the end is refused: the stripe moves to the end.
     std::uint64_t position(std::uint64_t position) noexcept final {
         position_ = std::min(position, size());
         return position_;

@@ -36,7 +36,7 @@ public:
     [[nodiscard]] Ref<Host::String> asText() const noexcept override;
     [[nodiscard]] bool equal(Ref<Value> other) const noexcept override;
 
-    /// For a stream's Length alone, which is kept true in place when data is re-encoded.
+    /// For a stream's Length only, which re-encoding adjusts in place.
     virtual void integer(std::int64_t integer) noexcept { integer_ = integer; }
 
 private:
@@ -44,8 +44,8 @@ private:
     std::uint64_t fraction_;
 };
 
-/// A number that remembers how it was spelled. A class of its own: there are few of them among
-/// many.
+/// A number that remembers how it was spelled. It is a class of its own because few numbers need
+/// it.
 class SpelledNumberObj final : public NumberObj {
 public:
     SpelledNumberObj(std::int64_t integer, std::uint64_t fraction,

@@ -37,7 +37,7 @@ Ref<Host::String> StreamObj::asText() const noexcept {
     });
 }
 
-// Streams are compared by nobody: two with the same dictionary may still hold different data.
+// Streams never equal: two with equal dictionaries may still hold different data.
 bool StreamObj::equal(Ref<Value>) const noexcept {
     return false;
 }

@@ -10,8 +10,8 @@ std::uint64_t SubStripe::readBase(const void* buffer, std::uint64_t count,
                                   Transfer transfer) noexcept {
     if (buffer == nullptr) return fail(InvalidArgument);
     if (count == 0) return 0;
-    // The bound counts the start in: a reader at the very end of a view further inside its base
-    // gets nothing, but no error.
+    // The bound includes the start of the view. So a reader at the very end of a view that begins
+    // behind the start of its base gets nothing, and no error.
     if (position_ >= length_ + start_) return fail(OutOfRange);
 
     const std::uint64_t wanted = std::min(count, length_ - position_);

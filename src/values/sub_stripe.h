@@ -27,7 +27,7 @@ public:
     window(std::uint64_t position) const noexcept override;
 
 private:
-    /// Positions the base and has `transfer` read so many elements from it.
+    /// Positions the base and calls `transfer`, which reads the elements.
     template <class Transfer>
     std::uint64_t readBase(const void* buffer, std::uint64_t count, Transfer transfer) noexcept;
 

@@ -7,7 +7,7 @@
 
 namespace Libraries::Files::PDF {
 
-/// The value as the kind of `Interface`, or the failure that every typed accessor reports.
+/// The value as the kind of `Interface`. Fails as every typed accessor does.
 template <class Interface>
 Ref<Interface> expect(const Ref<Value>& value, const char* castMessage) noexcept {
     const Value::Type found = value->type();
