@@ -54,8 +54,8 @@ public:
 
     /// The value that `syntax` spells in the syntax of files (ISO 32000-1, 7.3):
     /// "<< /Kids [ 7 0 R ] /Count 1 >>". White space and comments may stand around it. The rules
-    /// are those of `Document::create`: "1.05" is 1.5, and strings have no escape for a backslash.
-    /// A stream is no value here.
+    /// are those of `Document::create(source)`: "1.05" is 1.5, and no escape stands for a
+    /// backslash. A stream is no value here.
     ///
     /// Null with `InvalidArgument` set if it spells no value or more than one; the log says why,
     /// and so does `error` if it is given.
