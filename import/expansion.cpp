@@ -2,6 +2,9 @@
 
 #include "pipelines.h"
 #include "report.h"
+#include "spelling/characters.h"
+#include "spelling/digits.h"
+#include "spelling/names.h"
 
 #include <pdf/errors.h>
 
@@ -13,6 +16,9 @@ namespace Libraries::Files::PDF::Import {
 
 namespace {
 
+using PDF::Spelling::isDigit;
+using PDF::Spelling::isReadAsWhite;
+using PDF::Spelling::takeNameCharacter;
 using Position = std::uint64_t;
 
 /// Dictionaries stand side by side, but for what looks like one and is none.
@@ -29,10 +35,6 @@ void eachPiece(Source& source, std::size_t overlap,
         const std::size_t count = source.read(piece.data(), piece.size());
         if (!visit(std::string_view(piece.data(), count), start)) return;
     }
-}
-
-bool isDigit(char code) noexcept {
-    return code >= '0' && code <= '9';
 }
 
 /// Whether a text begins with a version: digits, a point, digits.
@@ -56,31 +58,9 @@ Position headerIn(Source& source) {
     return 0;
 }
 
-bool isWhite(char code) noexcept {
-    return code == ' ' || (code >= '\t' && code <= '\r') || code == '\0';
-}
-
-int hexValue(char code) noexcept {
-    if (isDigit(code)) return code - '0';
-    const int letter = code | 0x20;
-    return letter >= 'a' && letter <= 'f' ? letter - 'a' + 10 : -1;
-}
-
-/// Takes one character of a name from the front of `text`, however it is spelled.
-char takeCharacter(std::string_view& text) noexcept {
-    char code = text.front();
-    std::size_t length = 1;
-    if (code == '#' && text.size() > 2 && hexValue(text[1]) >= 0 && hexValue(text[2]) >= 0) {
-        code = static_cast<char>(hexValue(text[1]) * 16 + hexValue(text[2]));
-        length = 3;
-    }
-    text.remove_prefix(length);
-    return code;
-}
-
 bool takeName(std::string_view& text, std::string_view name) noexcept {
     return std::ranges::all_of(
-        name, [&](char code) { return !text.empty() && takeCharacter(text) == code; });
+        name, [&](char code) { return !text.empty() && takeNameCharacter(text) == code; });
 }
 
 /// Whether the name that `text` is the inside of may make a dictionary one of a cross-reference
@@ -89,7 +69,7 @@ bool mayMakeXref(std::string_view text) noexcept {
     std::string_view behind = text;
     if (takeName(behind, "XRef")) return true;
     if (!takeName(text, "Type")) return false;
-    while (!text.empty() && isWhite(text.front()))
+    while (!text.empty() && isReadAsWhite(text.front()))
         text.remove_prefix(1);
     return text.empty() || text.front() == '%' || isDigit(text.front());
 }

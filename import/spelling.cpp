@@ -1,29 +1,13 @@
 #include "spelling.h"
 
-#include "spelling/spelling.h"
+#include "spelling/digits.h"
+#include "spelling/names.h"
+#include "spelling/numbers.h"
+#include "spelling/strings.h"
 
 namespace Libraries::Files::PDF::Import::Spelling {
 
 using namespace PDF::Spelling;
-
-namespace {
-
-void appendCharacter(std::string& text, char character) {
-    const unsigned code = codeOf(character);
-    const std::size_t known = escaped.find(character);
-    if (known != std::string_view::npos) {
-        text += '\\';
-        text += escapes[known];
-    } else if (code >= 0x80) {
-        text += '\\';
-        for (const unsigned shift : {6U, 3U, 0U})
-            text += static_cast<char>('0' + (code >> shift & 7U));
-    } else {
-        text += character;
-    }
-}
-
-} // namespace
 
 void appendName(std::string& text, std::string_view name) {
     text += '/';
@@ -39,14 +23,14 @@ void appendString(std::string& text, std::string_view bytes) {
     }
     text += '(';
     for (const char character : bytes)
-        appendCharacter(text, character);
+        text += literalCodes[codeOf(character)].view();
     text += ')';
 }
 
 void appendHexString(std::string& text, std::string_view bytes) {
     text += '<';
     for (const char character : bytes)
-        appendHex(text, character);
+        appendHex(text, codeOf(character));
     text += '>';
 }
 

@@ -1,11 +1,15 @@
 #include "packed/entry.h"
 
+#include "spelling/digits.h"
+
 #include <algorithm>
 #include <cstddef>
 
 namespace Libraries::Files::PDF {
 
 namespace {
+
+using Spelling::isDigit;
 
 const char* behindText(const char* next) noexcept {
     for (; *next != ')'; ++next) {
@@ -37,10 +41,6 @@ const char* behindValue(const char* next) noexcept {
         next = behindToken(next, open);
     } while (open != 0 || *next != ' ' || (next[1] != '/' && next[1] != '>'));
     return next;
-}
-
-bool isDigit(char code) noexcept {
-    return code >= '0' && code <= '9';
 }
 
 /// The same of an array, whose elements no keys stand between.

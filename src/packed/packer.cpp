@@ -1,6 +1,7 @@
 #include "packed/packer.h"
 
 #include "host/windows_1252.h"
+#include "spelling/digits.h"
 
 #include <algorithm>
 #include <array>
@@ -108,33 +109,25 @@ void Packer::number(std::string_view token, std::int64_t integer, std::uint64_t 
     last.plain = canonical && integer >= 0;
 }
 
-void Packer::octal(std::uint32_t code) {
-    const char text[] = {'\\', static_cast<char>('0' + (code >> 6)),
-                         static_cast<char>('0' + (code >> 3 & 7U)),
-                         static_cast<char>('0' + (code & 7U))};
-    put({text, sizeof(text)});
+void Packer::put(const Spelling::LiteralCode& code) {
+    // To copy all of the array is faster than to look how much of it counts.
+    std::memcpy(room(code.text.size()), code.text.data(), code.text.size());
+    bytes_.extend(code.size);
 }
 
 void Packer::character(std::uint32_t code) {
-    constexpr std::string_view escaped = "\r\b\t\n\f()\\";
-    constexpr std::string_view escapes = "rbtnf()\\";
     // What the code page does not assign becomes the code 0.
     if (Windows_1252::toUnicode(code) == 0) {
         unassigned_ = unassigned_ || code != 0;
         return put('\0');
     }
     backslash_ = backslash_ || code == '\\';
-    if (code < 0x7F) {
-        const std::size_t known = escaped.find(static_cast<char>(code));
-        if (known == std::string_view::npos) return put(static_cast<char>(code));
-        put('\\');
-        return put(escapes[known]);
-    }
     if (code > 0xFF) {
-        if (const auto byte = Windows_1252::fromUnicode(code)) return octal(*byte);
-        unwritable_ = true;
+        const auto byte = Windows_1252::fromUnicode(code);
+        if (!byte) unwritable_ = true;
+        if (byte) code = *byte;
     }
-    octal(code);
+    put(Spelling::literalCodes[code]);
 }
 
 void Packer::endText() {
@@ -145,9 +138,8 @@ void Packer::endText() {
 }
 
 void Packer::byte(std::uint8_t byte) {
-    constexpr std::string_view digits = "0123456789ABCDEF";
-    const char pair[] = {digits[byte >> 4], digits[byte & 0x0FU]};
-    put({pair, sizeof(pair)});
+    const auto pair = Spelling::hexOf(byte);
+    put({pair.data(), pair.size()});
 }
 
 void Packer::begin(List& list, bool dictionary, std::string_view bracket) {

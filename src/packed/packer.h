@@ -2,6 +2,7 @@
 
 #include "packed/losses.h"
 #include "packed/packed_value.h"
+#include "spelling/strings.h"
 
 #include <host/byte_buffer.h>
 
@@ -73,8 +74,8 @@ public:
 
     /// Characters that stand in a text as they are.
     void plainText(std::string_view characters) { put(characters); }
-    /// A character of a text, by the code that it was given by; those of the code page count as
-    /// that.
+    /// A character of a text, by the code that it was given by, 511 at most; those of the code page
+    /// count as that.
     void character(std::uint32_t code);
     /// A backslash that the text has no character for.
     void lostBackslash() noexcept { backslash_ = true; }
@@ -118,9 +119,9 @@ private:
 
     void put(std::string_view text);
     void put(char character) { put(std::string_view(&character, 1)); }
+    void put(const Spelling::LiteralCode& code);
     template <class Number>
     void putDigits(Number number);
-    void octal(std::uint32_t code);
 
     Host::ByteBuffer bytes_;
     Host::ByteBuffer

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "spelling/digits.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -18,10 +20,11 @@ public:
         const char* const end = next + token.size();
         const bool negative = *next == '-';
         if (negative) ++next;
+        const char* const first = next;
         std::uint64_t whole = 0;
         std::uint64_t behind = 0;
         const bool wholeIsPlain = digits(next, end, whole);
-        if (next == token.data() + (negative ? 1 : 0)) return false;
+        if (next == first) return false;
         bool behindIsPlain = true;
         if (next != end) {
             if (*next != '.' || next + 1 == end) return false;
@@ -44,8 +47,8 @@ private:
     /// Walks digits; whether they have no zero in front.
     static bool digits(const char*& next, const char* end, std::uint64_t& number) noexcept {
         const char* const first = next;
-        for (; next != end && *next >= '0' && *next <= '9'; ++next)
-            number = number * 10 + static_cast<std::uint64_t>(*next - '0');
+        for (; next != end && Spelling::isDigit(*next); ++next)
+            number = number * 10 + Spelling::digitValue(*next);
         return next == first + 1 || (next != first && *first != '0');
     }
 };

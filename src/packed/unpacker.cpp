@@ -3,6 +3,8 @@
 #include "host/numbers.h"
 #include "host/windows_1252.h"
 #include "packed/short_number.h"
+#include "spelling/digits.h"
+#include "spelling/strings.h"
 #include "values/array.h"
 #include "values/dictionary.h"
 #include "values/scalars.h"
@@ -16,16 +18,10 @@
 namespace Libraries::Files::PDF {
 
 using Libraries::Strings::Encodings::ANSI::Windows_1252;
+using Spelling::hexValue;
+using Spelling::isDigit;
 
 namespace {
-
-bool isDigit(char code) noexcept {
-    return code >= '0' && code <= '9';
-}
-
-unsigned hexValue(char digit) noexcept {
-    return static_cast<unsigned>(digit <= '9' ? digit - '0' : digit - 'A' + 10);
-}
 
 /// Reads packed spellings, which are always well-formed.
 class Unpacker {
@@ -163,18 +159,13 @@ Ref<Value> Unpacker::text() {
 }
 
 char32_t Unpacker::escaped() noexcept {
-    constexpr std::string_view escapes = "rbtnf";
-    constexpr std::string_view meanings = "\r\b\t\n\f";
-    const char code = *next_++;
-    if (isDigit(code)) {
-        const auto octal =
-            static_cast<char32_t>((code - '0') << 6 | (next_[0] - '0') << 3 | (next_[1] - '0'));
-        next_ += 2;
-        return Windows_1252::toUnicode(octal);
+    if (isDigit(*next_)) {
+        const unsigned code = Spelling::octalValue({next_, 3});
+        next_ += 3;
+        return Windows_1252::toUnicode(code);
     }
-    const std::size_t known = escapes.find(code);
-    const char meaning = known == std::string_view::npos ? code : meanings[known];
-    return static_cast<unsigned char>(meaning);
+    const char letter = *next_++;
+    return Spelling::codeOf(Spelling::escapedBy(letter).value_or(letter));
 }
 
 Ref<Value> Unpacker::bytes() {

@@ -1,7 +1,7 @@
 #include "host/char_reader.h"
 #include "host/numbers.h"
-#include "reader/characters.h"
 #include "reader/file_structure.h"
+#include "spelling/characters.h"
 #include "values/failure.h"
 
 #include <cstdint>
@@ -28,7 +28,7 @@ constexpr std::string_view mark = "%PDF-";
 bool readMark(Host::Cursor& cursor) noexcept {
     cursor.seek(0);
     const int first = cursor.next();
-    if (first == Host::Cursor::end || Characters::isLineEnding(first)) {
+    if (first == Host::Cursor::end || Spelling::isLineEnding(first)) {
         return fail(HeaderUnreadable);
     }
     cursor.back();

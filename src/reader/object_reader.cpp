@@ -1,7 +1,7 @@
 #include "reader/object_reader.h"
 
 #include "host/numbers.h"
-#include "reader/characters.h"
+#include "spelling/characters.h"
 #include "values/failure.h"
 
 namespace Libraries::Files::PDF {
@@ -45,7 +45,7 @@ bool ObjectReader::readHeaderLine() {
             inPart = false;
             continue;
         }
-        if (Characters::isLineEnding(code)) {
+        if (Spelling::isLineEnding(code)) {
             if (code == '\r') skipLineFeed();
             break;
         }

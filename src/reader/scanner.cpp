@@ -4,6 +4,8 @@
 #include "packed/short_number.h"
 #include "packed/unpacker.h"
 #include "reader/characters.h"
+#include "spelling/digits.h"
+#include "spelling/names.h"
 #include "values/failure.h"
 
 namespace Libraries::Files::PDF {
@@ -36,7 +38,7 @@ bool Scanner::readObjectValue() {
     const int next = cursor_.next();
     if (next == Cursor::end) return false;
     if (next == '<') return readDictionaryOrStream(offset);
-    if (next == '>' || Characters::hexValue(next) >= 0) {
+    if (next == '>' || Spelling::hexValue(next) >= 0) {
         kind_ = Value::Type::String;
         return readHexString(next) || refuse("Failed to read hex string in object at ", offset);
     }
@@ -70,7 +72,7 @@ bool Scanner::readObjectToken(std::uint64_t offset) {
         if (code == '<') {
             const int next = cursor_.next();
             if (next == Cursor::end) return false;
-            if (next == '<' || next == '>' || Characters::hexValue(next) >= 0) break;
+            if (next == '<' || next == '>' || Spelling::hexValue(next) >= 0) break;
             cursor_.back();
         }
         token_.push_back(static_cast<char>(code));
@@ -120,7 +122,7 @@ bool Scanner::skipStreamLineEnding() noexcept {
 
 bool Scanner::readName() {
     const std::string_view ahead = cursor_.ahead();
-    const std::size_t length = Characters::nameEnd.find(ahead);
+    const std::size_t length = Spelling::exactNameEnd.find(ahead);
     if (length != 0 && length < ahead.size()) {
         packer_.name(ahead.substr(0, length));
         cursor_.skip(length);
@@ -128,7 +130,7 @@ bool Scanner::readName() {
     }
     name_.clear();
     for (int code = cursor_.next(); code != Cursor::end; code = cursor_.next()) {
-        if (Characters::nameEnd.has(code)) {
+        if (Spelling::exactNameEnd.has(code)) {
             cursor_.back();
             break;
         }

@@ -1,5 +1,6 @@
 #include "reader/characters.h"
 #include "reader/scanner.h"
+#include "spelling/digits.h"
 #include "values/failure.h"
 #include "values/nesting.h"
 
@@ -114,7 +115,7 @@ bool Scanner::readAngle() {
     const int next = cursor_.next();
     if (next == Cursor::end) return false;
     if (next == '<') return completeToken() && readNestedDictionary(offset);
-    if (next == '>' || Characters::hexValue(next) >= 0) {
+    if (next == '>' || Spelling::hexValue(next) >= 0) {
         if (!completeToken()) return false;
         return readHexString(next) ||
                refuse("Failed to read hex string in value list at offset ", offset);
@@ -141,7 +142,7 @@ bool Scanner::readNestedDictionary(std::uint64_t offset) {
 
 bool Scanner::skipComment() noexcept {
     for (int code = cursor_.next(); code != Cursor::end; code = cursor_.next()) {
-        if (Characters::isLineEnding(code)) return true;
+        if (Spelling::isLineEnding(code)) return true;
     }
     return false;
 }

@@ -1,6 +1,7 @@
 #include "host/numbers.h"
-#include "reader/characters.h"
 #include "reader/scanner.h"
+#include "spelling/digits.h"
+#include "spelling/strings.h"
 #include "values/failure.h"
 
 #include <string>
@@ -51,7 +52,7 @@ bool LiteralReader::read() {
 
 void LiteralReader::takeRun() {
     const std::string_view ahead = cursor_.ahead();
-    const std::size_t run = Characters::stringStop.find(ahead);
+    const std::size_t run = Spelling::notPlainInLiteral.find(ahead);
     packer_.plainText(ahead.substr(0, run));
     cursor_.skip(run);
 }
@@ -59,7 +60,7 @@ void LiteralReader::takeRun() {
 LiteralReader::Step LiteralReader::take(int code) {
     const bool continued = continued_;
     continued_ = false;
-    if (Characters::isLineEnding(code)) return takeLineEnding(code, continued);
+    if (Spelling::isLineEnding(code)) return takeLineEnding(code, continued);
     if (code == '\\') {
         if (!completeOctal()) return Step::Fail;
         if (escaped_) packer_.lostBackslash();
@@ -67,7 +68,7 @@ LiteralReader::Step LiteralReader::take(int code) {
         return Step::Go;
     }
     if (escaped_) return takeEscaped(code);
-    if (octal_.size() < 3 && !octal_.empty() && Characters::isOctal(code)) {
+    if (octal_.size() < 3 && !octal_.empty() && Spelling::isOctal(code)) {
         octal_.push_back(static_cast<char>(code));
         return Step::Go;
     }
@@ -82,20 +83,18 @@ LiteralReader::Step LiteralReader::takeLineEnding(int code, bool afterCarriageRe
 }
 
 LiteralReader::Step LiteralReader::takeEscaped(int code) {
-    constexpr std::string_view names = "nrtfb()";
-    constexpr std::string_view meanings = "\n\r\t\f\b()";
     escaped_ = false;
-    if (Characters::isOctal(code)) {
+    if (Spelling::isOctal(code)) {
         octal_.push_back(static_cast<char>(code));
         return Step::Go;
     }
-    const std::size_t known = names.find(static_cast<char>(code));
-    if (known == std::string_view::npos) {
+    const auto character = Spelling::escapedBy(static_cast<char>(code));
+    if (!character) {
         report(LogLevel::Error, "Invalid escape character ", static_cast<char32_t>(code),
                " at offset ", cursor_.position() - 1);
         return Step::Fail;
     }
-    add(meanings[known]);
+    add(*character);
     return Step::Go;
 }
 
@@ -133,7 +132,7 @@ bool Scanner::readHexString(int firstDigit) {
     int high = -1;
     for (int code = firstDigit; code != '>'; code = cursor_.next()) {
         if (code == Cursor::end) return false;
-        const int digit = Characters::hexValue(code);
+        const int digit = Spelling::hexValue(code);
         if (digit < 0) continue;
         if (high >= 0) packer_.byte(static_cast<std::uint8_t>(high << 4 | digit));
         high = high >= 0 ? -1 : digit;

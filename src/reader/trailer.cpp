@@ -2,8 +2,9 @@
 #include "host/numbers.h"
 #include "host/text.h"
 #include "packed/unpacker.h"
-#include "reader/characters.h"
 #include "reader/file_structure.h"
+#include "spelling/characters.h"
+#include "spelling/digits.h"
 #include "values/dictionary.h"
 #include "values/failure.h"
 
@@ -49,7 +50,7 @@ bool BackwardSearch::endsAt(std::uint64_t end, std::string_view keyword) noexcep
 std::uint64_t BackwardSearch::findEndMarker() noexcept {
     constexpr std::string_view marker = "%%EOF";
     std::uint64_t end = cursor_.size();
-    while (end > marker.size() && Characters::isLineEnding(at(end - 1)))
+    while (end > marker.size() && Spelling::isLineEnding(at(end - 1)))
         --end;
     return endsAt(end, marker) ? end - marker.size() : 0;
 }
@@ -58,7 +59,7 @@ std::uint64_t BackwardSearch::findStartXref(std::uint64_t from) noexcept {
     std::uint64_t end = from;
     for (; end > 0; --end) {
         const int code = at(end - 1);
-        if (!Characters::isDigit(code) && !Characters::isLineEnding(code)) break;
+        if (!Spelling::isDigit(code) && !Spelling::isLineEnding(code)) break;
     }
     return endsAt(end, "startxref") ? end : 0;
 }
@@ -77,7 +78,7 @@ std::uint64_t BackwardSearch::findDictionaryStart(std::uint64_t from) noexcept {
             seen = true;
         } else if (pair) {
             --open;
-        } else if (seen && open == 0 && !Characters::isLineEnding(code)) {
+        } else if (seen && open == 0 && !Spelling::isLineEnding(code)) {
             return position;
         }
     }

@@ -3,6 +3,7 @@
 #include "host/text.h"
 #include "reader/characters.h"
 #include "reader/file_structure.h"
+#include "spelling/digits.h"
 #include "values/failure.h"
 
 #include <array>
@@ -34,7 +35,7 @@ bool goesOn(Host::Cursor& cursor) noexcept {
     int code = cursor.next();
     while (Characters::isWhite(code))
         code = cursor.next();
-    return Characters::isDigit(code);
+    return Spelling::isDigit(code);
 }
 
 } // namespace

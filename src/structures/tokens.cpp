@@ -1,6 +1,7 @@
 #include "structures/tokens.h"
 
 #include "host/numbers.h"
+#include "spelling/digits.h"
 #include "structures/flaw.h"
 #include "structures/syntax.h"
 
@@ -10,11 +11,11 @@ using Host::Cursor;
 
 std::uint64_t Tokens::skipSpace() noexcept {
     int code = cursor_.next();
-    while (Syntax::isWhite(code) || code == '%') {
+    while (Spelling::isReadAsWhite(code) || code == '%') {
         while (code == '%') {
             do {
                 code = cursor_.next();
-            } while (code != Cursor::end && !Characters::isLineEnding(code));
+            } while (code != Cursor::end && !Spelling::isLineEnding(code));
         }
         if (code != Cursor::end) code = cursor_.next();
     }
@@ -60,7 +61,7 @@ void Tokens::keyword(std::string_view keyword, const char* expected) {
 }
 
 std::optional<std::uint64_t> wholeNumber(std::string_view digits) noexcept {
-    if (digits.empty() || !Characters::isDigit(digits.front())) return std::nullopt;
+    if (digits.empty() || !Spelling::isDigit(digits.front())) return std::nullopt;
     return Host::StrConv::num<std::uint64_t>(digits);
 }
 

@@ -2,6 +2,8 @@
 
 #include "host/numbers.h"
 #include "packed/short_number.h"
+#include "spelling/digits.h"
+#include "spelling/numbers.h"
 #include "structures/flaw.h"
 #include "structures/syntax.h"
 #include "values/nesting.h"
@@ -11,14 +13,14 @@
 namespace Libraries::Files::PDF {
 
 using Host::Cursor;
-using Syntax::isWhite;
+using Spelling::isReadAsWhite;
 
 PackedValue ValueScanner::read(Cursor& cursor) {
     cursor_ = &cursor;
     packer_.clear();
     depth_ = 0;
     int code = cursor.next();
-    while (isWhite(code) || code == '%') {
+    while (isReadAsWhite(code) || code == '%') {
         if (code == '%') skipComment();
         code = cursor.next();
     }
@@ -69,7 +71,7 @@ void ValueScanner::readArray() {
     Packer::List list;
     packer_.beginArray(list);
     for (int code = cursor().next(); code != ']'; code = cursor().next()) {
-        if (isWhite(code)) continue;
+        if (isReadAsWhite(code)) continue;
         if (code == '%') {
             skipComment();
         } else if (code == Cursor::end) {
@@ -88,7 +90,7 @@ void ValueScanner::readDictionary() {
     Packer::List list;
     packer_.beginDictionary(list);
     for (int code = cursor().next(); code != '>'; code = cursor().next()) {
-        if (isWhite(code)) continue;
+        if (isReadAsWhite(code)) continue;
         if (code == '%') {
             skipComment();
         } else if (code == Cursor::end) {
@@ -110,7 +112,7 @@ void ValueScanner::readDictionary() {
 
 void ValueScanner::skipComment() noexcept {
     for (int code = cursor().next(); code != Cursor::end; code = cursor().next()) {
-        if (Characters::isLineEnding(code)) return;
+        if (Spelling::isLineEnding(code)) return;
     }
 }
 
@@ -138,7 +140,7 @@ Value::Type ValueScanner::readWord() {
 
 Value::Type ValueScanner::packWord(std::string_view word, std::uint64_t offset) {
     const char first = word.front();
-    if (Characters::isDigit(first) || first == '-' || first == '.' || first == '+') {
+    if (Spelling::isDigit(first) || first == '-' || first == '.' || first == '+') {
         packNumber(word, offset);
         return Value::Type::Number;
     }
@@ -163,7 +165,7 @@ bool isNumber(std::string_view word) noexcept {
     std::size_t digits = 0;
     std::size_t points = 0;
     for (const char character : word) {
-        digits += Characters::isDigit(character) ? 1U : 0U;
+        digits += Spelling::isDigit(character) ? 1U : 0U;
         points += character == '.' ? 1U : 0U;
     }
     return digits != 0 && points <= 1 && digits + points == word.size();

@@ -1,3 +1,6 @@
+#include "spelling/digits.h"
+#include "spelling/names.h"
+#include "spelling/strings.h"
 #include "structures/flaw.h"
 #include "structures/syntax.h"
 #include "structures/value_scanner.h"
@@ -9,7 +12,7 @@ using Host::Cursor;
 /// The name whose solidus was read.
 Value::Type ValueScanner::readName() {
     const std::string_view ahead = cursor().ahead();
-    const std::size_t plain = Syntax::notPlainInName.find(ahead);
+    const std::size_t plain = Spelling::notPlainInName.find(ahead);
     if (plain != 0 && plain < ahead.size() && Syntax::wordEnd.has(ahead[plain])) {
         packer_.name(ahead.substr(0, plain));
         cursor().skip(plain);
@@ -35,18 +38,11 @@ void ValueScanner::completeName() {
         text_.push_back(static_cast<char>(code));
     }
     canonical_.clear();
-    for (std::size_t index = 0; index < text_.size(); ++index) {
-        int code = static_cast<unsigned char>(text_[index]);
-        if (code == '#') {
-            const int high = index + 2 < text_.size() ? Characters::hexValue(text_[index + 1]) : -1;
-            const int low = index + 2 < text_.size() ? Characters::hexValue(text_[index + 2]) : -1;
-            code = high * 16 + low;
-            if (high < 0 || low < 0 || code == 0) {
-                damaged(offset, "in this name a number sign encodes nothing");
-            }
-            index += 2;
+    for (std::string_view left = text_; !left.empty();) {
+        if (left.front() == '#' && Spelling::encodedCode(left) <= 0) {
+            damaged(offset, "in this name a number sign encodes nothing");
         }
-        Spelling::appendNameCharacter(canonical_, static_cast<char>(code));
+        Spelling::appendNameCharacter(canonical_, Spelling::takeNameCharacter(left));
     }
 }
 
@@ -100,24 +96,20 @@ void ValueScanner::completeLiteral() {
 
 /// What stands behind a backslash. One that makes no escape counts for nothing.
 void ValueScanner::readEscape() {
-    constexpr std::string_view names = "nrtbf";
-    constexpr std::string_view meanings = "\n\r\t\b\f";
     int code = cursor().next();
     if (code == Cursor::end || code == '\n') return;
     if (code == '\r') return skipLineFeed();
-    if (!Characters::isOctal(code)) {
-        const std::size_t known = names.find(static_cast<char>(code));
-        text_.push_back(known == std::string_view::npos ? static_cast<char>(code)
-                                                        : meanings[known]);
+    if (!Spelling::isOctal(code)) {
+        const char letter = static_cast<char>(code);
+        text_.push_back(Spelling::escapedBy(letter).value_or(letter));
         return;
     }
-    unsigned octal = 0;
-    for (int digits = 0; digits < 3 && Characters::isOctal(code); ++digits) {
-        octal = octal * 8 + static_cast<unsigned>(code - '0');
-        code = cursor().next();
-    }
+    char digits[3];
+    std::size_t count = 0;
+    for (; count < sizeof(digits) && Spelling::isOctal(code); code = cursor().next())
+        digits[count++] = static_cast<char>(code);
     if (code != Cursor::end) cursor().back();
-    text_.push_back(static_cast<char>(octal & 0xFFU));
+    text_.push_back(static_cast<char>(Spelling::octalValue({digits, count}) & 0xFFU));
 }
 
 void ValueScanner::skipLineFeed() noexcept {
@@ -131,8 +123,8 @@ void ValueScanner::readHexadecimal(int code) {
     packer_.beginHexadecimal();
     int high = -1;
     for (; code != '>'; code = cursor().next()) {
-        if (Syntax::isWhite(code)) continue;
-        const int digit = Characters::hexValue(code);
+        if (Spelling::isReadAsWhite(code)) continue;
+        const int digit = Spelling::hexValue(code);
         if (digit < 0) damaged(offset, "this string has something else than hexadecimal digits");
         if (high >= 0) packer_.byte(static_cast<std::uint8_t>(high << 4 | digit));
         high = high >= 0 ? -1 : digit;

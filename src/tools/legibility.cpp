@@ -1,10 +1,9 @@
 #include "tools/legibility.h"
 
+#include "spelling/names.h"
 #include "tools/failure.h"
-#include "tools/names.h"
 
 #include <algorithm>
-#include <cctype>
 #include <string_view>
 #include <vector>
 
@@ -16,15 +15,11 @@ constexpr unsigned deepest = 512;
 
 /// Whether a name is read again as it is; `signs` asks that number signs encode something, too.
 bool isLegibleName(const Host::String& name, bool signs) noexcept {
-    const auto isHex = [&](std::uint64_t index) {
-        return index < name.length() && name[index] < 0x80 &&
-               std::isxdigit(static_cast<int>(name[index])) != 0;
-    };
-    for (std::uint64_t index = 0; index < name.length(); ++index) {
-        if (!isRegular(name[index])) return false;
-        if (!signs || name[index] != U'#') continue;
-        if (!isHex(index + 1) || !isHex(index + 2)) return false;
-        if (name[index + 1] == U'0' && name[index + 2] == U'0') return false;
+    const std::string_view bytes = name.narrow();
+    if (!name.isNarrow() || Spelling::exactNameEnd.find(bytes) < bytes.size()) return false;
+    std::size_t sign = signs ? bytes.find('#') : bytes.npos;
+    for (; sign != bytes.npos; sign = bytes.find('#', sign + 1)) {
+        if (Spelling::encodedCode(bytes.substr(sign)) <= 0) return false;
     }
     return true;
 }

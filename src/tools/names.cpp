@@ -1,6 +1,6 @@
 #include "tools/names.h"
 
-#include "spelling/spelling.h"
+#include "spelling/names.h"
 #include "tools/failure.h"
 
 #include <pdf/tools/editing.h>
@@ -14,13 +14,6 @@ bool canBeName(std::string_view text) noexcept {
 }
 
 } // namespace
-
-bool isRegular(char32_t code) noexcept {
-    constexpr char32_t lastByte = 0xFF;
-    constexpr char32_t firstNotPrintable = 0x7F;
-    if (code >= firstNotPrintable) return code <= lastByte;
-    return code == U'#' || Spelling::isPlainInName(static_cast<char>(code));
-}
 
 std::string spelledName(std::string_view text) {
     std::string name;

@@ -9,7 +9,4 @@ namespace Libraries::Files::PDF::Tools {
 /// that is no printable ASCII by the code of each byte. Throws `std::bad_alloc`.
 [[nodiscard]] std::string spelledName(std::string_view text);
 
-/// Whether a character may stand in a name as it is written here.
-[[nodiscard]] bool isRegular(char32_t code) noexcept;
-
 } // namespace Libraries::Files::PDF::Tools

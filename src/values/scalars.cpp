@@ -1,6 +1,7 @@
 #include "values/scalars.h"
 
 #include "host/guard.h"
+#include "spelling/digits.h"
 #include "values/failure.h"
 
 #include <algorithm>
@@ -45,13 +46,10 @@ Ref<Host::String> fromUtf16(std::span<const unsigned char> bytes, bool bigEndian
 }
 
 Ref<Host::String> hexadecimal(std::span<const unsigned char> bytes) {
-    constexpr const char* digits = "0123456789ABCDEF";
     std::string text;
     text.reserve(bytes.size() * 2);
-    for (unsigned char byte : bytes) {
-        text.push_back(digits[byte >> 4]);
-        text.push_back(digits[byte & 0x0F]);
-    }
+    for (unsigned char byte : bytes)
+        Spelling::appendHex(text, byte);
     return Host::String::create(std::string_view(text));
 }
 

@@ -1,9 +1,12 @@
 #pragma once
 
+#include "spelling/strings.h"
+
 #include <host/byte_buffer.h>
 #include <host/stripe.h>
 
 #include <cstdint>
+#include <cstring>
 #include <span>
 #include <string_view>
 
@@ -25,6 +28,8 @@ public:
 
     bool append(std::string_view text) noexcept { return keep(text.data(), text.size()); }
     bool append(char character) noexcept { return keep(&character, 1); }
+    /// Appends a code of a literal string.
+    bool append(const Spelling::LiteralCode& code) noexcept;
     bool appendNumber(std::uint64_t number) noexcept;
     bool appendNumber(std::int64_t number) noexcept;
     /// Appends `before`, `text` and `after` in one go.
@@ -68,5 +73,15 @@ private:
     bool exhausted_ = false;
     bool targetFailed_ = false;
 };
+
+inline bool Output::append(const Spelling::LiteralCode& code) noexcept {
+    std::uint8_t* const room = buffer_.room(code.text.size());
+    exhausted_ = exhausted_ || room == nullptr;
+    if (exhausted_) return false;
+    // To copy all of the array is faster than to look how much of it counts.
+    std::memcpy(room, code.text.data(), code.text.size());
+    buffer_.extend(code.size);
+    return true;
+}
 
 } // namespace Libraries::Files::PDF

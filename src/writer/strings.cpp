@@ -1,11 +1,11 @@
 #include "writer/strings.h"
 
 #include "host/windows_1252.h"
+#include "spelling/digits.h"
+#include "spelling/strings.h"
 #include "values/failure.h"
 
 #include <algorithm>
-#include <array>
-#include <optional>
 #include <string_view>
 
 namespace Libraries::Files::PDF {
@@ -14,36 +14,10 @@ using Libraries::Strings::Encodings::ANSI::Windows_1252;
 
 namespace {
 
-constexpr std::string_view escaped = "\r\b\t\n\f()\\";
-constexpr std::string_view escapes = "rbtnf()\\";
-
-constexpr std::array<bool, 0x7F> plainCodes = [] {
-    std::array<bool, 0x7F> plain{};
-    for (std::size_t code = 0; code < plain.size(); ++code) {
-        plain[code] = escaped.find(static_cast<char>(code)) == std::string_view::npos;
-    }
-    return plain;
-}();
-
-bool isPlain(char32_t code) noexcept {
-    return code < plainCodes.size() && plainCodes[code];
-}
-
-bool writeOctal(Output& output, unsigned code) noexcept {
-    const char text[] = {'\\', static_cast<char>('0' + (code >> 6)),
-                         static_cast<char>('0' + (code >> 3 & 7U)),
-                         static_cast<char>('0' + (code & 7U))};
-    return output.append(std::string_view(text, sizeof(text)));
-}
-
-bool writeSpecial(Output& output, char32_t code) noexcept {
-    if (code < 0x7F) {
-        const std::size_t known = escaped.find(static_cast<char>(code));
-        return output.append('\\') && output.append(escapes[known]);
-    }
-    if (code <= 0xFF) return writeOctal(output, code);
-    const std::optional<std::uint8_t> byte = Windows_1252::fromUnicode(code);
-    if (byte) return writeOctal(output, *byte);
+bool writeCode(Output& output, char32_t code) noexcept {
+    const auto byte =
+        code > 0xFF ? Windows_1252::fromUnicode(code) : static_cast<std::uint8_t>(code);
+    if (byte) return output.append(Spelling::literalCodes[*byte]);
     report(LogLevel::Error, "Failed to convert character: ", std::uint32_t{code});
     return fail(InvalidArgument, "Failed to convert string to PDF compatible string");
 }
@@ -55,27 +29,21 @@ bool writeLiteralString(Output& output, const Host::String& text) noexcept {
     const std::uint64_t length = text.length();
     const std::string_view narrow = text.narrow();
     for (std::uint64_t index = 0; index < length && written;) {
-        std::size_t run = 0;
-        while (index + run < narrow.size() &&
-               isPlain(static_cast<unsigned char>(narrow[index + run]))) {
-            ++run;
-        }
-        written = output.append(narrow.substr(std::min<std::size_t>(index, narrow.size()), run));
+        const auto rest = narrow.substr(std::min<std::size_t>(index, narrow.size()));
+        const std::size_t run = Spelling::notPlainInLiteral.find(rest);
+        written = output.append(rest.substr(0, run));
         index += run;
         if (index == length || !written) break;
-        const char32_t code = text[index++];
-        written =
-            isPlain(code) ? output.append(static_cast<char>(code)) : writeSpecial(output, code);
+        written = writeCode(output, text[index++]);
     }
     return written && output.append(')');
 }
 
 bool writeHexString(Output& output, std::span<const std::uint8_t> bytes) noexcept {
-    constexpr std::string_view digits = "0123456789ABCDEF";
     bool written = output.append('<');
     for (std::uint8_t byte : bytes) {
-        const char pair[] = {digits[byte >> 4], digits[byte & 0x0FU]};
-        written = written && output.append(std::string_view(pair, 2));
+        const auto pair = Spelling::hexOf(byte);
+        written = written && output.append(std::string_view(pair.data(), pair.size()));
     }
     return written && output.append('>');
 }

@@ -1,5 +1,6 @@
 #include "tools/forms/field_appearance.h"
 
+#include "spelling/digits.h"
 #include "tools/failure.h"
 #include "tools/new_stream.h"
 #include "tools/references.h"
@@ -34,12 +35,9 @@ TextPlace textPlace(const FieldEntries& widget, const WidgetFrame& frame, const 
 }
 
 std::string hexOf(const Codes& codes) {
-    constexpr char digits[] = "0123456789ABCDEF";
     std::string text = "<";
-    for (const unsigned char code : codes) {
-        text += digits[code >> 4];
-        text += digits[code & 0xF];
-    }
+    for (const unsigned char code : codes)
+        Spelling::appendHex(text, code);
     return text + ">";
 }
 

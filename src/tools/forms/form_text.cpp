@@ -1,5 +1,7 @@
 #include "tools/forms/form_text.h"
 
+#include "spelling/digits.h"
+#include "spelling/names.h"
 #include "tools/failure.h"
 #include "tools/fonts/text_font.h"
 
@@ -63,25 +65,15 @@ std::string literalText(const Host::String& text) {
     return fromUtf16(bytes);
 }
 
-int digitOf(char character) noexcept {
-    if (character >= '0' && character <= '9') return character - '0';
-    if (character >= 'A' && character <= 'F') return character - 'A' + 10;
-    if (character >= 'a' && character <= 'f') return character - 'a' + 10;
-    return -1;
-}
-
 /// Some producers write into a name what a literal string would say (ISO 32000-1, 7.3.4.2): UTF-16
 /// with octal escapes.
 std::string withoutEscapes(std::string_view text) {
     std::string bytes;
     for (std::size_t index = 0; index < text.size(); ++index) {
         const bool escape = text[index] == '\\' && index + 1 < text.size();
-        const auto isOctal = [](char digit) { return digit >= '0' && digit <= '7'; };
-        const bool octal = escape && index + 3 < text.size() &&
-                           std::ranges::all_of(text.substr(index + 1, 3), isOctal);
-        if (octal) {
-            const auto digit = [&](std::size_t at) { return text[index + at] - '0'; };
-            bytes += static_cast<char>(digit(1) * 64 + digit(2) * 8 + digit(3));
+        const std::string_view digits = text.substr(index + escape, 3);
+        if (escape && digits.size() == 3 && std::ranges::all_of(digits, Spelling::isOctal)) {
+            bytes += static_cast<char>(Spelling::octalValue(digits));
             index += 3;
         } else {
             if (escape) ++index;
@@ -115,15 +107,7 @@ std::string textOf(const Ref<Value>& value) {
 }
 
 std::string textOf(const Name& name) {
-    const std::string raw = name.name()->utf8();
-    std::string text;
-    for (std::size_t index = 0; index < raw.size(); ++index) {
-        const bool whole = raw[index] == '#' && index + 2 < raw.size();
-        const int high = whole ? digitOf(raw[index + 1]) : -1;
-        const int low = whole ? digitOf(raw[index + 2]) : -1;
-        if (high >= 0 && low >= 0) index += 2;
-        text += high >= 0 && low >= 0 ? static_cast<char>(high * 16 + low) : raw[index];
-    }
+    const std::string text = Spelling::decodedName(name.name()->utf8());
     if (text.starts_with("\\376\\377")) return fromUtf16(withoutEscapes(text));
     // Names are mostly UTF-8; what is none was made for a page of 256 codes.
     const bool valid = orThrow(Host::String::create(std::string_view(text)))->utf8() == text;

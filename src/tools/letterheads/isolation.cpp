@@ -1,6 +1,6 @@
 #include "tools/letterheads/isolation.h"
 
-#include "spelling/spelling.h"
+#include "spelling/names.h"
 #include "tools/failure.h"
 #include "tools/new_stream.h"
 #include "tools/pages/page_contents.h"

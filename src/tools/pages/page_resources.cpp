@@ -1,34 +1,12 @@
 #include "tools/pages/page_resources.h"
 
+#include "spelling/names.h"
 #include "tools/failure.h"
 #include "tools/references.h"
 
 #include <utility>
 
 namespace Libraries::Files::PDF::Tools {
-
-namespace {
-
-/// The name as readers take it (ISO 32000-1, 7.3.5): "#4C" is an L.
-std::string decoded(std::string_view name) {
-    constexpr std::string_view digits = "0123456789ABCDEFabcdef";
-    constexpr auto valueOf = [](std::size_t digit) { return digit < 16 ? digit : digit - 6; };
-    std::string text;
-    for (std::size_t at = 0; at < name.size(); ++at) {
-        const bool pair = name[at] == '#' && name.size() - at > 2;
-        const std::size_t high = pair ? digits.find(name[at + 1]) : digits.npos;
-        const std::size_t low = pair ? digits.find(name[at + 2]) : digits.npos;
-        if (high == digits.npos || low == digits.npos) {
-            text += name[at];
-            continue;
-        }
-        text += static_cast<char>(valueOf(high) * 16 + valueOf(low));
-        at += 2;
-    }
-    return text;
-}
-
-} // namespace
 
 bool PageResources::addXObject(const Page& page, std::string_view name,
                                const Ref<ObjectRef>& object) {
@@ -65,7 +43,7 @@ void UnusedNames::avoid(const Document& document, const Ref<Dictionary>& resourc
         if (!named || !isNew(named)) continue;
         const auto names = orThrow(named->keys());
         for (const auto& name : names) {
-            std::string text = name ? decoded(name->utf8()) : std::string();
+            std::string text = name ? Spelling::decodedName(name->utf8()) : std::string();
             if (text.starts_with(stem_)) used_.insert(std::move(text));
         }
     }

@@ -1,5 +1,7 @@
 #include "tools/pages/state_balance.h"
 
+#include "spelling/characters.h"
+
 #include <algorithm>
 #include <string_view>
 
@@ -7,17 +9,8 @@ namespace Libraries::Files::PDF::Tools {
 
 namespace {
 
-constexpr bool isWhite(char code) noexcept {
-    return std::string_view("\0\t\n\f\r ", 6).find(code) != std::string_view::npos;
-}
-
-constexpr bool isDelimiter(char code) noexcept {
-    return std::string_view("()<>[]{}/%").find(code) != std::string_view::npos;
-}
-
-constexpr bool isRegular(char code) noexcept {
-    return !isWhite(code) && !isDelimiter(code);
-}
+using Spelling::isRegular;
+using Spelling::isWhite;
 
 /// Walks the operators of a content stream, and what stands between them.
 class Operators {
