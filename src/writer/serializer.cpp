@@ -13,18 +13,6 @@
 
 namespace Libraries::Files::PDF {
 
-namespace {
-
-/// The value under the interface of its kind, or the failure of that kind.
-template <class Interface>
-Interface* typed(Value& value, const char* message) noexcept {
-    Interface* result = as<Interface>(&value);
-    if (result == nullptr) fail(InvalidArgument, message);
-    return result;
-}
-
-} // namespace
-
 bool Serializer::write(const Ref<Value>& value) {
     if (!value) return fail(NullArgument);
     const std::uint64_t start = output_.offset();
@@ -66,44 +54,37 @@ bool Serializer::writePacked(const PackedValue& packed) {
 
 bool Serializer::writeValue(Value& value) {
     switch (value.type()) {
-    case Value::Type::Name: {
-        const auto* name = typed<Name>(value, "Failed to cast name to Name");
-        return name != nullptr && writeName(*name);
-    }
-    case Value::Type::Boolean: {
-        const auto* boolean = typed<Boolean>(value, "Failed to cast boolean to Boolean");
-        return boolean != nullptr && output_.append(boolean->value() ? "true" : "false");
-    }
-    case Value::Type::Number: {
-        const auto* number = typed<Number>(value, "Failed to cast number to Number");
-        return number != nullptr && writeNumber(*number);
-    }
-    case Value::Type::String: {
-        const auto* string = typed<String>(value, "Failed to cast string to String");
-        return string != nullptr && writeString(*string);
-    }
-    case Value::Type::ObjectRef: {
-        const auto* ref = typed<ObjectRef>(value, "Failed to cast object reference to ObjectRef");
-        return ref != nullptr && writeReference(*ref);
-    }
-    case Value::Type::Dictionary: {
-        const auto* dict = typed<Dictionary>(value, "Failed to convert dictionary to Dictionary");
-        return dict != nullptr && writeDictionary(*dict);
-    }
-    case Value::Type::Stream: {
-        auto* stream = typed<Stream>(value, "Failed to convert stream to Stream");
-        return stream != nullptr && writeStream(*stream);
-    }
-    case Value::Type::Array: {
-        const auto* array = typed<Array>(value, "Failed to cast array to Array");
-        return array != nullptr && writeArray(*array);
-    }
+    case Value::Type::Name:
+        return writeAs<Name, &Serializer::writeName>(value, "Failed to cast name to Name");
+    case Value::Type::Boolean:
+        return writeAs<Boolean, &Serializer::writeBoolean>(value,
+                                                           "Failed to cast boolean to Boolean");
+    case Value::Type::Number:
+        return writeAs<Number, &Serializer::writeNumber>(value, "Failed to cast number to Number");
+    case Value::Type::String:
+        return writeAs<String, &Serializer::writeString>(value, "Failed to cast string to String");
+    case Value::Type::ObjectRef:
+        return writeAs<ObjectRef, &Serializer::writeReference>(
+            value, "Failed to cast object reference to ObjectRef");
+    case Value::Type::Dictionary:
+        return writeAs<Dictionary, &Serializer::writeDictionary>(
+            value, "Failed to convert dictionary to Dictionary");
+    case Value::Type::Stream:
+        return writeAs<Stream, &Serializer::writeStream>(value,
+                                                         "Failed to convert stream to Stream");
+    case Value::Type::Array:
+        return writeAs<Array, &Serializer::writeArray>(value, "Failed to cast array to Array");
     case Value::Type::Null:
-        return typed<Null>(value, "Failed to cast value to Null") != nullptr &&
-               output_.append("null");
+        return writeAs<Null, &Serializer::writeNull>(value, "Failed to cast value to Null");
     default:
         return fail(InvalidArgument, "Writing not supported for value of type ", value.type());
     }
+}
+
+template <class Interface, auto write>
+bool Serializer::writeAs(Value& value, const char* message) {
+    Interface* const typed = as<Interface>(&value);
+    return typed != nullptr ? (this->*write)(*typed) : fail(InvalidArgument, message);
 }
 
 bool Serializer::writeName(const Name& name) {
@@ -114,6 +95,10 @@ bool Serializer::writeName(const Name& name) {
 bool Serializer::writeKey(const Host::String& key) {
     if (key.isNarrow()) return output_.appendBetween("/", key.narrow(), {});
     return output_.append('/') && writeCodes(output_, key);
+}
+
+bool Serializer::writeBoolean(const Boolean& boolean) {
+    return output_.append(boolean.value() ? "true" : "false");
 }
 
 bool Serializer::writeNumber(const Number& number) {
@@ -189,6 +174,10 @@ bool Serializer::writeStream(Stream& stream) {
         return fail(StepFailed, "Failed to convert stream dictionary to buffer");
     }
     return writeDataOf(*data);
+}
+
+bool Serializer::writeNull(const Null& /*null*/) {
+    return output_.append("null");
 }
 
 bool Serializer::writeDataOf(Interfaces::Stripe& data) {

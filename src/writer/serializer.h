@@ -25,8 +25,12 @@ public:
 
 private:
     bool writeValue(Value& value);
+    /// Writes the value under the interface of its kind; fails with `message` where it has another.
+    template <class Interface, auto write>
+    bool writeAs(Value& value, const char* message);
     bool writeName(const Name& name);
     bool writeKey(const Host::String& key);
+    bool writeBoolean(const Boolean& boolean);
     bool writeNumber(const Number& number);
     bool writeString(const String& string);
     bool writeReference(const ObjectRef& ref);
@@ -34,6 +38,7 @@ private:
     bool writeDictionary(const Dictionary& dict);
     bool writeEntry(const Host::String& key, Value* value);
     bool writeStream(Stream& stream);
+    bool writeNull(const Null& null);
     bool writePacked(const PackedValue& packed);
     bool writeDataOf(Interfaces::Stripe& data);
     bool writeData(Interfaces::Stripe& data);
