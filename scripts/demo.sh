@@ -5,7 +5,5 @@ set -eu
 
 cd "$(dirname "$0")/.."
 scripts/setup
-cmake --preset release -B build/demo-programs \
-    -DFILES_PDF_TESTS=OFF -DFILES_PDF_BENCHMARKS=OFF -DFILES_PDF_STATIC=OFF
-cmake --build build/demo-programs
+scripts/demo-build
 scripts/demo-run build/demo-programs/examples build/demo
