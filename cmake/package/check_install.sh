@@ -6,8 +6,8 @@
 # IMPORT is yes where the import was built.
 set -eu
 
-cmake=$1 build=$2 cxx=$3 libdir=$4 docdir=$5 config=$7 import=$8
-case $6 in
+cmake=$1 build=$2 cxx=$3 libdir=$4 docdir=$5 static=$6 config=$7 import=$8
+case $static in
 ON | TRUE | 1 | YES) static=ON ;;
 *) static=OFF ;;
 esac
@@ -26,23 +26,25 @@ fail() {
 
 # runs PROGRAM: it prints the facts of the sample.
 runs() {
-    echo "running $1"
-    "$1" "$sample" >"$work/facts"
-    grep -qx 'pages 2' "$work/facts" || fail "$1 does not know the sample's pages"
+    program=$1
+    echo "running $program"
+    "$program" "$sample" >"$work/facts"
+    grep -qx 'pages 2' "$work/facts" || fail "$program does not know the sample's pages"
 }
 
 # imports PROGRAM: it makes a document of two pages one that opens.
 imports() {
-    echo "running $1"
-    "$1" "$modern" "$work/imported.pdf"
-    "$work/consumer/shared" "$work/imported.pdf" | grep -qx 'pages 2' || fail "$1 made nothing that opens"
+    program=$1
+    echo "running $program"
+    "$program" "$modern" "$work/imported.pdf"
+    "$work/consumer/shared" "$work/imported.pdf" | grep -qx 'pages 2' || fail "$program made nothing that opens"
 }
 
 # loads PROGRAM yes|no: whether it loads the shared library.
 loads() {
-    got=no
-    ! readelf -dW "$1" | grep -q 'NEEDED.*libfiles-pdf' || got=yes
-    [ $got = "$2" ] || fail "$1 loads the shared library: $got"
+    program=$1 wanted=$2 got=no
+    ! readelf -dW "$program" | grep -q 'NEEDED.*libfiles-pdf' || got=yes
+    [ $got = "$wanted" ] || fail "$program loads the shared library: $got"
 }
 
 check_tree() {
@@ -92,9 +94,11 @@ check_pkg_config() {
             $(pkg-config --cflags --libs files-pdf-import) -Wl,-rpath,"$prefix/$libdir"
         imports "$work/import-by-pkg-config"
     fi
-    [ $static = ON ] || return 0
+    [ $static != ON ] || check_static_pkg_config
+}
 
-    # Where only the static library is. The C compiler links no C++ runtime of its own accord.
+# Only the static library is there. The C compiler links no C++ runtime of its own accord.
+check_static_pkg_config() {
     mkdir "$work/static-only"
     cp -R "$prefix/." "$work/static-only"
     rm "$work/static-only/$libdir"/libfiles-pdf.so*

@@ -28,7 +28,8 @@ add_test(NAME package.add-subdirectory
 set_tests_properties(package.install package.add-subdirectory PROPERTIES
     TIMEOUT 900 PROCESSORS 2 ENVIRONMENT "CMAKE_BUILD_PARALLEL_LEVEL=2")
 
-# The packages are built beside the other tests; the machine gets them while nothing else runs.
+# The packages are built beside the other tests. Where they are asked to be installed, nothing else runs
+# meanwhile.
 if(FILES_PDF_dpkg-shlibdeps)
     add_test(NAME package.debian-build
         COMMAND "${PROJECT_SOURCE_DIR}/scripts/package" "${PROJECT_BINARY_DIR}/packages"
