@@ -227,15 +227,18 @@ void rewriteInMemory(benchmark::State& state, Kind kind) {
     });
 }
 
-// Opening and writing, from file to file. `commit` forces the data to the device and puts the file
-// in its place; without it the operating system holds all of the data when the clock stops.
-void rewriteFile(benchmark::State& state, Kind kind, bool commit) {
+/// Where the data is when the clock stops: with the operating system, or forced to the device and
+/// in the file's place.
+enum class Until { Written, Committed };
+
+// Opening and writing, from file to file.
+void rewriteFile(benchmark::State& state, Kind kind, Until until) {
     const Input& in = input(kind, state.range(0));
     measure(state, in, in.sample.bytes.size(), [&] {
         const auto document = Document::create(in.file());
         const auto target = Host::FileTarget::create(in.savePath.string());
         if (!document || !target || !document->write(target)) return false;
-        return commit ? target->commit() : static_cast<bool>(target->written());
+        return until == Until::Committed ? target->commit() : static_cast<bool>(target->written());
     });
 }
 
@@ -253,8 +256,8 @@ void registerAll(const char* name, Kind kind, std::int64_t objects) {
     if (kind == Kind::Text) add("decodeStreams", decodeStreams);
     add("writeToMemory", writeToMemory);
     add("rewriteInMemory", rewriteInMemory);
-    add("rewriteFile", rewriteFile, false);
-    add("rewriteFileAndCommit", rewriteFile, true)->UseRealTime();
+    add("rewriteFile", rewriteFile, Until::Written);
+    add("rewriteFileAndCommit", rewriteFile, Until::Committed)->UseRealTime();
 }
 
 [[maybe_unused]] const bool registered = [] {

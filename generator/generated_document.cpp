@@ -35,10 +35,16 @@ std::string GeneratedDocument::reference(std::uint32_t id) {
     return std::to_string(id) + " " + std::to_string(generations_[id]) + " R";
 }
 
-std::string GeneratedDocument::put(std::uint32_t id, std::string value, bool outside) {
+std::string GeneratedDocument::put(std::uint32_t id, std::string value) {
     const std::uint16_t generation = generations_[id];
-    revisions_.back().objects[id] = {generation, std::move(value), outside || generation != 0};
+    revisions_.back().objects[id] = {generation, std::move(value), generation != 0};
     return reference(id);
+}
+
+std::string GeneratedDocument::putOutside(std::uint32_t id, std::string value) {
+    std::string result = put(id, std::move(value));
+    revisions_.back().objects[id].outside = true;
+    return result;
 }
 
 std::string GeneratedDocument::maybeBehind(std::string value, unsigned percent) {
@@ -123,7 +129,7 @@ void GeneratedDocument::change() {
         if (random_.chance(60)) name(added);
         putData(added);
     }
-    if (random_.chance(50)) put(random_.oneOf(drawings_), stream({}, contents()), true);
+    if (random_.chance(50)) putOutside(random_.oneOf(drawings_), stream({}, contents()));
     putCatalog();
 }
 
@@ -180,7 +186,7 @@ std::string GeneratedDocument::putPage(const std::string& parent) {
     Tokens parts;
     for (std::size_t left = random_.between(1, 2); left > 0; --left) {
         drawings_.push_back(take());
-        parts.push_back(put(drawings_.back(), stream({}, contents()), true));
+        parts.push_back(putOutside(drawings_.back(), stream({}, contents())));
     }
     const std::string drawn = parts.size() == 1 && random_.chance(70)
                                   ? parts.front()
@@ -232,20 +238,18 @@ std::string GeneratedDocument::image() {
     std::string pixels;
     while (pixels.size() < 16)
         pixels += static_cast<char>(random_.below(256));
-    return put(take(),
-               stream({{"/Type", "/XObject"},
-                       {"/Subtype", "/Image"},
-                       {"/Width", "4"},
-                       {"/Height", "4"},
-                       {"/ColorSpace", "/DeviceGray"},
-                       {"/BitsPerComponent", maybeBehind("8", 10)}},
-                      pixels),
-               true);
+    return putOutside(take(), stream({{"/Type", "/XObject"},
+                                      {"/Subtype", "/Image"},
+                                      {"/Width", "4"},
+                                      {"/Height", "4"},
+                                      {"/ColorSpace", "/DeviceGray"},
+                                      {"/BitsPerComponent", maybeBehind("8", 10)}},
+                                     pixels));
 }
 
 void GeneratedDocument::putData(std::uint32_t id) {
     if (random_.chance(20)) {
-        put(id, stream({{"/Kept", spelling_.value(2, references_)}}, spelling_.string()), true);
+        putOutside(id, stream({{"/Kept", spelling_.value(2, references_)}}, spelling_.string()));
     } else {
         put(id, random_.chance(30) ? spelling_.value(0, {}) : spelling_.container(3, references_));
     }

@@ -41,7 +41,9 @@ private:
 
     std::uint32_t take();
     std::string reference(std::uint32_t id);
-    std::string put(std::uint32_t id, std::string value, bool outside = false);
+    std::string put(std::uint32_t id, std::string value);
+    /// The same of an object that must stand outside of object streams.
+    std::string putOutside(std::uint32_t id, std::string value);
     /// The value, or a reference to a new object with it.
     std::string maybeBehind(std::string value, unsigned percent);
     std::string stream(Entries entries, const std::string& data);
