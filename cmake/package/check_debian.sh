@@ -27,7 +27,7 @@ not_checked() {
     exit 77
 }
 
-for part in debian_control debian_use debian_installation; do
+for part in runs debian_control debian_use debian_installation; do
     # shellcheck disable=SC1090 # they stand beside it
     . "$here/$part.sh"
 done

@@ -24,13 +24,8 @@ fail() {
     exit 1
 }
 
-# runs PROGRAM: it prints the facts of the sample.
-runs() {
-    program=$1
-    echo "running $program"
-    "$program" "$sample" >"$work/facts"
-    grep -qx 'pages 2' "$work/facts" || fail "$program does not know the sample's pages"
-}
+# shellcheck source=cmake/package/runs.sh
+. "$here/runs.sh"
 
 # imports PROGRAM: it makes a document of two pages one that opens.
 imports() {

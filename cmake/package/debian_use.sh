@@ -1,13 +1,5 @@
 # shellcheck shell=sh disable=SC2154 # part of check_debian.sh: programs that use the packages.
 
-# runs PROGRAM: it prints the facts of the sample.
-runs() {
-    program=$1
-    echo "running $program"
-    "$program" "$sample" >"$work/facts"
-    grep -qx 'pages 2' "$work/facts" || fail "$program does not know the sample's pages"
-}
-
 # use_packages [OPTION...]: builds and runs programs as a user of the packages does. Only the options of CMake
 # and the environment say where the packages are.
 use_packages() {
