@@ -26,11 +26,12 @@ struct CostlyFile {
     Ending expected;
 };
 
-/// The work of a tool that changes a document: the file is opened, changed and written.
-template <bool (*Change)(Libraries::Files::PDF::Document&)>
+/// The work of a tool that changes a document: the file is opened, changed and written. The tool
+/// takes the document, and gives what is true where it succeeds.
+template <auto Change>
 Ending changeAndSave(const std::string& path);
 /// The work of one that only looks.
-template <bool (*Look)(Libraries::Files::PDF::Document&)>
+template <auto Look>
 Ending lookAt(const std::string& path);
 
 [[nodiscard]] std::span<const CostlyFile> costlyForms();
@@ -45,18 +46,18 @@ Ending lookAt(const std::string& path);
 /// Whether the document was written beside its file.
 [[nodiscard]] bool saved(Libraries::Files::PDF::Document& document, const std::string& path);
 
-template <bool (*Change)(Libraries::Files::PDF::Document&)>
+template <auto Change>
 Ending changeAndSave(const std::string& path) {
     const auto document = opened(path);
     if (!document) return Ending::NotOpened;
-    return Change(*document) && saved(*document, path) ? Ending::Done : Ending::Refused;
+    return Change(document) && saved(*document, path) ? Ending::Done : Ending::Refused;
 }
 
-template <bool (*Look)(Libraries::Files::PDF::Document&)>
+template <auto Look>
 Ending lookAt(const std::string& path) {
     const auto document = opened(path);
     if (!document) return Ending::NotOpened;
-    return Look(*document) ? Ending::Done : Ending::Refused;
+    return Look(document) ? Ending::Done : Ending::Refused;
 }
 
 } // namespace Benchmarks

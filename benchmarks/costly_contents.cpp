@@ -3,7 +3,8 @@
 #include "object_file.h"
 
 #include <host/memory_stripe.h>
-#include <pdf/tools/background.h>
+#include <pdf/tools/letterheads.h>
+#include <pdf/tools/pages.h>
 #include <pdf/tools/streams.h>
 
 #include <algorithm>
@@ -106,10 +107,8 @@ Ref<Document> simple() {
 }
 
 template <bool Above>
-bool layOnto(Document& document) {
-    Tools::LetterheadOptions options;
-    options.above = Above;
-    return Tools::letterhead(document, simple(), options);
+Tools::Result<void> layOnto(const Ref<Document>& document) {
+    return Tools::letterhead(document, simple(), {.above = Above});
 }
 
 /// The file is the letterhead, each page of which is laid onto a page.
@@ -119,21 +118,17 @@ Ending layFile(const std::string& path) {
     const Ref<Document> document = simple();
     Tools::LetterheadOptions options;
     options.mode = Tools::LetterheadPages::PageByPageThenLast;
-    if (!document || !Tools::letterhead(*document, letterhead, options)) return Ending::Refused;
+    if (!document || !Tools::letterhead(document, letterhead, options)) return Ending::Refused;
     return saved(*document, path) ? Ending::Done : Ending::Refused;
 }
 
-bool isolateFirst(Document& document) {
-    const auto pages = Tools::allPages(document);
-    return pages && Tools::isolatePage(document, (*pages)[0], "Former") != nullptr;
+Tools::Result<Ref<ObjectRef>> isolateFirst(const Ref<Document>& document) {
+    auto pages = Tools::Pages::of(document);
+    return pages ? pages->isolate(0, "Former") : Tools::Unexpected(pages.error());
 }
 
-bool expand(Document& document) {
+Tools::Result<void> expand(const Ref<Document>& document) {
     return Tools::expandStreams(document);
-}
-
-bool compress(Document& document) {
-    return Tools::compressStreams(document);
 }
 
 constexpr CostlyFile files[] = {
@@ -170,8 +165,8 @@ constexpr CostlyFile files[] = {
      changeAndSave<expand>, Ending::Refused},
     {"expanding: predictors of 4000000000 columns", predicted, changeAndSave<expand>, Ending::Done},
     {"expanding: streams inside each other", streamsInsideEachOther, lookAt<expand>, Ending::Done},
-    {"compressing: streams inside each other", streamsInsideEachOther, lookAt<compress>,
-     Ending::Refused},
+    {"compressing: streams inside each other", streamsInsideEachOther,
+     lookAt<Tools::compressStreams>, Ending::Refused},
 };
 
 } // namespace

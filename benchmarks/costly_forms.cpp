@@ -4,7 +4,7 @@
 
 #include <host/string.h>
 #include <pdf/form.h>
-#include <pdf/tools/filling.h>
+#include <pdf/tools/forms.h>
 
 #include <string_view>
 #include <vector>
@@ -213,47 +213,45 @@ std::string expanding(std::size_t size, std::size_t each) {
     return file.file();
 }
 
-bool listOptions(Document& document) {
-    const Ref<Form> form = Tools::openForm(document);
-    const Ref<Field> field = form ? form->field(0) : nullptr;
-    return field && Tools::fieldOptions(document, *field).size() > 7 &&
-           Tools::fieldValues(document, *field).size() == 1;
+bool listOptions(const Ref<Document>& document) {
+    const auto form = Tools::FormEditor::of(document).value();
+    const Ref<Field> field = form.field("f").value();
+    return form.options(field)->size() > 7 && form.values(field)->size() == 1;
 }
 
 /// Looks at a chain of fields, each the only kid of the one before.
-bool listValues(Document& document) {
-    const Ref<Form> form = Tools::openForm(document);
-    Ref<Field> field = form ? form->field(0) : nullptr;
+bool listValues(const Ref<Document>& document) {
+    const auto form = Tools::FormEditor::of(document).value();
+    Ref<Field> field = document->form()->field(0);
     for (; field && field->childCount() == 1; field = field->child(0)) {
-        if (Tools::fieldValues(document, *field).size() > 1) return false;
+        if (form.values(field)->size() > 1) return false;
     }
     return field != nullptr;
 }
 
-bool chooseState(Document& document) {
-    const Ref<Form> form = Tools::openForm(document);
-    return form && Tools::fillField(document, *form, "f", "S7") == Tools::Filled::Shown;
+/// Sets the field, which then looks so in every viewer.
+bool fill(const Ref<Document>& document, std::string_view text) {
+    const auto filled = Tools::FormEditor::of(document).value().fill("f", text);
+    return filled && !filled->viewerNeeded;
 }
 
-bool fillText(Document& document) {
-    const Ref<Form> form = Tools::openForm(document);
-    return form && Tools::fillField(document, *form, "f", "text") == Tools::Filled::Shown;
+bool chooseState(const Ref<Document>& document) {
+    return fill(document, "S7");
+}
+
+bool fillText(const Ref<Document>& document) {
+    return fill(document, "text");
 }
 
 /// Chooses all options of a field.
-bool chooseAll(Document& document) {
-    const Ref<Form> form = Tools::openForm(document);
-    const Ref<Field> field = form ? form->field(0) : nullptr;
-    if (!field) return false;
+bool chooseAll(const Ref<Document>& document) {
+    auto form = Tools::FormEditor::of(document).value();
+    const auto options = form.options(form.field("f").value()).value();
     std::vector<std::string_view> texts;
-    const auto options = Tools::fieldOptions(document, *field);
     for (const Tools::FieldOption& option : options)
         texts.push_back(option.value);
-    return Tools::chooseOptions(document, *form, "f", texts) == Tools::Filled::Shown;
-}
-
-bool flatten(Document& document) {
-    return Tools::flattenForm(document);
+    const auto chosen = form.choose("f", texts);
+    return chosen && !chosen->viewerNeeded;
 }
 
 constexpr CostlyFile files[] = {
@@ -270,26 +268,29 @@ constexpr CostlyFile files[] = {
          return fieldOfWidgets(1, "/FT/Ch/Ff 2097152/Opt" + manyOptions(size), "");
      },
      changeAndSave<chooseAll>, Ending::Done},
-    {"flattening: one widget listed often", widgetListedOften, changeAndSave<flatten>,
+    {"flattening: one widget listed often", widgetListedOften, changeAndSave<Tools::flattenForm>,
      Ending::Done},
-    {"flattening: annotations shared by pages", sharedAnnotations, changeAndSave<flatten>,
+    {"flattening: annotations shared by pages", sharedAnnotations,
+     changeAndSave<Tools::flattenForm>, Ending::Refused},
+    {"flattening: many widgets with looks of their own", widgetsWithLooks,
+     changeAndSave<Tools::flattenForm>, Ending::Done},
+    {"flattening: two long default appearances", longAppearances, changeAndSave<Tools::flattenForm>,
+     Ending::Done},
+    {"flattening: two long lists of options", longOptions, changeAndSave<Tools::flattenForm>,
+     Ending::Done},
+    {"flattening: two long selections", longSelections, changeAndSave<Tools::flattenForm>,
      Ending::Refused},
-    {"flattening: many widgets with looks of their own", widgetsWithLooks, changeAndSave<flatten>,
+    {"flattening: two long lists shown whole", longLists, changeAndSave<Tools::flattenForm>,
+     Ending::Refused},
+    {"flattening: two long texts", longTexts, changeAndSave<Tools::flattenForm>, Ending::Refused},
+    {"flattening: a font of many differences", longDifferences, changeAndSave<Tools::flattenForm>,
      Ending::Done},
-    {"flattening: two long default appearances", longAppearances, changeAndSave<flatten>,
-     Ending::Done},
-    {"flattening: two long lists of options", longOptions, changeAndSave<flatten>, Ending::Done},
-    {"flattening: two long selections", longSelections, changeAndSave<flatten>, Ending::Refused},
-    {"flattening: two long lists shown whole", longLists, changeAndSave<flatten>, Ending::Refused},
-    {"flattening: two long texts", longTexts, changeAndSave<flatten>, Ending::Refused},
-    {"flattening: a font of many differences", longDifferences, changeAndSave<flatten>,
-     Ending::Done},
-    {"flattening: fonts that share their differences", sharedDifferences, changeAndSave<flatten>,
-     Ending::Done},
+    {"flattening: fonts that share their differences", sharedDifferences,
+     changeAndSave<Tools::flattenForm>, Ending::Done},
     {"flattening: one page that expands", [](std::size_t size) { return expanding(size, size); },
-     changeAndSave<flatten>, Ending::Done},
+     changeAndSave<Tools::flattenForm>, Ending::Done},
     {"flattening: many pages that expand", [](std::size_t size) { return expanding(size, 1000); },
-     changeAndSave<flatten>, Ending::Done},
+     changeAndSave<Tools::flattenForm>, Ending::Done},
 };
 
 } // namespace

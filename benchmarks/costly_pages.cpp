@@ -6,6 +6,7 @@
 namespace Benchmarks {
 namespace {
 
+using Host::Ref;
 using Libraries::Files::PDF::Document;
 namespace Tools = Libraries::Files::PDF::Tools;
 
@@ -68,16 +69,13 @@ std::string nodesWithinNodes(std::size_t size) {
     return file.file();
 }
 
-bool listPages(Document& document) {
-    return Tools::allPages(document) != nullptr;
-}
-
-bool flatten(Document& document) {
-    return Tools::flattenPages(document);
+Tools::Result<void> flatten(const Ref<Document>& document) {
+    auto pages = Tools::Pages::of(document);
+    return pages ? pages->flatten() : Tools::Unexpected(pages.error());
 }
 
 constexpr CostlyFile files[] = {
-    {"pages: nodes share their kids", sharedKids, lookAt<listPages>, Ending::Refused},
+    {"pages: nodes share their kids", sharedKids, lookAt<Tools::Pages::of>, Ending::Refused},
     {"pages: one listed often", [](std::size_t size) { return listedOften(size, ""); },
      changeAndSave<flatten>, Ending::Done},
     {"pages: one of many keys listed often",

@@ -219,9 +219,7 @@ std::string manyNulls(std::size_t size) {
 
 Ending rewrite(const std::string& path) {
     const auto document = Tools::open(path);
-    if (!document) return Ending::Refused;
-    return Tools::save(*document, path + ".saved") == Tools::Saved::Done ? Ending::Done
-                                                                         : Ending::Refused;
+    return document && Tools::save(*document, path + ".saved") ? Ending::Done : Ending::Refused;
 }
 
 constexpr CostlyFile files[] = {

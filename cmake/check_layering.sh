@@ -5,7 +5,7 @@
 #                                                                                <- document
 #   public headers <- tools <- tools/pages <- tools/letterheads
 #                                          <- tools/forms, on tools/fonts too
-#   public headers but for tools <- import, which alone knows libqpdf
+#   public headers <- import, which alone knows libqpdf
 #
 # Tools stand on the public headers, the runtime and spelling, and nothing includes what is theirs.
 # Spelling stands on nothing, and the import sees it too.
@@ -49,7 +49,7 @@ BEGIN {
     sees["tools/fonts"] = sees["tools"] "tools/fonts "
     sees["tools/letterheads"] = sees["tools/pages"] "tools/letterheads "
     sees["tools/forms"] = sees["tools/pages"] "tools/fonts tools/forms "
-    sees["public-import"] = " public-host public-pdf codes public-import "
+    sees["public-import"] = sees["public-tools"] "public-import "
     sees["import"] = sees["public-import"] "spelling import "
     # The public error codes are named in one place, which the runtime shares.
     sees["public-pdf"] = sees["public-pdf"] "codes "

@@ -6,6 +6,8 @@
 #include <host/files.h>
 #include <host/memory_stripe.h>
 #include <pdf/document.h>
+#include <pdf/tools/files.h>
+#include <pdf/tools/pages.h>
 
 using namespace Libraries::Files::PDF;
 using namespace Host::Literals;
@@ -19,6 +21,8 @@ void use(const Ref<Document>& document, const Ref<Dictionary>& dict, const Ref<V
     (void)(target && target->commit());
     for (const auto& key : dict->keys())
         (void)key->length();
+    for (const auto& page : Tools::Pages::of(document).value())
+        (void)page;
 #if MISUSE == 1 // the way down without a cast
     const Ref<Dictionary> narrowed = value;
 #elif MISUSE == 2 // a reference nobody took
@@ -67,5 +71,9 @@ void use(const Ref<Document>& document, const Ref<Dictionary>& dict, const Ref<V
 #elif MISUSE == 23 // two vectors that are gone
     for (auto key = dict->keys().begin(); key != dict->keys().end(); ++key)
         (void)key;
+#elif MISUSE == 24 // losing what a tool failed with
+    Tools::save(document, "out.pdf");
+#elif MISUSE == 25 // a value that nobody knows to be there
+    const Ref<Dictionary> entries = Tools::get<Dictionary>(document, dict, "A");
 #endif
 }

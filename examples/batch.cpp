@@ -13,7 +13,7 @@
 
 namespace {
 
-namespace Tools = Libraries::Files::PDF::Tools;
+using Libraries::Files::PDF::Document;
 
 // page begin
 struct Task {
@@ -40,12 +40,11 @@ struct Ways {
 /// Rewrites one file; whatever it takes is made here and belongs to this thread alone. The target
 /// is put in place when all of it was written, opens again and is sound. Gives "ok", or the error.
 std::string rewrite(const Task& task, const Ways& ways) {
-    const auto document = Program::load(task.from, ways.opening);
-    const auto saved = document ? Program::store(*document, task.to, ways.saving, task.name + ": ")
-                                : Tools::Saved::Failed;
-    if (saved == Tools::Saved::Done) return "ok";
-    const std::uint32_t code = Host::Error::get(); // of this thread
-    return Program::failureLine(code, {}, document ? Program::why(saved) : "");
+    const auto store = [&](const Host::Ref<Document>& document) {
+        return Program::store(document, task.to, ways.saving, task.name + ": ");
+    };
+    const auto saved = Program::load(task.from, ways.opening).and_then(store);
+    return saved ? "ok" : Program::failureLine({}, saved.error());
 }
 
 /// What came of the tasks so far. Threads share it, hence the lock.

@@ -79,20 +79,19 @@ bool copy(Interfaces::Stripe& from, Interfaces::Stripe& to) {
 }
 
 // What arrives from elsewhere goes into storage; the document is opened and written there, and what
-// was written goes out once it opens and is sound. False with the code set.
+// was written goes out once it opens and is sound. Fails as work that `Program::attempt` does.
 bool rewriteInStorage(Interfaces::Stripe& in, Interfaces::Stripe& out) {
     using namespace Libraries::Files::PDF;
     const auto stored = Host::make<BlockStripe>();
-    if (!stored || !copy(in, *stored)) return false;
-    const auto document = Document::create(stored, Structure::Any);
-    const auto written = document ? Host::make<BlockStripe>() : nullptr;
-    if (!written) return false;
-    const auto losses = Tools::losses(*document);
-    if (std::ranges::any_of(losses, Tools::isGrave, &Tools::LossFound::kind)) {
-        Host::Error::set(ResultUnsound);
-        return false;
-    }
-    return document->write(written) && Document::create(written) && copy(*written, out);
+    const auto written = Host::make<BlockStripe>();
+    if (!stored || !written || !copy(in, *stored)) return false;
+    const auto document = Tools::openFrom(stored).value();
+    const auto losses = Tools::losses(document).value();
+    if (std::ranges::any_of(losses, Tools::isGrave, &Tools::LossFound::kind))
+        throw Tools::BadResultAccess(Tools::Failure(ResultUnsound));
+    if (!document->write(written)) return false;
+    Tools::openFrom(written).value();
+    return copy(*written, out);
 }
 
 } // namespace
@@ -106,6 +105,7 @@ int main(int argc, char** argv) {
     if (!source) return Program::failure(arguments[0]);
     const auto target = Host::FileTarget::create(arguments[1]);
     if (!target) return Program::failure(arguments[1]);
-    if (!rewriteInStorage(*source, *target)) return Program::failure(arguments[0]);
+    const auto rewrite = [&] { return rewriteInStorage(*source, *target); };
+    if (const int status = Program::attempt(arguments[0], rewrite)) return status;
     return target->commit() ? Program::done : Program::failure(arguments[1]);
 }

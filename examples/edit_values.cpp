@@ -7,38 +7,27 @@
 namespace {
 
 using namespace Libraries::Files::PDF;
+using Host::Ref;
 
 // page begin
 /// Gives the document a title, in any script, and prints the former one.
-bool setTitle(Document& document, std::string_view utf8) {
-    auto info = Tools::as<Dictionary>(Tools::resolve(document, document.trailer()->find("Info")));
-    if (!info) { // there is none: make it, as an object that the trailer refers to
-        info = Dictionary::create();
-        const auto ref = Tools::addObject(document, info);
-        if (!ref || !document.trailer()->set("Info", ref)) return false;
-    }
-    const auto former = info->findAsString("Title", true);
-    const auto text = former ? former->asText() : nullptr; // UTF-16 bytes become text as well
-    if (text) std::printf("was: %s\n", text->utf8().c_str());
-    const auto title = Tools::textString(utf8);
-    return title && info->set("Title", title); // setting null would take the entry away
+bool setTitle(const Ref<Document>& document, std::string_view utf8) {
+    const auto info = Tools::getOrAdd(document, document->trailer(), "Info").value();
+    const auto former = Tools::get<String>(document, info, "Title");
+    if (former) std::printf("was: %s\n", (*former)->asText()->utf8().c_str()); // UTF-16 too
+    return info->set("Title", Tools::textString(utf8).value());
 }
 
 /// Has viewers open the document at its last page, fit into the window (ISO 32000-1, 12.3.2.2).
-bool openAtLastPage(const Document& document) {
-    const auto pages = Tools::allPages(document);
-    const auto catalog = pages ? document.getCatalog() : nullptr;
-    if (!catalog) return false;
-    if (pages->empty()) { // a failure of ours is reported as those of the library are
-        Host::Error::set(PageTreeInvalid);
-        return false;
-    }
-    const auto page = Tools::referenceTo(pages->back().object);
-    const auto fit = Name::create("Fit");
-    const auto view = page && fit ? Array::create({page, fit}) : nullptr;
-    const auto entries = catalog->valueAsDictionary();
-    return view && entries->set("OpenAction", view) &&
-           entries->set("PageMode", nullptr); // away with it
+bool openAtLastPage(const Ref<Document>& document) {
+    const auto pages = Tools::Pages::of(document).value();
+    if (pages.empty()) // a failure of ours is thrown as those of the library are
+        throw Tools::BadResultAccess(Tools::Failure(PageTreeInvalid, "it has no page"));
+    const auto last = Tools::referenceTo(pages[pages.size() - 1].object).value();
+    const auto view = Array::create({last, Tools::nameOf("Fit").value()});
+    const auto catalog = Tools::get<Dictionary>(document, document->trailer(), "Root").value();
+    return view && catalog->set("OpenAction", view) &&
+           catalog->set("PageMode", nullptr); // null takes the entry away
 }
 // page end
 
@@ -51,12 +40,7 @@ int main(int argc, char** argv) {
          "Gives the document a title, prints the former one, and has it open at its last page.",
          Program::writingOptions()});
     if (!arguments.are(3)) return arguments.refuse();
-
-    const auto how = Program::opening(arguments);
-    const auto document = Program::open(arguments[0], how);
-    if (!document) return Program::failed;
-    if (!setTitle(*document, arguments[2]) || !openAtLastPage(*document))
-        return Program::failure(arguments[0]);
-    if (const int status = Program::finishOutput(); status != 0) return status;
-    return Program::save(*document, arguments[1], Program::saving(arguments));
+    return Program::edit(arguments, arguments[0], arguments[1], [&](const Ref<Document>& document) {
+        return setTitle(document, arguments[2]) && openAtLastPage(document);
+    });
 }

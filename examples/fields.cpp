@@ -1,9 +1,10 @@
 // Prints the fields of a document's form, one for each line: full path, kind, flags, value and,
-// where there is a choice, what can be chosen, with tabs between them.
+// where there is a choice, what can be chosen, with tabs between them. What a field inherits counts
+// as its own.
 
 #include "program.h"
 
-#include <pdf/tools/filling.h>
+#include <pdf/tools/forms.h>
 
 namespace {
 
@@ -35,53 +36,22 @@ std::string onOneLine(const std::string& text) {
 }
 
 /// What can be chosen: values, and what they show where that is something else.
-std::string optionsText(const Document& document, const Field& field) {
+std::string optionsText(const std::vector<Tools::FieldOption>& options) {
     std::vector<std::string> texts;
-    for (const Tools::FieldOption& option : Tools::fieldOptions(document, field)) {
+    for (const Tools::FieldOption& option : options) {
         const bool same = option.text == option.value;
         texts.push_back(same ? option.value : option.value + " (" + option.text + ")");
     }
     return Program::joined(texts);
 }
 
-/// Prints fields. Widgets, which have no name, repeat what their field holds; where there are many
-/// that would be far more than the file.
-class Listing {
-public:
-    explicit Listing(const Document& document) : document_(document) {}
-
-    void print(const Field& field) {
-        constexpr std::size_t mostRepeated = 1 << 20;
-        const bool isWidget = field.parent() && !field.partialName();
-        std::string values, options;
-        if (!isWidget || repeated_ < mostRepeated) {
-            values = onOneLine(Program::joined(Tools::fieldValues(document_, field)));
-            options = onOneLine(optionsText(document_, field));
-        }
-        if (isWidget) repeated_ += values.size() + options.size();
-        const auto path = field.fullName();
-        std::printf("%s\t%s\t0x%X\t%s%s%s\n", path ? onOneLine(path->utf8()).c_str() : "",
-                    text(field.fieldType()), field.flags(), values.c_str(),
-                    options.empty() ? "" : "\t", options.c_str());
-    }
-
-private:
-    const Document& document_;
-    std::size_t repeated_ = 0; ///< bytes
-};
-
-void print(const Document& document, const Form& form) {
-    Listing listing(document);
-    std::vector<Ref<Field>> waiting;
-    for (std::uint64_t index = form.fieldCount(); index-- > 0;)
-        waiting.push_back(form.field(index));
-    while (!waiting.empty()) {
-        const Ref<Field> field = waiting.back();
-        waiting.pop_back();
-        listing.print(*field);
-        for (std::uint64_t index = field->childCount(); index-- > 0;)
-            waiting.push_back(field->child(index));
-    }
+void print(const Tools::FormEditor& form, const Ref<Field>& field) {
+    const auto path = field->fullName();
+    const std::string values = onOneLine(Program::joined(form.values(field).value()));
+    const std::string options = onOneLine(optionsText(form.options(field).value()));
+    std::printf("%s\t%s\t0x%X\t%s%s%s\n", path ? onOneLine(path->utf8()).c_str() : "",
+                text(form.kind(field).value()), form.flags(field).value(), values.c_str(),
+                options.empty() ? "" : "\t", options.c_str());
 }
 
 } // namespace
@@ -92,22 +62,11 @@ int main(int argc, char** argv) {
         {"fields FILE", "Prints the fields of the form: path, kind, flags, value and choices.",
          Program::openingOptions()});
     if (!arguments.are(1)) return arguments.refuse();
-
-    const auto how = Program::opening(arguments);
-    const auto document = Program::open(arguments[0], how);
-    if (!document) return Program::failed;
-
-    // A form of which a part could not be built is there, but says so.
-    Host::Error::set(Host::NoError);
-    const auto form = Tools::openForm(*document);
-    const std::uint32_t code = Host::Error::get();
-    if (!form && code == FormNotFound)
-        return Program::failure(arguments[0], code, "it has no form",
-                                "there is nothing to fill in");
-    if (!form) return Program::failure(arguments[0]);
-
-    print(*document, *form);
-    if (const int status = Program::finishOutput(); status != 0) return status;
-    if (code == Host::NoError) return Program::done;
-    return Program::failure(arguments[0], code, "the fields that were printed are not all", "");
+    return Program::look(arguments, arguments[0], [](const Ref<Document>& document) {
+        const auto form = Tools::FormEditor::of(document).value();
+        for (const Ref<Field>& field : form)
+            print(form, field);
+        // A form of which a part could not be built is there, but says so.
+        if (const auto& why = form.incomplete()) throw Tools::BadResultAccess(*why);
+    });
 }

@@ -4,7 +4,7 @@
 
 #include "program.h"
 
-#include <pdf/tools/filling.h>
+#include <pdf/tools/forms.h>
 
 namespace {
 
@@ -33,70 +33,44 @@ std::optional<std::vector<Setting>> settingsOf(const Program::Arguments& argumen
     return settings;
 }
 
-Tools::Filled fill(Document& document, Form& form, const Setting& setting) {
+Tools::Result<Tools::Filled> fill(Tools::FormEditor& form, const Setting& setting) {
     const auto& [path, values] = setting;
-    return values.size() == 1 ? Tools::fillField(document, form, path, values.front())
-                              : Tools::chooseOptions(document, form, path, values);
-}
-
-/// The paths of all fields of a form.
-std::vector<std::string> pathsOf(const Form& form) {
-    std::vector<std::string> paths;
-    std::vector<Ref<Field>> waiting;
-    for (std::uint64_t index = 0; index < form.fieldCount(); ++index)
-        waiting.push_back(form.field(index));
-    while (!waiting.empty()) {
-        const Ref<Field> field = waiting.back();
-        waiting.pop_back();
-        if (const auto path = field->fullName()) paths.push_back(path->utf8());
-        for (std::uint64_t index = 0; index < field->childCount(); ++index)
-            waiting.push_back(field->child(index));
-    }
-    std::ranges::sort(paths);
-    return paths;
+    return values.size() == 1 ? form.fill(path, values.front()) : form.choose(path, values);
 }
 
 /// What a field takes: "A, B (which shows as b)"; empty where that is not for the form to say.
-std::string taken(const Document& document, const Field& field) {
+std::string taken(const Tools::FormEditor& form, const Ref<Field>& field) {
     std::vector<std::string> texts;
-    for (const Tools::FieldOption& option : Tools::fieldOptions(document, field)) {
+    const auto options = form.options(field).value_or(std::vector<Tools::FieldOption>());
+    for (const Tools::FieldOption& option : options) {
         const bool same = option.text == option.value;
         texts.push_back(same ? option.value : option.value + " (shown as " + option.text + ")");
     }
     return Program::joined(texts);
 }
 
-/// Says what was not set, and what could be; gives the exit status.
-int notSet(const Document& document, const Form& form, const Setting& setting,
-           std::string_view file) {
-    const std::uint32_t code = Host::Error::get();
-    const std::string path(setting.path);
-    const auto name = Host::String::create(setting.path);
-    const auto field = name ? form.fieldByPath(name) : nullptr;
-    if (!field) {
-        const std::string near = Program::joined(Program::nearest(path, pathsOf(form)));
-        return Program::failure(file, code, "it has no field " + path,
-                                near.empty() ? "\"fields FILE\" lists those that it has"
-                                             : "near to it: " + near);
+/// What could be set instead of what was not.
+std::string advice(const Tools::FormEditor& form, const Setting& setting) {
+    if (const auto field = form.field(setting.path)) {
+        const std::string texts = taken(form, *field);
+        return texts.empty() ? "" : "it takes: " + texts;
     }
-    std::string what = path + " does not take";
-    for (const std::string_view value : setting.values)
-        what.append(" \"").append(value).append("\"");
-    const std::string texts = taken(document, *field);
-    return Program::failure(file, code, what, texts.empty() ? "" : "it takes: " + texts);
+    std::vector<std::string> paths;
+    for (const Ref<Field>& field : form) {
+        if (const auto path = field->fullName()) paths.push_back(path->utf8());
+    }
+    const std::string near = Program::joined(Program::nearest(setting.path, paths));
+    return near.empty() ? "\"fields FILE\" lists those that it has" : "near to it: " + near;
 }
 
 /// Sets all fields; gives the exit status.
-int fillAll(Document& document, const std::vector<Setting>& settings, std::string_view file) {
-    const auto form = Tools::openForm(document);
-    if (!form) return Program::failure(file, Host::Error::get(), "it has no form");
+int fillAll(Tools::FormEditor& form, const std::vector<Setting>& settings, std::string_view file) {
     for (const Setting& setting : settings) {
-        const Tools::Filled filled = fill(document, *form, setting);
-        if (filled == Tools::Filled::Failed) return notSet(document, *form, setting, file);
-        if (filled == Tools::Filled::Shown) continue;
-        std::fprintf(stderr,
-                     "warning: %s: its font cannot show the value; viewers are asked to do it\n",
-                     std::string(setting.path).c_str());
+        const auto filled = fill(form, setting);
+        if (!filled) return Program::failure(file, filled.error(), advice(form, setting));
+        if (!filled->viewerNeeded) continue;
+        std::fprintf(stderr, "warning: %s: %s; viewers are asked to show the value\n",
+                     std::string(setting.path).c_str(), filled->reason.c_str());
     }
     return Program::done;
 }
@@ -114,11 +88,13 @@ int main(int argc, char** argv) {
     const auto settings = settingsOf(arguments);
     if (!settings) return arguments.refuse("what is to be set is PATH=VALUE");
 
-    const auto how = Program::opening(arguments);
-    const auto document = Program::open(arguments[0], how);
+    const auto document = Program::open(arguments[0], Program::opening(arguments));
     if (!document) return Program::failed;
-    const int status = fillAll(*document, *settings, arguments[0]);
+    auto form = Tools::FormEditor::of(document);
+    if (!form) return Program::failure(arguments[0], form.error());
+    const int status = fillAll(*form, *settings, arguments[0]);
     if (status != Program::done) return status;
-    if (flatten && !Tools::flattenForm(*document)) return Program::failure(arguments[0]);
-    return Program::save(*document, arguments[1], Program::saving(arguments));
+    const auto flat = flatten ? Tools::flattenForm(document) : Tools::Result<void>();
+    if (!flat) return Program::failure(arguments[0], flat.error());
+    return Program::save(document, arguments[1], Program::saving(arguments));
 }

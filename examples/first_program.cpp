@@ -11,12 +11,10 @@
 using namespace Libraries::Files::PDF;
 using namespace Host::Literals;
 
-int failure(const char* file) {
-    const std::uint32_t code = Host::Error::get();
-    const char* reason = Host::Error::reason(); // why the system refused the file, if it did
-    std::fprintf(stderr, "error %u (0x%X): %s: %s%s%s; docs/errors.md says more\n", code, code,
-                 errorText(code), file, *reason == '\0' ? "" : ": ", reason);
-    return code == ResultUnsound ? 3 : 1;
+int report(const Tools::Failure& failure) { // what failed, and where
+    std::fprintf(stderr, "error %u (0x%X): %s; docs/errors.md says more\n", failure.code(),
+                 failure.code(), failure.text());
+    return failure.code() == ResultUnsound ? 3 : 1;
 }
 
 int main(int argc, char** argv) {
@@ -28,8 +26,9 @@ int main(int argc, char** argv) {
         return asked ? 0 : 2;
     }
 
-    const auto document = Tools::open(argv[1]);
-    if (!document) return failure(argv[1]);
+    const auto opened = Tools::open(argv[1]);
+    if (!opened) return report(opened.error());
+    const Host::Ref<Document> document = *opened;
     std::printf("%zu objects, %zu pages\n", document->getObjects().size(),
                 document->getPages().size());
 
@@ -39,6 +38,7 @@ int main(int argc, char** argv) {
         if (type) std::printf("%u %s\n", object->id(), type->name()->utf8().c_str());
     }
 
-    if (Tools::save(*document, argv[2]) != Tools::Saved::Done) return failure(argv[2]);
+    const auto saved = Tools::save(document, argv[2]);
+    return saved ? 0 : report(saved.error());
 }
 // page end

@@ -7,14 +7,14 @@
 namespace {
 
 using namespace Libraries::Files::PDF;
+using Host::Ref;
 
 // page begin
 /// The document with one flat list of pages, which look as they did.
-bool flatten(Document& document) {
-    const auto before = Tools::allPages(document);
-    if (!before || !Tools::flattenPages(document)) return false;
-    std::printf("%zu pages\n", before->size());
-    return document.getPages().size() == before->size();
+void flatten(const Ref<Document>& document) {
+    auto pages = Tools::Pages::of(document).value();
+    pages.flatten().value();
+    std::printf("%zu pages\n", document->getPages().size());
 }
 // page end
 
@@ -26,11 +26,5 @@ int main(int argc, char** argv) {
                                         "Makes every page a direct kid of the page tree's root.",
                                         Program::writingOptions()});
     if (!arguments.are(2)) return arguments.refuse();
-
-    const auto how = Program::opening(arguments);
-    const auto document = Program::open(arguments[0], how);
-    if (!document) return Program::failed;
-    if (!flatten(*document)) return Program::failure(arguments[0]);
-    if (const int status = Program::finishOutput(); status != 0) return status;
-    return Program::save(*document, arguments[1], Program::saving(arguments));
+    return Program::edit(arguments, arguments[0], arguments[1], flatten);
 }

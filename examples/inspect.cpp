@@ -7,6 +7,7 @@
 namespace {
 
 using namespace Libraries::Files::PDF;
+using Host::Ref;
 
 const char* text(PdfVersion version) {
     static constexpr const char* names[] = {"unsupported", "1.0", "1.1", "1.2", "1.3",
@@ -21,7 +22,7 @@ const char* lineEndingName(std::string_view ending) {
     return ending == "\r" ? "CR" : "LF";
 }
 
-void print(const Document& document, const std::vector<Host::Ref<Object>>& pages) {
+void print(const Document& document, const std::vector<Ref<Object>>& pages) {
     const auto objects = document.getObjects();
     std::printf("version %s\n", text(document.version()));
     std::printf("line-ending %s\n", lineEndingName(document.lineEnding()));
@@ -37,12 +38,21 @@ void print(const Document& document, const std::vector<Host::Ref<Object>>& pages
 }
 
 /// Says where the pages that were printed are not what a reader sees.
-void printNesting(const Document& document) {
-    const auto pages = Tools::allPages(document);
+void printNesting(const Ref<Document>& document) {
+    const auto pages = Tools::Pages::of(document);
     const auto nested = [](const Tools::Page& page) { return page.depth > 1; };
-    if (pages && std::any_of(pages.begin(), pages.end(), nested)) {
-        std::printf("nested %zu\n", pages->size());
-    }
+    if (pages && std::ranges::any_of(*pages, nested)) std::printf("nested %zu\n", pages->size());
+}
+
+/// Prints all of it. False with the code set where pages cannot be listed.
+bool print(const Ref<Document>& document) {
+    // An empty list of pages is a failure only when it says so.
+    Host::Error::set(Host::NoError);
+    const auto pages = document->getPages();
+    if (pages.empty() && Host::Error::get() != Host::NoError) return false;
+    print(*document, pages);
+    printNesting(document);
+    return true;
 }
 
 } // namespace
@@ -53,17 +63,6 @@ int main(int argc, char** argv) {
         {"inspect FILE", "Prints what a document consists of: its version, objects and pages.",
          Program::openingOptions()});
     if (!arguments.are(1)) return arguments.refuse();
-
-    const auto how = Program::opening(arguments);
-    const auto document = Program::open(arguments[0], how);
-    if (!document) return Program::failed;
-
-    // An empty list of pages is a failure only when it says so.
-    Host::Error::set(Host::NoError);
-    const auto pages = document->getPages();
-    if (pages.empty() && Host::Error::get() != Host::NoError) return Program::failure(arguments[0]);
-
-    print(*document, pages);
-    printNesting(*document);
-    return Program::finishOutput();
+    return Program::look(arguments, arguments[0],
+                         [](const Ref<Document>& document) { return print(document); });
 }

@@ -2,7 +2,7 @@
 
 #include "program.h"
 
-#include <pdf/tools/background.h>
+#include <pdf/tools/letterheads.h>
 #include <pdf/tools/pages.h>
 
 using Libraries::Files::PDF::Document;
@@ -48,10 +48,10 @@ std::optional<Tools::LetterheadOptions> optionsOf(const Program::Arguments& argu
 }
 
 /// Whether the pages that are asked for are there; the first that is not is reported.
-bool hasPages(const Document& document, const Tools::LetterheadOptions& options,
+bool hasPages(const Host::Ref<Document>& document, const Tools::LetterheadOptions& options,
               std::string_view file) {
-    const auto pages = Tools::allPages(document);
-    if (!pages) return Program::failure(file) == Program::done;
+    const auto pages = Tools::Pages::of(document);
+    if (!pages) return Program::failure(file, pages.error()) == Program::done;
     for (const Tools::PageRange& range : options.ranges) {
         if (range.last < pages->size()) continue;
         const std::string what = "page " + std::to_string(range.last + 1) + " is asked for";
@@ -85,11 +85,11 @@ int main(int argc, char** argv) {
     const auto open = [&](const Program::Opening& how) {
         document = Program::open(arguments[0], how);
         letterhead = document ? Program::open(arguments[1], how) : nullptr;
-        return letterhead && hasPages(*document, *options, arguments[0]);
+        return letterhead && hasPages(document, *options, arguments[0]);
     };
-    const auto lay = [&] { return Tools::letterhead(*document, letterhead, *options); };
+    const auto lay = [&] { return Tools::letterhead(document, letterhead, *options); };
     const auto how = Program::opening(arguments);
     const int status = Program::changeOpened(arguments[0], how, open, lay);
     if (status != Program::done) return status;
-    return Program::save(*document, arguments[2], Program::saving(arguments));
+    return Program::save(document, arguments[2], Program::saving(arguments));
 }

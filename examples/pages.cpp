@@ -7,6 +7,7 @@
 namespace {
 
 using namespace Libraries::Files::PDF;
+using Host::Ref;
 
 /// A number as a document holds it: the digits behind the point without zeros in front.
 void print(const Number& number) {
@@ -15,17 +16,16 @@ void print(const Number& number) {
     std::printf(".%llu", static_cast<unsigned long long>(number.fraction()));
 }
 
-void print(const Array& box) {
-    for (std::uint64_t side = 0; side < box.size(); ++side) {
+void print(const Ref<Document>& document, const Ref<Array>& box) {
+    for (std::uint64_t side = 0; side < box->size(); ++side) {
         if (side != 0) std::printf(",");
-        const auto number = Tools::as<Number>(box.get(side));
-        if (number) print(*number);
+        print(*Tools::get<Number>(document, box, side).value());
     }
 }
 
-void print(std::size_t number, const Tools::Page& page) {
+void print(const Ref<Document>& document, std::size_t number, const Tools::Page& page) {
     std::printf("page %zu %u %u ", number, page.object->id(), page.object->generation());
-    if (page.mediaBox) print(*page.mediaBox);
+    if (page.mediaBox) print(document, page.mediaBox);
     std::printf(page.mediaBox ? " " : "- ");
     if (page.rotate) print(*page.rotate);
     std::printf(page.rotate ? "\n" : "0\n");
@@ -39,13 +39,9 @@ int main(int argc, char** argv) {
         {"pages FILE", "Prints each page: its number, its object, its media box and its turn.",
          Program::openingOptions()});
     if (!arguments.are(1)) return arguments.refuse();
-
-    const auto how = Program::opening(arguments);
-    const auto document = Program::open(arguments[0], how);
-    if (!document) return Program::failed;
-    const auto pages = Tools::allPages(*document);
-    if (!pages) return Program::failure(arguments[0]);
-    for (std::size_t index = 0; index < pages->size(); ++index)
-        print(index + 1, (*pages)[index]);
-    return Program::finishOutput();
+    return Program::look(arguments, arguments[0], [](const Ref<Document>& document) {
+        const auto pages = Tools::Pages::of(document).value();
+        for (std::size_t index = 0; index < pages.size(); ++index)
+            print(document, index + 1, pages[index]);
+    });
 }

@@ -7,7 +7,6 @@
 #include "arguments.h"
 
 #include <host/files.h>
-#include <host/held_log.h>
 #include <host/log.h>
 #include <pdf/document.h>
 #include <pdf/tools/files.h>
@@ -22,7 +21,6 @@ namespace Program {
 
 using Host::Ref;
 using Libraries::Files::PDF::Document;
-namespace Tools = Libraries::Files::PDF::Tools;
 
 /// How a program opens what it is given, as its options say.
 struct Opening {
@@ -31,9 +29,9 @@ struct Opening {
     bool decoded = false; ///< whether streams shall be ones that the tools can decode
 };
 
-/// Opens the document in the file at `path`, sound, damaged or encrypted. Null with the error code
-/// set. A program without the import opens what is sound.
-inline Ref<Document> load(std::string_view path, const Opening& how) {
+/// Opens the document in the file at `path`, sound, damaged or encrypted. A program without the
+/// import opens what is sound.
+inline Tools::Result<Ref<Document>> load(std::string_view path, const Opening& how) {
 #if defined(FILES_PDF_HAS_IMPORT)
     Host::SysLogFilter::level(Host::LogLevel::Warning); // what is repaired is told
     return Libraries::Files::PDF::Import::open(
@@ -44,12 +42,12 @@ inline Ref<Document> load(std::string_view path, const Opening& how) {
 #endif
 }
 
-/// Opens the document in the file at `path`; null where that failed, which has been reported then.
+/// The same; null where that failed, which has been reported then.
 inline Ref<Document> open(std::string_view path, const Opening& how = {}) {
     if (!how.possible) return nullptr;
-    Ref<Document> document = load(path, how);
-    if (!document) static_cast<void>(failure(path));
-    return document;
+    const auto document = load(path, how);
+    if (!document) static_cast<void>(failure(path, document.error()));
+    return document.value_or(nullptr);
 }
 
 /// Opens documents with `open(how)`, which reports its failures, and has a tool change them with
@@ -58,19 +56,14 @@ inline Ref<Document> open(std::string_view path, const Opening& how = {}) {
 template <typename Open, typename Change>
 int changeOpened(std::string_view file, Opening how, const Open& open, const Change& change) {
     if (!open(how)) return failed;
-    bool changed = false;
-    {
-        Host::HeldLog log;
-        changed = change();
-        how.decoded =
-            !changed && hasImport && Host::Error::get() == Libraries::Files::PDF::FilterUnsupported;
-        if (!how.decoded) log.letOut();
-    }
-    if (how.decoded) {
+    Tools::Result<void> changed = change();
+    const std::uint32_t code = changed ? Host::NoError : changed.error().code();
+    if (hasImport && code == Libraries::Files::PDF::FilterUnsupported) {
+        how.decoded = true;
         if (!open(how)) return failed;
         changed = change();
     }
-    return changed ? done : failure(file);
+    return changed ? done : failure(file, changed.error());
 }
 
 /// The first line of a file; false where it cannot be read, which is reported.
@@ -128,8 +121,9 @@ inline std::vector<Option> writingOptions(std::vector<Option> options = {}) {
 }
 
 /// Says on standard error what the rewrite of a document loses, a line for each kind.
-inline void warnOfLosses(const Document& document, const std::string& before = {}) {
-    for (const Tools::LossFound& loss : Tools::losses(document)) {
+inline void warnOfLosses(const Ref<Document>& document, const std::string& before = {}) {
+    for (const Tools::LossFound& loss :
+         Tools::losses(document).value_or(std::vector<Tools::LossFound>{})) {
         std::string line = before + "warning: " + Tools::lossText(loss.kind) + ": ";
         line += std::to_string(loss.count);
         if (loss.firstObject != 0) line += ", first in object " + std::to_string(loss.firstObject);
@@ -139,24 +133,39 @@ inline void warnOfLosses(const Document& document, const std::string& before = {
 
 /// Saves `document` to the file at `path`, as `saving` says, and warns of what is lost, with
 /// `before` in front of each line. A failure is not reported.
-inline Tools::Saved store(Document& document, std::string_view path, const Saving& saving,
-                          const std::string& before = {}) {
-    document.faithfulNumbers(!saving.canonical);
+inline Tools::Result<void> store(const Ref<Document>& document, std::string_view path,
+                                 const Saving& saving, const std::string& before = {}) {
+    document->faithfulNumbers(!saving.canonical);
     if (saving.options.look) warnOfLosses(document, before);
     return Tools::save(document, path, saving.options);
 }
 
-/// Why the file was not written, beyond the code.
-inline std::string_view why(Tools::Saved saved) {
-    if (saved == Tools::Saved::Unreadable) return "left as it was, for the result would not open";
-    return saved == Tools::Saved::Unsound ? "left as it was" : Host::Error::reason();
+/// The same, reported; gives the exit status.
+inline int save(const Ref<Document>& document, std::string_view path, const Saving& saving = {}) {
+    const auto saved = store(document, path, saving);
+    return saved ? done : failure(path, saved.error());
 }
 
-/// The same, reported; gives the exit status.
-inline int save(Document& document, std::string_view path, const Saving& saving = {}) {
-    const Tools::Saved saved = store(document, path, saving);
-    if (saved == Tools::Saved::Done) return done;
-    return failure(path, Host::Error::get(), why(saved));
+/// What most programs do, as their options say: opens `in`, has `change(document)` change it, as
+/// `attempt` does work, and saves it to `out`. Gives the exit status.
+template <typename Change>
+int edit(const Arguments& arguments, std::string_view in, std::string_view out,
+         const Change& change) {
+    const Ref<Document> document = open(in, opening(arguments));
+    if (!document) return failed;
+    if (const int status = attempt(in, [&] { return change(document); })) return status;
+    if (const int status = finishOutput()) return status;
+    return save(document, out, saving(arguments));
+}
+
+/// What programs do that only look: opens `file`, and has `look(document)` print what it is. Gives
+/// the exit status.
+template <typename Look>
+int look(const Arguments& arguments, std::string_view file, const Look& look) {
+    const Ref<Document> document = open(file, opening(arguments));
+    if (!document) return failed;
+    const int status = attempt(file, [&] { return look(document); });
+    return status == done ? finishOutput() : status;
 }
 
 } // namespace Program

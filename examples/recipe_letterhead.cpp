@@ -2,7 +2,7 @@
 
 #include "program.h"
 
-#include <pdf/tools/background.h>
+#include <pdf/tools/letterheads.h>
 
 namespace {
 
@@ -11,7 +11,7 @@ using Host::Ref;
 
 // page begin
 /// Lays the first page of `letterhead` beneath every page that a reader sees, as large as fits.
-bool addLetterhead(Document& document, const Ref<Document>& letterhead) {
+auto addLetterhead(const Ref<Document>& document, const Ref<Document>& letterhead) {
     return Tools::letterhead(document, letterhead);
 }
 // page end
@@ -32,9 +32,9 @@ int main(int argc, char** argv) {
         letterhead = document ? Program::open(arguments[1], how) : nullptr;
         return letterhead != nullptr;
     };
-    const auto lay = [&] { return addLetterhead(*document, letterhead); };
+    const auto lay = [&] { return addLetterhead(document, letterhead); };
     const auto how = Program::opening(arguments);
     const int status = Program::changeOpened(arguments[0], how, open, lay);
     if (status != Program::done) return status;
-    return Program::save(*document, arguments[2], Program::saving(arguments));
+    return Program::save(document, arguments[2], Program::saving(arguments));
 }

@@ -4,35 +4,28 @@
 
 #include <host/log.h>
 
-#include <mutex>
+#include <atomic>
+#include <iostream>
+#include <syncstream>
 
 namespace {
 
 using namespace Libraries::Files::PDF;
-using Host::Ref;
 
 // page begin
-/// Takes messages as they come, from any thread, and remembers the last one of the library.
-class AppLog final : public Host::LogPrinter {
-public:
-    AppLog() : former_(Host::SysLogStream::printer(*this)) {}
-    ~AppLog() override { Host::SysLogStream::printer(former_); }
-
+/// Takes messages as they come, from any thread, and counts the errors.
+struct AppLog final : Host::LogPrinter {
+    ~AppLog() override { Host::SysLogStream::printer(former); }
     void print(std::uint32_t filter, Host::LogLevel level,
-               std::string_view message) noexcept override {
-        const std::lock_guard lock(mutex_);
-        const bool grave = level == Host::LogLevel::Error;
-        const std::string_view from = Host::SysLogFilter::name(filter);
-        std::printf("app[%s] %.*s: %.*s", grave ? "E" : "W", static_cast<int>(from.size()),
-                    from.data(), static_cast<int>(message.size()), message.data());
-        count_ += grave ? 1 : 0;
+               std::string_view text) noexcept override {
+        const bool isError = level == Host::LogLevel::Error;
+        errors += isError ? 1 : 0;
+        std::osyncstream(std::cout) << (isError ? "app[E] " : "app[W] ")
+                                    << Host::SysLogFilter::name(filter) << ": " << text;
     }
-    [[nodiscard]] int count() const { return count_; }
 
-private:
-    std::mutex mutex_;
-    int count_ = 0;
-    Host::LogPrinter& former_;
+    std::atomic<int> errors = 0;
+    Host::LogPrinter& former = Host::SysLogStream::printer(*this);
 };
 // page end
 
@@ -47,8 +40,10 @@ int main(int argc, char** argv) {
 
     AppLog log;
     Host::SysLogFilter::level(Host::LogLevel::Warning);
-    const auto document = Program::open(arguments[0]);
-    std::printf("%s, %d errors\n", document ? "opened" : "not opened", log.count());
+    // A tool's failure holds what it would have logged: the log is for what documents do.
+    const auto source = Host::FileSource::open(arguments[0]);
+    const auto document = source ? Document::create(source, Structure::Any) : nullptr;
+    std::printf("%s, %d errors\n", document ? "opened" : "not opened", log.errors.load());
     const int status = Program::finishOutput();
-    return document ? status : Program::failed;
+    return document ? status : Program::failure(arguments[0]);
 }

@@ -2,7 +2,7 @@
 
 #include "program.h"
 
-#include <pdf/tools/filling.h>
+#include <pdf/tools/forms.h>
 
 #include <climits>
 #include <filesystem>
@@ -15,36 +15,31 @@ using namespace Libraries::Files::PDF;
 using Host::Ref;
 
 // page begin
-/// Sets the fields that the columns are named after. False with the code set.
-bool fill(Document& document, const std::vector<std::string>& names, std::string_view row) {
-    const auto form = Tools::openForm(document);
-    if (!form) return false;
-    std::istringstream values{std::string(row)};
-    std::string value;
-    for (const auto& name : names) {
+/// Fills in the form in the file `form`: `row` has a column, behind a tab, for each of the fields.
+void fill(const std::string& form, const std::vector<std::string>& names, const std::string& row,
+          const std::string& path) {
+    const auto document = Tools::open(form).value();
+    auto editor = Tools::FormEditor::of(document).value();
+    std::istringstream values(row);
+    for (std::string value; const auto& name : names) {
         if (!std::getline(values, value, '\t')) value.clear();
-        const auto filled = Tools::fillField(document, *form, name, value);
-        if (filled == Tools::Filled::Failed) return false;
+        editor.fill(name, value).value();
     }
-    return true;
+    Tools::save(document, path).value();
 }
 
-/// Makes FOLDER/1.pdf and so on of the rows FIRST to LAST of a table with tabs, whose columns fill
-/// the fields `names`. A bad row is told and passed over, a target that is there is done already.
-/// Gives the number of bad rows.
+/// Makes FOLDER/1.pdf and so on of the rows FIRST to LAST. A bad row is told and passed over, a
+/// target that is there is done already. Gives the number of bad rows.
 int merge(const std::string& form, std::istream& table, const std::vector<std::string>& names,
           const std::string& folder, long first, long last) {
-    std::string line;
+    std::string row;
     int bad = 0;
-    for (long row = 1; row <= last && std::getline(table, line); ++row) {
-        const std::string path = folder + "/" + std::to_string(row) + ".pdf";
-        if (row < first || std::filesystem::exists(path)) continue;
-        const auto document = Tools::open(form); // each row begins with the empty form
-        const bool done = document && fill(*document, names, line) &&
-                          Tools::save(*document, path) == Tools::Saved::Done;
-        if (!done) std::printf("row %ld: %s\n", row, errorText(Host::Error::get()));
-        if (row % 1000 == 0) std::printf("%ld rows\n", row);
-        bad += done ? 0 : 1;
+    for (long number = 1; number <= last && std::getline(table, row); ++number) {
+        const std::string path = folder + "/" + std::to_string(number) + ".pdf";
+        if (number < first || std::filesystem::exists(path)) continue;
+        const auto work = [&] { fill(form, names, row, path); };
+        bad += Program::attempt("row " + std::to_string(number), work) == Program::done ? 0 : 1;
+        if (number % 1000 == 0) std::printf("%ld rows\n", number);
     }
     return bad;
 }
@@ -60,24 +55,23 @@ std::vector<std::string> namesOf(std::istream& table) {
     return names;
 }
 
-/// Whether the form has a field for each column. Says which it has not, and which is near.
-bool hasAll(const std::string& file, const std::vector<std::string>& names) {
+/// Looks whether the form has a field for each column; says which it has not, and which is near.
+/// Gives the exit status.
+int check(const std::string& file, const std::vector<std::string>& names) {
     const auto document = Program::open(file);
-    const auto form = document ? Tools::openForm(*document) : nullptr;
-    if (document && !form) static_cast<void>(Program::failure(file));
-    if (!form) return false;
+    if (!document) return Program::failed;
+    const auto form = Tools::FormEditor::of(document);
+    if (!form) return Program::failure(file, form.error());
     std::vector<std::string> fields;
-    for (std::uint64_t index = 0; index < form->fieldCount(); ++index)
-        fields.push_back(form->field(index)->fullName()->utf8());
+    for (const Ref<Field>& field : *form)
+        fields.push_back(field->fullName()->utf8());
     for (const std::string& name : names) {
-        const auto path = Host::String::create(name);
-        if (path && form->fieldByPath(path)) continue;
+        const auto field = form->field(name);
+        if (field) continue;
         const std::string near = Program::joined(Program::nearest(name, fields));
-        static_cast<void>(Program::failure(file, FormNotFound, "it has no field " + name,
-                                           near.empty() ? "" : "near to it: " + near));
-        return false;
+        return Program::failure(file, field.error(), near.empty() ? "" : "near to it: " + near);
     }
-    return true;
+    return Program::done;
 }
 
 } // namespace
@@ -105,7 +99,7 @@ int main(int argc, char** argv) {
     }
     if (names.empty())
         return Program::failure(path, Host::InvalidArgument, "its first line names no fields");
-    if (!hasAll(form, names)) return Program::failed;
+    if (const int status = check(form, names)) return status;
     const int bad = merge(form, table, names, folder, *first, *last);
     return bad == 0 ? Program::finishOutput() : Program::failed;
 }

@@ -2,40 +2,28 @@
 
 #include "program.h"
 
-#include <host/log.h>
 #include <pdf/tools/pages.h>
+
+#include <map>
 
 namespace {
 
 using namespace Libraries::Files::PDF;
-using Host::Ref;
 
 // page begin
 /// What a file is to an application that takes whatever users send.
-const char* kindOf(std::string_view path, std::size_t& pages) {
-    const auto document = Tools::open(path);
-    if (document) {
-        const auto all = Tools::allPages(*document);
-        pages = all ? all->size() : 0;
-        return all ? "fine" : "a PDF whose pages cannot be listed";
-    }
-    switch (Host::Error::get()) {
-    case Host::FileNotOpened:
-        return "not there, or not permitted"; // Host::Error::reason tells which
-    case Host::NotARegularFile:
-        return "no file";
-    case NotPdf:
-        return "no PDF";
-    case FileDamaged:
-        return "damaged: Import::open may repair it";
-    case FileEncrypted:
-        return "encrypted: Import::open decrypts it";
-    case OutOfMemory:
-    case LimitExceeded:
-        return "too large, or made to take too much";
-    default:
-        return "a PDF that takes the import"; // errorText says more
-    }
+std::string kindOf(std::string_view path) {
+    static const std::map<std::uint32_t, std::string> kinds = {
+        {Host::FileNotOpened, "not there, or not permitted"},
+        {Host::NotARegularFile, "no file"},
+        {NotPdf, "no PDF"},
+        {FileDamaged, "damaged: Import::open may repair it"},
+        {FileEncrypted, "encrypted: Import::open decrypts it"},
+        {LimitExceeded, "made to take too much"}};
+    const auto pages = Tools::open(path).and_then(Tools::Pages::of);
+    if (pages) return "fine, " + std::to_string(pages->size()) + " pages";
+    const auto kind = kinds.find(pages.error().code());
+    return kind != kinds.end() ? kind->second : pages.error().text();
 }
 // page end
 
@@ -47,13 +35,10 @@ int main(int argc, char** argv) {
         {"recipe_mixed_input FILE...", "Says of each file what it is, a line for each."});
     if (!arguments.are(1, SIZE_MAX)) return arguments.refuse();
 
-    Host::SysLogFilter::state(Host::SysLogFilter::id("PDF"), false);
     int status = Program::done;
     for (std::size_t index = 0; index < arguments.size(); ++index) {
         const std::string path(arguments[index]);
-        std::size_t pages = 0;
-        const char* kind = kindOf(path, pages);
-        std::printf("%s: %s, %zu pages\n", path.c_str(), kind, pages);
+        std::printf("%s: %s\n", path.c_str(), kindOf(path).c_str());
         if (!Host::FileSource::open(path)) status = Program::failure(path);
     }
     return Program::finishOutput() == Program::done ? status : Program::failed;

@@ -4,7 +4,9 @@
 
 #include <pdf/tools/editing.h>
 
+#include <algorithm>
 #include <fstream>
+#include <iterator>
 
 namespace {
 
@@ -12,21 +14,16 @@ using namespace Libraries::Files::PDF;
 using Host::Ref;
 
 // page begin
-/// Writes FOLDER/ID.bin for each stream that can be decoded, and says why of each other one. Gives
-/// the path of what could not be written, if any.
-std::string extract(Document& document, const std::string& folder) {
-    constexpr std::uint64_t limit = 100'000'000; // bytes: a stranger's stream may hold any number
-    for (const auto& object : document.getObjects()) {
+/// Writes the data of each stream to FOLDER/ID.bin, or says why not; gives a path that is at fault.
+std::string extract(const Ref<Document>& document, const std::string& folder) {
+    for (const auto& object : document->getObjects()) {
         if (object->valueType() != Value::Type::Stream) continue;
-        const auto bytes = Tools::decodedBytes(document, object->valueAsStream(), limit);
-        if (!bytes) {
-            std::printf("%u: %s\n", object->id(), errorText(Host::Error::get()));
-            continue;
-        }
+        const auto data = Tools::decodedBytes(document, object->valueAsStream(), 100'000'000);
+        if (!data) std::printf("%u: %s\n", object->id(), data.error().text());
+        if (!data) continue;
         std::string path = folder + "/" + std::to_string(object->id()) + ".bin";
         std::ofstream file(path, std::ios::binary);
-        file.write(reinterpret_cast<const char*>(bytes->bytes().data()),
-                   static_cast<std::streamsize>(bytes->bytes().size()));
+        std::ranges::copy((*data)->bytes(), std::ostreambuf_iterator<char>(file));
         if (!file.flush()) return path;
     }
     return {};
@@ -44,7 +41,7 @@ int main(int argc, char** argv) {
 
     const auto document = Program::open(arguments[0], Program::opening(arguments));
     if (!document) return Program::failed;
-    const std::string lost = extract(*document, std::string(arguments[1]));
+    const std::string lost = extract(document, std::string(arguments[1]));
     if (lost.empty()) return Program::finishOutput();
     return Program::failure(lost, Host::FileNotWritten, "", "check that its folder is there");
 }

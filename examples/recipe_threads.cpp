@@ -4,36 +4,32 @@
 
 #include <pdf/tools/streams.h>
 
+#include <algorithm>
 #include <atomic>
+#include <iterator>
 #include <thread>
 
 namespace {
 
 using namespace Libraries::Files::PDF;
-using Host::Ref;
 
 // page begin
-/// Recompresses each file beside itself; gives the number of those that failed.
+/// Recompresses each file beside itself; gives the exit status.
 int recompress(const std::vector<std::string>& files, unsigned threads) {
-    std::atomic<std::size_t> next{0};
-    std::atomic<int> failed{0};
+    std::atomic<std::size_t> next = 0;
+    std::atomic<int> status = Program::done;
     const auto work = [&] {
         for (std::size_t index = next++; index < files.size(); index = next++) {
             const auto document = Tools::open(files[index]); // of this thread alone
-            const bool smaller = document && Tools::compressStreams(*document);
-            const std::string target = files[index] + ".new";
-            if (smaller && Tools::save(*document, target) == Tools::Saved::Done) continue;
-            // The code is that of this thread, whatever the others do.
-            static_cast<void>(Program::failure(document ? target : files[index]));
-            ++failed;
+            const auto save = [&] { return Tools::save(*document, files[index] + ".new"); };
+            const auto saved = document.and_then(Tools::compressStreams).and_then(save);
+            if (!saved) status = Program::failure(files[index], saved.error());
         }
     };
-    std::vector<std::jthread> others;
-    for (unsigned count = 1; count < threads; ++count)
-        others.emplace_back(work);
-    work();
-    others.clear(); // waits for them
-    return failed;
+    std::vector<std::jthread> pool;
+    std::generate_n(std::back_inserter(pool), threads, [&] { return std::jthread(work); });
+    pool.clear(); // waits for them
+    return status;
 }
 // page end
 
@@ -48,5 +44,5 @@ int main(int argc, char** argv) {
     std::vector<std::string> files;
     for (std::size_t index = 0; index < arguments.size(); ++index)
         files.emplace_back(arguments[index]);
-    return recompress(files, 2) == 0 ? Program::done : Program::failed;
+    return recompress(files, 2);
 }

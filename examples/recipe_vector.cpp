@@ -4,7 +4,7 @@
 
 #include <pdf/tools/editing.h>
 
-#include <iterator>
+#include <algorithm>
 
 namespace {
 
@@ -12,30 +12,21 @@ using namespace Libraries::Files::PDF;
 using Host::Ref;
 
 // page begin
-/// Takes a document as bytes, marks it, and gives it as bytes. Empty with the code set on failure,
-/// also where the result would not be a sound document.
+/// Marks a document that comes as bytes, and gives it as bytes.
 std::vector<std::uint8_t> marked(std::span<const std::uint8_t> bytes, std::string_view mark) {
-    const auto source = Host::MemoryStripe::create(bytes); // a copy: the row may go
-    const auto document = source ? Document::create(source, Structure::Any) : nullptr;
-    const auto catalog = document ? document->getCatalog() : nullptr;
-    const auto target = catalog ? Host::MemoryStripe::create() : nullptr;
-    const auto name = target ? Name::create(mark) : nullptr;
-    if (!name || !catalog->valueAsDictionary()->set("Mark", name)) return {};
-    for (const auto& loss : Tools::losses(*document)) {
-        if (!Tools::isGrave(loss.kind)) continue;
-        Host::Error::set(ResultUnsound);
-        return {};
-    }
-    if (!document->write(target) || !Document::create(target)) return {}; // it opens again
-    return {target->bytes().begin(), target->bytes().end()};
+    const auto document = Tools::openFrom(Host::MemoryStripe::create(bytes)).value(); // of a copy
+    const auto catalog = Tools::get<Dictionary>(document, document->trailer(), "Root").value();
+    if (!catalog->set("Mark", Tools::nameOf(mark).value())) throw std::bad_alloc();
+    const auto saved = Tools::save(document).value(); // looked at: it opens again
+    return {saved->bytes().begin(), saved->bytes().end()};
 }
 // page end
 
-/// What stands for the database: a row is a file. Gives the exit status.
-int store(const std::vector<std::uint8_t>& row, std::string_view path) {
+/// What stands for the database: a row is a file.
+bool store(const std::vector<std::uint8_t>& row, std::string_view path) {
     const auto target = Host::FileTarget::create(path);
     const bool taken = target && target->writeBytes(row.data(), row.size()) == row.size();
-    return taken && target->commit() ? Program::done : Program::failure(path);
+    return taken && target->commit();
 }
 
 } // namespace
@@ -51,6 +42,8 @@ int main(int argc, char** argv) {
     std::vector<std::uint8_t> row(file->size());
     if (file->readBytes(row.data(), row.size()) != row.size())
         return Program::failure(arguments[0]);
-    const auto result = marked(row, "Seen");
-    return result.empty() ? Program::failure(arguments[0]) : store(result, arguments[1]);
+    std::vector<std::uint8_t> result;
+    const auto mark = [&] { result = marked(row, "Seen"); };
+    if (const int status = Program::attempt(arguments[0], mark)) return status;
+    return Program::attempt(arguments[1], [&] { return store(result, arguments[1]); });
 }

@@ -22,9 +22,10 @@ int main(int argc, char** argv) {
     const auto how = Program::opening(arguments);
     const auto document = Program::open(arguments[1], how);
     if (!document) return Program::failed;
-    const bool well =
-        compress ? Tools::compressStreams(*document) : Tools::expandStreams(*document, {limit});
-    if (well) return Program::save(*document, arguments[2], Program::saving(arguments));
-    if (Host::Error::get() != ExpansionTooBig) return Program::failure(arguments[1]);
-    return Program::failure(arguments[1], ExpansionTooBig, "", "--limit BYTES allows more");
+    const auto stored =
+        compress ? Tools::compressStreams(document) : Tools::expandStreams(document, {limit});
+    if (stored) return Program::save(document, arguments[2], Program::saving(arguments));
+    const bool tooBig = stored.error().code() == ExpansionTooBig;
+    return Program::failure(arguments[1], stored.error(),
+                            tooBig ? "--limit BYTES allows more" : "");
 }

@@ -12,5 +12,5 @@ int main(int argc, char** argv) {
     const auto how = Program::opening(arguments);
     const auto document = Program::open(arguments[0], how);
     if (!document) return Program::failed;
-    return Program::save(*document, arguments[1], Program::saving(arguments));
+    return Program::save(document, arguments[1], Program::saving(arguments));
 }

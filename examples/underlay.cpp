@@ -18,5 +18,5 @@ int main(int argc, char** argv) {
     const auto foreign = document ? Program::open(arguments[2], how) : nullptr;
     if (!foreign) return Program::failed;
     if (!document->addBackground(foreign, *mode)) return Program::failure(arguments[2]);
-    return Program::save(*document, arguments[3], Program::saving(arguments));
+    return Program::save(document, arguments[3], Program::saving(arguments));
 }

@@ -54,7 +54,7 @@ void rewriteFaithfully(Document& document) {
     const auto again = Document::create(Fuzzing::stripeOf(Fuzzing::bytesOf(first.bytes)));
     claim(again != nullptr, "a faithful rewrite opens");
     again->faithfulNumbers(true);
-    for (const Tools::LossFound& loss : Tools::losses(*again)) {
+    for (const Tools::LossFound& loss : Tools::losses(again).value()) {
         claim(loss.kind != Loss::Fractions && loss.kind != Loss::Signs, "numbers are no loss");
         claim(loss.kind != Loss::EqualKeys, "keys come once");
         claim(loss.kind != Loss::Characters, "what is no character was lost before");

@@ -6,7 +6,7 @@
 #include <host/string.h>
 #include <pdf/document.h>
 #include <pdf/form.h>
-#include <pdf/tools/filling.h>
+#include <pdf/tools/forms.h>
 
 #include <algorithm>
 #include <string>
@@ -81,52 +81,58 @@ void walk(const Form& form, Field& field) {
     }
 }
 
-void collect(const Field& field, std::vector<std::string>& paths) {
-    const Ref<Host::String> path = field.fullName();
-    if (path && !path->empty()) paths.push_back(path->utf8());
-    for (std::uint64_t index = 0; index < field.childCount(); ++index)
-        collect(*field.child(index), paths);
-}
-
-std::vector<std::string> pathsOf(const Form& form) {
-    std::vector<std::string> paths;
-    for (std::uint64_t index = 0; index < form.fieldCount(); ++index)
-        collect(*form.field(index), paths);
-    constexpr std::size_t most = 8; // each is followed by a rewrite
-    paths.resize(std::min(paths.size(), most));
-    return paths;
+/// Looks at one field of an editor, and at its widgets.
+void look(const Tools::FormEditor& form, const Ref<Field>& field) {
+    const auto kind = form.kind(field);
+    claim(kind && *kind != Field::Kind::Plain, "a field is of some kind");
+    claim(form.flags(field) && form.values(field), "a field can be looked at");
+    for (std::uint64_t index = 0; index < field->childCount(); ++index)
+        claim(form.options(field->child(index)).has_value(), "what can be chosen is told");
 }
 
 /// Fills in one field in several ways. What fails changes nothing.
-void fill(Document& document, Form& form, const std::string& path, std::string_view text) {
-    const Ref<Field> field = form.fieldByPath(Host::String::create(path));
+void fill(Tools::FormEditor& form, const std::string& path, std::string_view text) {
+    const auto field = form.field(path);
     if (!field) return; // a name with a dot in it
     std::vector<std::string> texts = {std::string(text), "", "Off"};
-    for (Tools::FieldOption& option : Tools::fieldOptions(document, *field))
+    auto options = form.options(*field);
+    claim(options.has_value(), "what can be chosen is told");
+    for (Tools::FieldOption& option : *options)
         texts.push_back(std::move(option.text));
     texts.resize(std::min<std::size_t>(texts.size(), 6));
     for (const std::string& value : texts) {
-        const auto before = Fuzzing::write(document);
-        if (Tools::fillField(document, form, path, value) == Tools::Filled::Failed) {
-            claim(Fuzzing::write(document).bytes == before.bytes, "what fails changes nothing");
+        const auto before = Fuzzing::write(*form.document());
+        if (!form.fill(path, value)) {
+            claim(Fuzzing::write(*form.document()).bytes == before.bytes,
+                  "what fails changes nothing");
         }
     }
     const std::vector<std::string_view> several(texts.begin(), texts.end());
-    static_cast<void>(Tools::chooseOptions(document, form, path, several));
-    static_cast<void>(Tools::fieldValues(document, *field));
+    static_cast<void>(form.choose(path, several));
+    static_cast<void>(form.values(*field));
 }
 
 void useTools(std::span<const std::uint8_t> data) {
     const Ref<Document> document = Document::create(Fuzzing::stripeOf(data));
-    const Ref<Form> form = Tools::openForm(*document);
     const std::size_t tail = std::min<std::size_t>(data.size(), 40);
     const std::string text(data.end() - static_cast<std::ptrdiff_t>(tail), data.end());
+    Host::Error::set(InvalidArgument);
+    auto form = Tools::FormEditor::of(document);
+    claim(Host::Error::get() == InvalidArgument, "tools set no code");
     if (form) {
-        for (const std::string& path : pathsOf(*form))
-            fill(*document, *form, path, text);
+        for (const Ref<Field>& field : *form)
+            look(*form, field);
+        constexpr std::size_t most = 8; // each is followed by a rewrite
+        for (const Ref<Field>& field : std::span(form->begin(), std::min(form->size(), most))) {
+            const Ref<Host::String> path = field->fullName();
+            if (path && !path->empty()) fill(*form, path->utf8(), text);
+        }
     }
     const auto before = Fuzzing::write(*document);
-    if (!Tools::flattenForm(*document)) {
+    Host::Error::set(InvalidArgument);
+    const auto flattened = Tools::flattenForm(document);
+    claim(Host::Error::get() == InvalidArgument, "tools set no code");
+    if (!flattened) {
         claim(Fuzzing::write(*document).bytes == before.bytes, "what fails changes nothing");
     }
     static_cast<void>(Fuzzing::write(*document));

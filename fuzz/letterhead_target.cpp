@@ -6,7 +6,8 @@
 #include "target.h"
 #include "walk.h"
 
-#include <pdf/tools/background.h>
+#include <pdf/tools/letterheads.h>
+#include <pdf/tools/pages.h>
 
 #include <algorithm>
 
@@ -36,40 +37,37 @@ struct Party {
 };
 
 /// Whether a page has a form by a name of letterheads.
-bool hasLetterhead(const Document& document, const Tools::Page& page) {
-    const Ref<Value> entry = page.resources ? page.resources->find("XObject") : nullptr;
-    const auto forms = Host::cast<Dictionary>(Tools::resolve(document, entry));
+bool hasLetterhead(const Ref<Document>& document, const Tools::Page& page) {
+    const auto forms = Tools::get<Dictionary>(document, page.resources, "XObject");
     if (!forms) return false;
-    const auto names = forms->keys();
-    return std::ranges::any_of(*names, [&](const Ref<Host::String>& name) {
-        const auto form = Tools::resolve(document, forms->find(name));
-        return name->utf8().starts_with("Letterhead") && Host::cast<Stream>(form);
+    const auto names = (*forms)->keys();
+    return std::ranges::any_of(*names, [&](const Ref<Host::String>& key) {
+        const std::string name = key->utf8();
+        return name.starts_with("Letterhead") && Tools::get<Stream>(document, *forms, name);
     });
 }
 
 /// How many pages have one.
-std::uint64_t covered(const Document& document) {
-    const auto pages = Tools::allPages(document);
-    return static_cast<std::uint64_t>(
-        std::count_if(pages->begin(), pages->end(),
-                      [&](const auto& page) { return hasLetterhead(document, page); }));
+std::uint64_t covered(const Ref<Document>& document) {
+    const auto pages = Tools::Pages::of(document).value();
+    return static_cast<std::uint64_t>(std::ranges::count_if(
+        pages, [&](const Tools::Page& page) { return hasLetterhead(document, page); }));
 }
 
 void lay(Party& party, Party& other, const Tools::LetterheadOptions& options) {
-    const auto pages = Tools::allPages(*party.document);
-    const auto sheets = Tools::allPages(*other.document);
-    if (sheets && !sheets->empty()) {
-        claim(!Tools::insertPage(*party.document, 0, (*sheets)[0].dictionary),
-              "it has pages of its own");
+    auto pages = Tools::Pages::of(party.document);
+    const auto sheets = Tools::Pages::of(other.document);
+    if (pages && sheets && !sheets->empty()) {
+        claim(!pages->insert(0, (*sheets)[0].dictionary), "it has pages of its own");
         claim(party.isAsBefore(), "no page of the other is taken");
     }
-    const bool done = Tools::letterhead(*party.document, other.document, options);
+    const bool done = Tools::letterhead(party.document, other.document, options).has_value();
     claim(other.isAsBefore(), "the letterhead is as it was");
     claim(done || party.isAsBefore(), "a failure changes nothing");
     claim(!done || (pages && sheets), "sound trees alone get one");
     if (!done || !party.isClosed) return;
     const bool all = options.mode == Tools::LetterheadPages::FirstOnAll;
-    claim(covered(*party.document) >=
+    claim(covered(party.document) >=
               (all ? pages->size() : std::min(pages->size(), sheets->size())),
           "each page has its letterhead");
     other.document = nullptr;
@@ -77,16 +75,16 @@ void lay(Party& party, Party& other, const Tools::LetterheadOptions& options) {
     if (!party.isKept || !other.isKept) return;
     claim(written.complete, "it can be written");
     const auto again = Document::create(Fuzzing::stripeOf(Fuzzing::bytesOf(written.bytes)));
-    claim(again && covered(*again) == covered(*party.document), "what is written has them too");
+    claim(again && covered(again) == covered(party.document), "what is written has them too");
 }
 
 void isolate(const Fuzzing::Bytes& bytes) {
     Party party(bytes);
-    const auto pages = party.document ? Tools::allPages(*party.document) : nullptr;
+    auto pages = Tools::Pages::of(party.document);
     if (!pages || pages->empty()) return;
-    const bool done = Tools::isolatePage(*party.document, (*pages)[0], "Form") != nullptr;
+    const bool done = pages->isolate(0, "Form").has_value();
     claim(done || party.isAsBefore(), "a page stays as it is");
-    claim(!done || !party.isClosed || Tools::allPages(*party.document), "the tree stays sound");
+    claim(!done || !party.isClosed || Tools::Pages::of(party.document), "the tree stays sound");
 }
 
 } // namespace

@@ -77,14 +77,14 @@ void recompress(Document& document, Compression compression, bool kept) {
 }
 
 /// What a reader gets of each stream: what the tools decode, or what is stored and how.
-std::vector<std::string> contentsOf(Document& document) {
+std::vector<std::string> contentsOf(const Ref<Document>& document) {
     constexpr std::uint64_t limit = 1 << 24;
     std::vector<std::string> all;
-    for (const Ref<Stream>& stream : Fuzzing::streamsOf(document)) {
+    for (const Ref<Stream>& stream : Fuzzing::streamsOf(*document)) {
         const auto decoded = Tools::decodedBytes(document, stream, limit);
-        const auto raw = decoded ? nullptr : document.readStreamData(stream, false);
+        const auto raw = decoded ? nullptr : document->readStreamData(stream, false);
         const Ref<Value> filter = raw ? stream->dict()->find("Filter"_str) : nullptr;
-        all.push_back(decoded ? Fuzzing::contentsOf(*decoded)
+        all.push_back(decoded ? Fuzzing::contentsOf(**decoded)
                       : raw   ? (filter ? filter->asText()->utf8() : "") + Fuzzing::contentsOf(*raw)
                               : "unreadable");
     }
@@ -98,21 +98,21 @@ bool hasPredictor(const Document& document) {
 }
 
 /// By the tools nothing that a reader gets changes, where it can be compared here.
-void store(Document& document, bool compress) {
-    const Fuzzing::Written before = Fuzzing::write(document);
-    const bool comparable = !hasPredictor(document);
+void store(const Ref<Document>& document, bool compress) {
+    const Fuzzing::Written before = Fuzzing::write(*document);
+    const bool comparable = !hasPredictor(*document);
     const auto contents = contentsOf(document);
-    const bool done = compress ? Tools::compressStreams(document) : Tools::expandStreams(document);
-    const Fuzzing::Written after = Fuzzing::write(document);
+    const auto done = compress ? Tools::compressStreams(document) : Tools::expandStreams(document);
+    const Fuzzing::Written after = Fuzzing::write(*document);
     if (!done) claim(after.bytes == before.bytes, "a failure leaves the document as it was");
     claim(after.complete == before.complete, "what could be written still can");
     claim(!done || !compress || after.bytes.size() <= before.bytes.size(),
           "compressing makes nothing larger");
     if (comparable) claim(contentsOf(document) == contents, "contents stay what they were");
     if (!comparable || !after.complete) return;
-    if (Fuzzing::expectedOf(document) != Fuzzing::Rewriting::Kept) return;
+    if (Fuzzing::expectedOf(*document) != Fuzzing::Rewriting::Kept) return;
     const auto again = Document::create(Fuzzing::stripeOf(Fuzzing::bytesOf(after.bytes)));
-    claim(again && contentsOf(*again) == contents, "they are what is written, too");
+    claim(again && contentsOf(again) == contents, "they are what is written, too");
 }
 
 } // namespace
@@ -127,8 +127,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto second = flateFirst ? Compression::None : Compression::FlateDecode;
     for (const bool compress : {flateFirst, !flateFirst}) {
         const Ref<Document> other = Document::create(Fuzzing::stripeOf({data, size}));
-        store(*other, compress);
-        store(*other, !compress);
+        store(other, compress);
+        store(other, !compress);
     }
     static_cast<void>(Fuzzing::write(*document));
     const bool kept =

@@ -1,6 +1,8 @@
 # What the pages show, on SAMPLE:
 #   quick_start    gets a title, where its Info entry is a reference and where there is none
 #   first_program  is described, and written as rewrite does it
+#   summary        has pages and no form, which is no failure; another one has fields; a box that
+#                  is none is a failure that names the page's object
 #   edit_values    gets a title twice, and opens at its last page
 #   flatten_pages  has its page hold what it inherits, and then stays as it is
 #   custom_stripe  is opened and written in storage, as rewrite does it with files
@@ -26,6 +28,20 @@ test_first_program() {
     grep -qx "$(sed -n 's/^objects //p' "$work/facts") objects, $pages pages" "$work/said" ||
         fail "other numbers: $(cat "$work/said")"
     [ "$(grep -c ' Page$' "$work/said")" -eq "$pages" ] || fail "other pages: $(cat "$work/said")"
+}
+
+test_summary() {
+    for file in "$sample" "$samples/form-2pages.pdf"; do
+        echo "pages $("$programs/pages" "$file" | wc -l)" >"$work/wanted"
+        "$programs/fields" "$file" >"$work/fields" 2>/dev/null || : # there may be no form
+        echo "fields $(wc -l <"$work/fields")" >>"$work/wanted"
+        status 0 "$programs/summary" "$file"
+        same "$work/wanted" "$work/out"
+    done
+    sed 's,/MediaBox \[ \(.*\) \],/MediaBox ( \1 ),' "$samples/form-2pages.pdf" >"$work/box.pdf"
+    status 1 "$programs/summary" "$work/box.pdf"
+    grep -q '^error 1543 .*: object 26: MediaBox is of a wrong kind' "$work/err" ||
+        fail "$(cat "$work/err")"
 }
 
 test_edit_values() {

@@ -21,10 +21,10 @@ test_mail_merge() {
     printf 'customer\tabsent\nx\ty\n' >"$work/table"
     rm "$work/folder/1.pdf"
     status 1 "$programs/recipe_mail_merge" "$samples/invoice-form.pdf" "$work/table" "$work/folder"
-    grep -q '^error 34819 .*: it has no field absent' "$work/err" || fail "$(cat "$work/err")"
+    grep -q '^error 34819 .*: There is no field absent' "$work/err" || fail "$(cat "$work/err")"
     printf 'country\tcustomer\nXX\ty\nIT\tz\n' >"$work/table"
     status 1 "$programs/recipe_mail_merge" "$samples/invoice-form.pdf" "$work/table" "$work/folder"
-    grep -q '^row 1: ' "$work/out" || fail "the bad row is not told"
+    grep -q ': row 1: field country: it has no option XX; ' "$work/err" || fail "the bad row is not told"
     [ "$(ls "$work/folder")" = 2.pdf ] || fail "not the good row alone: $(ls "$work/folder")"
 }
 
@@ -83,9 +83,8 @@ test_logger() {
         >"$work/bad.pdf"
     printf 'trailer\n<< /Root 1 0 R >>\nstartxref\n33\n%%%%EOF\n' >>"$work/bad.pdf"
     status 1 "$programs/recipe_logger" "$work/bad.pdf"
-    said='app\[E\] PDF: Object 1h (1): in this dictionary a key has no value'
-    ! has_import || said='app\[E\] Lib.File.PDF.Import: the document has no page tree'
-    grep -q "^$said" "$work/out" || fail "$(cat "$work/out")"
+    grep -q '^app\[E\] PDF: Object 1h (1): in this dictionary a key has no value' "$work/out" ||
+        fail "$(cat "$work/out")"
     [ "$(grep -cv '^error ' "$work/err")" -eq 0 ] || fail "something went past the logger: $(cat "$work/err")"
     tail -n 1 "$work/out" | grep -Eqx 'not opened, [1-9][0-9]* errors' || fail "$(cat "$work/out")"
     status 0 "$programs/recipe_logger" "$samples/letterhead.pdf"
@@ -105,7 +104,7 @@ test_threads() {
     cp "$samples"/*.pdf "$work/"
     echo 'no document' >"$work/bad.pdf"
     status 1 "$programs/recipe_threads" "$work"/*.pdf
-    grep -q "^error 34064 .*: $work/bad.pdf; " "$work/err" || fail "$(cat "$work/err")"
+    grep -q "^error 34064 .*: $work/bad.pdf: .*; " "$work/err" || fail "$(cat "$work/err")"
     for file in "$samples"/*.pdf; do
         "$programs/recompress" flate "$file" "$work/wanted"
         same "$work/wanted" "$work/${file##*/}.new"
@@ -123,12 +122,12 @@ test_mixed_input() {
         encrypted.pdf revised.pdf missing.pdf .
     cat >"$work/wanted" <<ROWS
 $samples/plain-2pages.pdf: fine, 2 pages
-text.pdf: no PDF, 0 pages
-cut.pdf: damaged: Import::open may repair it, 0 pages
-encrypted.pdf: encrypted: Import::open decrypts it, 0 pages
+text.pdf: no PDF
+cut.pdf: damaged: Import::open may repair it
+encrypted.pdf: encrypted: Import::open decrypts it
 revised.pdf: fine, 3 pages
-missing.pdf: not there, or not permitted, 0 pages
-.: no file, 0 pages
+missing.pdf: not there, or not permitted
+.: no file
 ROWS
     same "$work/wanted" "$work/out"
     [ "$(grep -c '^error 340[0-9]* .*: [m.].*;' "$work/err")" -eq 2 ] || fail "$(cat "$work/err")"

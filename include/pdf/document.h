@@ -38,6 +38,9 @@ enum class Structure : std::uint32_t {
 /// the code is that of the failed step or `OutOfMemory`.
 class FILES_PDF_EXPORT Document : public Host::Object {
 public:
+    /// Handles of what the document held stay valid.
+    ~Document() override;
+
     /// Loads a document: header, trailer, cross-reference section (ISO 32000-1, 7.5) and every
     /// object in use. Stream data stays in `source`, which the document keeps a handle of.
     ///

@@ -10,8 +10,8 @@
 
 namespace Libraries::Files::PDF {
 
-/// What `Host::Error::get()` gives after a failed operation. The codes of the platform layer
-/// (`Host::NullArgument` and its like) are used by documents with the same meaning.
+/// What `Host::Error::get()` gives after a failed operation, and `code()` of a tool's `Failure`.
+/// The codes of the platform layer (`Host::NullArgument` and its like) mean the same here.
 enum ErrorCode : std::uint32_t {
     StepFailed = Host::StepFailed,           ///< a step inside a larger operation failed
     NullArgument = Host::NullArgument,       ///< a required argument is null

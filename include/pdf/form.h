@@ -17,7 +17,7 @@
 /// form is built, and so are the references to AP and DR. The dictionaries AP and DR are shared
 /// with the document: a new N in the AP shows, another AP does not. The form's own entries, except
 /// Fields, are read at each call. Setting a value does not rebuild the field's appearance.
-/// `Tools::fillField` does that, and minds inherited entries.
+/// `Tools::FormEditor` does that, and minds inherited entries.
 
 #include <host/export.h>
 #include <host/string.h>

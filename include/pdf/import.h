@@ -8,6 +8,7 @@
 #include <host/ref.h>
 #include <host/stripe.h>
 #include <pdf/document.h>
+#include <pdf/tools/result.h>
 
 #include <cstdint>
 #include <string_view>
@@ -51,13 +52,14 @@ struct Options {
 /// is not needed afterwards. As `normalise` does, it logs all repairs. It does not log why the file
 /// did not open as it is.
 ///
-/// Null with the code of `Host::FileSource::open`, `Document::create` or `normalise` set.
-[[nodiscard]] FILES_PDF_EXPORT Ref<Document> open(std::string_view path,
-                                                  const Options& options = {}) noexcept;
+/// Fails with a code of `Tools::open` or `normalise`; the text says which object is damaged and
+/// how, or why libqpdf gave up.
+[[nodiscard]] FILES_PDF_EXPORT Tools::Result<Ref<Document>>
+open(std::string_view path, const Options& options = {}) noexcept;
 
 /// The same for the document in `source`, of 32-bit elements, one for each byte.
-[[nodiscard]] FILES_PDF_EXPORT Ref<Document> openFrom(Ref<Interfaces::Stripe> source,
-                                                      const Options& options = {}) noexcept;
+[[nodiscard]] FILES_PDF_EXPORT Tools::Result<Ref<Document>>
+openFrom(const Ref<Interfaces::Stripe>& source, const Options& options = {}) noexcept;
 
 /// Writes the document in `source`, as it is in its last revision, to `target`: from the start of
 /// `target` on, which should be empty. `Document::create` opens what was written.

@@ -38,6 +38,8 @@ bool isKnown(PdfVersion version) noexcept {
 
 } // namespace
 
+Document::~Document() = default;
+
 Objects Document::getObjects() const noexcept {
     const DocumentState* const state = stateOf(*this);
     if (state == nullptr) return fail(NotSupported);

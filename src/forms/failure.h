@@ -11,7 +11,7 @@ extern const std::uint32_t formLogFilter;
 
 /// Logs an error through the filter of the forms, sets the code and gives "no result".
 template <class... Pieces>
-Host::Failure failField(std::uint32_t code, const Pieces&... pieces) noexcept {
+Host::NoResult failField(std::uint32_t code, const Pieces&... pieces) noexcept {
     Host::log(formLogFilter, Host::LogLevel::Error, pieces...);
     Host::Error::set(code);
     return {};
@@ -19,7 +19,7 @@ Host::Failure failField(std::uint32_t code, const Pieces&... pieces) noexcept {
 
 /// Logs an error and gives "no result". The caller sets the code.
 template <class... Pieces>
-Host::Failure refuseField(const Pieces&... pieces) noexcept {
+Host::NoResult refuseField(const Pieces&... pieces) noexcept {
     Host::log(formLogFilter, Host::LogLevel::Error, pieces...);
     return {};
 }

@@ -74,7 +74,7 @@ void log(std::uint32_t filter, LogLevel level, const Pieces&... pieces) noexcept
 }
 
 /// The result of a failed operation. It converts to the "no result" of any result type.
-struct Failure {
+struct NoResult {
     template <class T>
     operator Ref<T>() const noexcept {
         return nullptr;

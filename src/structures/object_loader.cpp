@@ -93,18 +93,14 @@ void ObjectLoader::loadObject(const Entry& entry) {
     }
     const PackedValue value = objects_.readValue();
     const bool isStream = value.kind == Value::Type::Stream;
-    if (value.kind == Value::Type::Null || (isStream && isStorage(entry, value.bytes))) {
+    const std::string_view type = isStream ? findPackedEntry(value.bytes, "Type") : "";
+    if (type.ends_with(" R")) types_.push_back(entry.number);
+    if (value.kind == Value::Type::Null || isStorageType(type)) {
         dropped_.push_back(entry.number);
         return;
     }
     if (isStream) checkData(entry, value);
     keep(entry, value);
-}
-
-bool ObjectLoader::isStorage(const Entry& entry, std::string_view dict) {
-    const std::string_view type = findPackedEntry(dict, "Type");
-    if (type.ends_with(" R")) types_.push_back(entry.number);
-    return isStorageType(type);
 }
 
 /// Looks at where the data of a stream ends, at once or when its length has been read.

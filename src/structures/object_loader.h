@@ -50,7 +50,6 @@ private:
     [[nodiscard]] Host::ByteBuffer readStream(const Entry& stream, std::string& dict);
     [[nodiscard]] std::uint64_t lengthOf(std::string_view dict, std::uint64_t offset);
     void keep(const Entry& entry, PackedValue value);
-    [[nodiscard]] bool isStorage(const Entry& entry, std::string_view dict);
     void checkData(const Entry& entry, const PackedValue& stream);
     void checkTypes();
     void checkLengths();

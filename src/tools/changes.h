@@ -3,14 +3,13 @@
 #include <host/string.h>
 #include <pdf/document.h>
 
-#include <cstdint>
 #include <string_view>
 #include <vector>
 
 namespace Libraries::Files::PDF::Tools {
 
 /// Changes of a document that belong together: they are taken back when this goes, unless it was
-/// told that all went well.
+/// told that all went well. What cannot be done fails.
 class Changes {
 public:
     explicit Changes(Document& document) noexcept : document_(document) {}
@@ -18,20 +17,21 @@ public:
     Changes& operator=(const Changes&) = delete;
     ~Changes() { undo(); }
 
-    /// Sets an entry, or takes it away where `value` is null. Throws `std::bad_alloc`; false with
-    /// the code set where a dictionary of an application's own refuses.
-    [[nodiscard]] bool set(const Ref<Dictionary>& dictionary, std::string_view key,
-                           Ref<Value> value);
+    [[nodiscard]] Document& document() const noexcept { return document_; }
+
+    /// Sets an entry, or takes it away where `value` is null.
+    void set(const Ref<Dictionary>& dictionary, std::string_view key, Ref<Value> value);
+    /// The same unless it is equal already.
+    void setUnlessEqual(const Ref<Dictionary>& dictionary, std::string_view key,
+                        const Ref<Value>& value);
     /// Takes an entry away, if there is one.
-    [[nodiscard]] bool drop(const Ref<Dictionary>& dictionary, std::string_view key);
-    /// Has the entry go back to what it is now, whoever changes it. Throws `std::bad_alloc`.
+    void drop(const Ref<Dictionary>& dictionary, std::string_view key);
+    /// Has the entry go back to what it is now, whoever changes it.
     void remember(const Ref<Dictionary>& dictionary, std::string_view key);
-    /// Has the next objects that others add go as well, so many at most. Throws `std::bad_alloc`;
-    /// false with the code set where none can be added.
-    [[nodiscard]] bool rememberObjects(std::uint32_t count);
-    /// Adds an object; none after `rememberObjects`. Throws `std::bad_alloc`; null with the code
-    /// set where the document cannot have one more.
-    [[nodiscard]] Ref<Object> add(Ref<Value> value);
+    /// Adds an object.
+    Ref<Object> addObject(Ref<Value> value);
+    /// The same, and gives the reference to it.
+    Ref<ObjectRef> add(Ref<Value> value);
     void keep() noexcept;
 
 private:
@@ -47,7 +47,6 @@ private:
     Document& document_;
     std::vector<Entry> entries_;
     std::vector<Ref<Object>> added_;
-    std::vector<Ref<ObjectRef>> others_; ///< to objects that need not exist
 };
 
 } // namespace Libraries::Files::PDF::Tools

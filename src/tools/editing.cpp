@@ -1,62 +1,52 @@
+#include "tools/changes.h"
 #include "tools/failure.h"
+#include "tools/new_values.h"
 #include "tools/references.h"
 
 #include <pdf/tools/editing.h>
 
-#include <algorithm>
-#include <vector>
-
 namespace Libraries::Files::PDF::Tools {
 
-namespace {
-
-/// Whether the text comes back as it is from a literal string.
-bool isPlain(const Host::String& text) noexcept {
-    constexpr char32_t firstPrintable = 0x20;
-    constexpr char32_t deleteCode = 0x7F;
-    const std::string_view codes = text.narrow();
-    return std::ranges::all_of(codes, [](char code) {
-        const bool control = static_cast<unsigned char>(code) < firstPrintable;
-        return code != '\\' && code != deleteCode && (!control || code == '\n');
+Result<Ref<ObjectRef>> referenceTo(const Ref<Object>& object) noexcept {
+    return guarded([&] {
+        requireArgument(object, "object");
+        return newReference(object);
     });
 }
 
-Ref<String> utf16String(const Host::String& text) {
-    std::vector<unsigned char> bytes = {0xFE, 0xFF};
-    for (const char16_t unit : text.utf16()) {
-        bytes.push_back(static_cast<unsigned char>(unit >> 8));
-        bytes.push_back(static_cast<unsigned char>(unit & 0xFF));
-    }
-    return orThrow(String::create(orThrow(Host::TConstArray<unsigned char>::create(bytes))));
-}
-
-} // namespace
-
-Ref<String> textString(std::string_view utf8) noexcept {
-    return guarded([&]() -> Ref<String> {
-        const Ref<Host::String> text = orThrow(Host::String::create(utf8));
-        return isPlain(*text) ? orThrow(String::create(text)) : utf16String(*text);
+Result<Ref<ObjectRef>> addObject(const Ref<Document>& document, const Ref<Value>& value) noexcept {
+    return guarded([&] {
+        requireArgument(document, "document");
+        requireArgument(value, "value");
+        requireHome(*document, value, "value");
+        Changes changes(*document);
+        Ref<ObjectRef> ref = changes.add(value);
+        changes.keep();
+        return ref;
     });
 }
 
-Ref<ObjectRef> referenceTo(const Ref<Object>& object) noexcept {
-    if (object) return ObjectRef::create(object->id(), object->generation());
-    Host::Error::set(NullArgument);
-    return nullptr;
+Result<void> removeObject(const Ref<Document>& document, const Ref<ObjectRef>& ref) noexcept {
+    return guarded([&] {
+        requireArgument(document, "document");
+        requireArgument(ref, "reference");
+        const Ref<Object> object = quietly([&] { return document->getObject(ref); });
+        if (!object) fail(ObjectNotFound, "There is no object ", ref);
+        orFail(document->removeObject(object));
+    });
 }
 
-Ref<ObjectRef> addObject(Document& document, Ref<Value> value) noexcept {
-    if (!canBeUsed(document, value)) return nullptr;
-    const Ref<Object> object = document.addObject(std::move(value));
-    if (!object) return nullptr;
-    Ref<ObjectRef> ref = referenceTo(object);
-    if (!ref) static_cast<void>(document.removeObject(object));
-    return ref;
-}
-
-bool removeObject(Document& document, const Ref<ObjectRef>& ref) noexcept {
-    const Ref<Object> object = document.getObject(ref);
-    return object && document.removeObject(object);
+Result<Ref<Dictionary>> getOrAdd(const Ref<Document>& document, const Ref<Dictionary>& from,
+                                 std::string_view key) noexcept {
+    auto found = get<Dictionary>(document, from, key);
+    if (found || found.error().code() != KeyNotFound) return found;
+    return guarded([&] {
+        Changes changes(*document);
+        Ref<Dictionary> added = newDictionary();
+        changes.set(from, key, changes.add(added));
+        changes.keep();
+        return added;
+    });
 }
 
 } // namespace Libraries::Files::PDF::Tools

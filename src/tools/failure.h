@@ -1,94 +1,139 @@
 #pragma once
 
+#include "host/guard.h"
+
 #include <host/error.h>
+#include <host/held_log.h>
 #include <host/ref.h>
+#include <pdf/tools/result.h>
 #include <pdf/values.h>
 
 #include <new>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 
+/// How tools fail: a step throws, and the guard around the operation makes a `Failure` of it. So no
+/// step in between looks, and destructors take back what was changed.
 namespace Libraries::Files::PDF::Tools {
 
-/// Logs a message as an error through the filter "PDF", if the log lets it pass; where memory does
-/// not suffice the message is lost. Leaves the thread's code alone.
-void logError(std::string_view message) noexcept;
-/// Whether such a message would be seen at all.
-[[nodiscard]] bool errorsPass() noexcept;
+using Host::makeOrThrow;
+using Host::orThrow;
 
-/// What a failed operation gives.
-struct Failure {
+/// What a step throws that fails, exhausted memory apart, which is `std::bad_alloc`.
+struct FailedStep {
+    std::uint32_t code;
+    std::string text{};       ///< empty: what the library logged says it
+    std::uint32_t object = 0; ///< the first one that the text names
+    std::string where{};      ///< what stands in front of the text
+
+    void add(std::string_view piece) { text += piece; }
+    void add(std::uint64_t number) { text += std::to_string(number); }
+    /// An object, or a reference to one.
     template <class T>
-    operator Ref<T>() const noexcept {
-        return nullptr;
+    void add(const Ref<T>& named) {
+        text += std::to_string(named->id()) + " (" + std::to_string(named->generation()) + ")";
+        if (object == 0) object = named->id();
     }
-    operator bool() const noexcept { return false; }
-    /// Of what tells more than that.
-    template <class Result>
-    requires requires { Result::Failed; }
-    operator Result() const noexcept { return Result::Failed; }
 };
 
-/// Logs an error, sets the code and gives "no result". Pieces are texts, numbers and objects.
+/// Fails. Pieces are texts, numbers, objects and references.
 template <class... Pieces>
-Failure fail(std::uint32_t code, const Pieces&... pieces) noexcept;
-
-/// Runs `body` at the boundary: exhausted memory is an ordinary failure.
-template <class Body>
-auto guarded(Body&& body) noexcept -> decltype(body()) {
-    try {
-        return std::forward<Body>(body)();
-    } catch (const std::bad_alloc&) {
-    } catch (const std::length_error&) {
-    }
-    Host::Error::set(Host::OutOfMemory);
-    return decltype(body())();
+[[noreturn]] void fail(std::uint32_t code, const Pieces&... pieces) {
+    FailedStep step{code};
+    (step.add(pieces), ...);
+    throw step;
 }
 
-/// Passes on what can only be null where memory ran out; throws `std::bad_alloc` then.
+/// Fails with `NullArgument` where `what` was not given.
 template <class T>
-[[nodiscard]] Ref<T> orThrow(Ref<T> object) {
-    if (!object) throw std::bad_alloc();
-    return object;
+void requireArgument(const Ref<T>& given, std::string_view what) {
+    if (!given) fail(Host::NullArgument, "No ", what, " was given");
 }
 
-/// What a look-up finds, which may be nothing: the code stays as it was. Throws `std::bad_alloc`
-/// where that is why.
+/// Fails as the last operation of the library did, which has set the thread's code.
+[[noreturn]] void failAsBefore();
+
+/// What an operation of the library gave; where it gave nothing, this fails as that did.
+template <class T>
+T orFail(T given) {
+    if (!given) failAsBefore();
+    return given;
+}
+
+/// Runs a step; what fails in it says where that was, in front. `where` is a text, or gives one.
+template <class Where, class Step>
+auto at(const Where& where, Step step) {
+    try {
+        return step();
+    } catch (FailedStep& failed) {
+        std::string place;
+        if constexpr (std::is_invocable_v<const Where&>) {
+            place = where();
+        } else {
+            place = where;
+        }
+        failed.where = place + ": " + failed.where;
+        throw;
+    }
+}
+
+/// Runs a step on an object; what fails in it names that.
+template <class Step>
+auto atObject(std::uint32_t id, Step step) {
+    try {
+        return at([id] { return "Object " + std::to_string(id); }, step);
+    } catch (FailedStep& failed) {
+        if (failed.object == 0) failed.object = id;
+        throw;
+    }
+}
+
+/// What a look-up finds, which may be nothing. Throws `std::bad_alloc` where that is why.
 template <class Look>
 [[nodiscard]] auto quietly(Look look) {
-    const std::uint32_t former = Host::Error::get();
     Host::Error::set(Host::NoError);
     auto found = look();
-    const bool exhausted = !found && Host::Error::get() == Host::OutOfMemory;
-    Host::Error::set(former);
-    if (exhausted) throw std::bad_alloc();
+    if (!found && Host::Error::get() == Host::OutOfMemory) throw std::bad_alloc();
     return found;
 }
 
-inline void addPiece(std::string& text, std::string_view piece) {
-    text += piece;
-}
-inline void addPiece(std::string& text, std::uint64_t number) {
-    text += std::to_string(number);
-}
-inline void addPiece(std::string& text, const Ref<Object>& object) {
-    text += std::to_string(object->id()) + " (" + std::to_string(object->generation()) + ")";
-}
+/// Around an operation: it leaves the thread's code as it was, and the log where it fails.
+class Boundary {
+public:
+    Boundary() noexcept = default;
+    Boundary(const Boundary&) = delete;
+    Boundary& operator=(const Boundary&) = delete;
+    ~Boundary();
 
-template <class... Pieces>
-Failure fail(std::uint32_t code, const Pieces&... pieces) noexcept {
-    if constexpr (sizeof...(pieces) != 0) {
-        try {
-            std::string text;
-            if (errorsPass()) (addPiece(text, pieces), ...);
-            logError(text);
-        } catch (const std::exception&) {
+    /// Why the operation failed: of the exception that is being handled.
+    [[nodiscard]] Failure failure() noexcept;
+
+private:
+    [[nodiscard]] Failure failure(const FailedStep& step) const noexcept;
+
+    bool failed_ = false;
+    std::uint32_t code_ = Host::Error::get();
+    Host::HeldLog log_{Host::HeldLog::Keep::AllErrors};
+};
+
+/// Runs an operation: what `body` gives, or why it failed.
+template <class Body>
+auto guarded(Body&& body) noexcept -> Result<std::invoke_result_t<Body>> {
+    using Given = std::invoke_result_t<Body>;
+    Boundary boundary;
+    try {
+        if constexpr (std::is_void_v<Given>) {
+            std::forward<Body>(body)();
+            return {};
+        } else {
+            return Result<Given>(std::in_place, std::forward<Body>(body)());
         }
+    } catch (...) {
+        return Unexpected(boundary.failure());
     }
-    Host::Error::set(code);
-    return {};
 }
 
 } // namespace Libraries::Files::PDF::Tools

@@ -1,86 +1,112 @@
 #include "tools/failure.h"
 #include "tools/legibility.h"
-#include "tools/page_count.h"
+#include "tools/losses_of.h"
+#include "tools/references.h"
 
 #include <host/files.h>
 #include <pdf/errors.h>
 #include <pdf/tools/files.h>
-#include <pdf/tools/losses.h>
 
-#include <algorithm>
+#include <string>
 
 namespace Libraries::Files::PDF::Tools {
 
 namespace {
 
-Saved refuse() noexcept {
-    Host::Error::set(ResultUnsound);
-    return Saved::Unsound;
+/// What stands for a path in front of a failure.
+std::string_view shown(std::string_view path) noexcept {
+    return path.empty() ? "an empty path" : path;
 }
 
-bool hasGraveLoss(const Document& document) noexcept {
-    return std::ranges::any_of(losses(document),
-                               [](const LossFound& loss) { return isGrave(loss.kind); });
+/// Refuses a document that would be none any more.
+void refuseGraveLoss(const Document& document) {
+    for (const LossFound& loss : lossesOf(document)) {
+        if (!isGrave(loss.kind)) continue;
+        const std::uint32_t object = loss.firstObject;
+        const std::string first = object == 0 ? "" : ", first in object " + std::to_string(object);
+        throw FailedStep{ResultUnsound, lossText(loss.kind) + first, object};
+    }
 }
 
-/// Whether all that was set is read again as it is; else the log says what is not.
-bool isLegible(const Document& document) {
+/// Refuses what was set and is not read again as it is.
+void refuseIllegible(const Document& document) {
     const std::string illegible = firstIllegible(document, false);
-    return illegible.empty() || fail(NotReadAgain, illegible);
+    if (!illegible.empty()) fail(NotReadAgain, illegible);
 }
 
-/// Says why what was written does not open, where a text or name is the reason. The code stays.
-Saved explain(const Document& document) {
+/// Opens what was written. Where a text or a name is why it does not open, that is told.
+Ref<Document> reopened(const Document& document, const Ref<Interfaces::Stripe>& written) {
+    Ref<Document> result = Document::create(written);
+    if (result) return result;
     const std::uint32_t code = Host::Error::get();
     const std::string illegible = firstIllegible(document, true);
-    if (!illegible.empty()) logError(illegible);
     Host::Error::set(code);
-    return Saved::Unreadable;
+    if (illegible.empty()) failAsBefore();
+    fail(code, illegible);
 }
 
-/// Whether what was written may take its place.
-Saved look(const Document& document, Host::FileTarget& target, bool force) {
-    const Ref<Host::FileSource> written = target.written();
-    if (!written) return Saved::Failed;
-    const Ref<Document> result = Document::create(written);
-    if (!result) return explain(document);
-    const bool fewer = countPages(*result).value_or(0) < countPages(document).value_or(0);
-    return fewer && !force ? refuse() : Saved::Done;
+/// Looks whether what was written may take its place.
+void look(const Document& document, const Ref<Interfaces::Stripe>& written, bool force) {
+    const Ref<Document> result =
+        at("the result would not open", [&] { return reopened(document, written); });
+    const std::uint64_t pages = countKids(*result).value_or(0);
+    const std::uint64_t wanted = countKids(document).value_or(0);
+    if (pages < wanted && !force)
+        fail(ResultUnsound, "the result has ", pages, " pages instead of ", wanted);
 }
 
-} // namespace
-
-Ref<Document> open(std::string_view path) noexcept {
-    const Ref<Host::FileSource> source = Host::FileSource::open(path);
-    return source ? Document::create(source, Structure::Any) : nullptr;
+/// Looks whether a document may be written.
+void lookBefore(const Document& document, const SaveOptions& options) {
+    if (!options.look || options.force) return;
+    refuseGraveLoss(document);
+    refuseIllegible(document);
 }
 
-namespace {
-
-Saved saved(Document& document, std::string_view path, const SaveOptions& options) {
-    if (options.look && !options.force) {
-        if (hasGraveLoss(document)) return refuse();
-        if (!isLegible(document)) return Saved::Unsound;
-    }
-    const Ref<Host::FileTarget> target = Host::FileTarget::create(path);
-    if (!target || !document.write(target)) return Saved::Failed;
-    if (options.look) {
-        const Saved seen = look(document, *target, options.force);
-        if (seen != Saved::Done) return seen;
-    }
-    return target->commit() ? Saved::Done : Saved::Failed;
+void saveTo(Document& document, std::string_view path, const SaveOptions& options) {
+    lookBefore(document, options);
+    const Ref<Host::FileTarget> target = orFail(Host::FileTarget::create(path));
+    orFail(document.write(target));
+    if (options.look) look(document, orFail(target->written()), options.force);
+    orFail(target->commit());
 }
 
 } // namespace
 
-Saved save(Document& document, std::string_view path, const SaveOptions& options) noexcept {
-    try {
-        return saved(document, path, options);
-    } catch (const std::bad_alloc&) {
-    } catch (const std::length_error&) {
-    }
-    Host::Error::set(Host::OutOfMemory);
-    return Saved::Failed;
+Result<Ref<Document>> open(std::string_view path) noexcept {
+    return guarded([&] {
+        return at(shown(path), [&] {
+            const Ref<Host::FileSource> source = orFail(Host::FileSource::open(path));
+            return orFail(Document::create(source, Structure::Any));
+        });
+    });
+}
+
+Result<Ref<Document>> openFrom(const Ref<Interfaces::Stripe>& source) noexcept {
+    return guarded([&] {
+        requireArgument(source, "source");
+        return orFail(Document::create(source, Structure::Any));
+    });
+}
+
+Result<void> save(const Ref<Document>& document, std::string_view path,
+                  const SaveOptions& options) noexcept {
+    return guarded([&] {
+        requireArgument(document, "document");
+        at(shown(path), [&] { saveTo(*document, path, options); });
+    });
+}
+
+Result<Ref<Host::MemoryStripe>> save(const Ref<Document>& document,
+                                     const SaveOptions& options) noexcept {
+    return guarded([&] {
+        requireArgument(document, "document");
+        lookBefore(*document, options);
+        Ref<Host::MemoryStripe> target = orThrow(Host::MemoryStripe::create());
+        orFail(document->write(target));
+        if (options.look) look(*document, target, options.force);
+        target->position(0);
+        return target;
+    });
 }
 
 } // namespace Libraries::Files::PDF::Tools

@@ -15,13 +15,13 @@ namespace {
 template <std::size_t count>
 std::optional<std::array<double, count>> numbersOf(const Document& document,
                                                    const Ref<Value>& value) {
-    const Ref<Array> array = Host::cast<Array>(follow(document, value));
+    const Ref<Array> array = followTo<Array>(document, value);
     if (!array || array->size() != count) return std::nullopt;
     std::array<double, count> numbers;
     for (std::size_t index = 0; index < count; ++index) {
-        const Ref<Number> number = Host::cast<Number>(follow(document, array->get(index)));
+        const auto number = valueOf(follow(document, array->get(index)));
         if (!number) return std::nullopt;
-        numbers[index] = valueOf(*number);
+        numbers[index] = *number;
     }
     return numbers;
 }
@@ -40,6 +40,11 @@ double valueOf(const Number& number) {
     double value = 0;
     std::from_chars(begin, text.data() + text.size(), value);
     return value;
+}
+
+std::optional<double> valueOf(const Ref<Value>& value) {
+    const Ref<Number> number = Host::cast<Number>(value);
+    return number ? std::optional(valueOf(*number)) : std::nullopt;
 }
 
 std::optional<Rectangle> rectangleOf(const Document& document, const Ref<Value>& value) {
@@ -84,12 +89,10 @@ Rectangle Matrix::bounds(const Rectangle& rectangle) const noexcept {
             std::max(y[0], y[1]) + std::max(y[2], y[3]) + f};
 }
 
-std::string spelled(double number) {
-    // No number of a page is as large; what is gets a number that every reader takes.
-    constexpr double most = 1e9;
-    std::array<char, 32> text;
-    const double clamped = std::isfinite(number) ? std::clamp(number, -most, most) : 0;
-    char* end = std::to_chars(text.data(), text.data() + text.size(), clamped,
+std::string fixedPoint(double number) {
+    constexpr std::size_t longest = 32; // 19 digits, a sign, a point, the places
+    std::array<char, longest> text;
+    char* end = std::to_chars(text.data(), text.data() + text.size(), number,
                               std::chars_format::fixed, places)
                     .ptr;
     while (end[-1] == '0')
@@ -97,6 +100,12 @@ std::string spelled(double number) {
     if (end[-1] == '.') --end;
     const std::string result(text.data(), end);
     return result == "-0" ? "0" : result;
+}
+
+std::string spelled(double number) {
+    // No number of a page is as large; what is gets a number that every reader takes.
+    constexpr double most = 1e9;
+    return fixedPoint(std::isfinite(number) ? std::clamp(number, -most, most) : 0);
 }
 
 std::string spelled(const Matrix& matrix) {

@@ -11,6 +11,8 @@ namespace Libraries::Files::PDF::Tools {
 
 /// A number as it was meant: as it stood in its file, where its two parts do not say that.
 [[nodiscard]] double valueOf(const Number& number);
+/// The same of a value; nothing where it is no number.
+[[nodiscard]] std::optional<double> valueOf(const Ref<Value>& value);
 
 /// A rectangle (ISO 32000-1, 7.9.5), its sides in order.
 struct Rectangle {
@@ -43,7 +45,9 @@ struct Matrix {
 /// Nothing where the value is no array of six numbers. Throws `std::bad_alloc`.
 [[nodiscard]] std::optional<Matrix> matrixOf(const Document& document, const Ref<Value>& value);
 
-/// A number for a content stream. Throws `std::bad_alloc`.
+/// A number below 2^63 with up to five digits behind the point. Throws `std::bad_alloc`.
+[[nodiscard]] std::string fixedPoint(double number);
+/// The same for a content stream, of any number. Throws `std::bad_alloc`.
 [[nodiscard]] std::string spelled(double number);
 /// The six numbers of a matrix, for a content stream. Throws `std::bad_alloc`.
 [[nodiscard]] std::string spelled(const Matrix& matrix);

@@ -32,7 +32,7 @@ public:
     /// Whether `value` holds such a thing; `what` says what it is then.
     [[nodiscard]] bool find(const Ref<Value>& value);
     [[nodiscard]] const std::string& what() const noexcept { return what_; }
-    /// The keys and indices that lead to it.
+    /// The keys and indices that lead to it, each behind a space.
     [[nodiscard]] std::string way() const;
 
 private:
@@ -49,7 +49,7 @@ private:
 std::string Search::way() const {
     std::string all;
     for (const std::string& step : way_)
-        all += (all.empty() ? "" : " ") + step;
+        all += " " + step;
     return all;
 }
 
@@ -116,11 +116,9 @@ bool Search::find(const Ref<Value>& value) {
 }
 
 Host::StackVector<Ref<Object>> usedObjects(const Document& document) {
-    const std::uint32_t code = Host::Error::get();
     Host::Error::set(Host::NoError);
     auto objects = document.usedObjects();
     if (objects.empty() && Host::Error::get() == Host::OutOfMemory) throw std::bad_alloc();
-    Host::Error::set(code);
     return objects;
 }
 
@@ -131,13 +129,10 @@ std::string firstIllegible(const Document& document, bool all) {
     // The exact loader reads a number sign that encodes nothing; what opens every sound file, and
     // keeps numbers, refuses it, and gave none.
     Search search(texts, document.faithfulNumbers());
-    if (search.find(document.trailer())) return "Trailer " + search.way() + ": " + search.what();
-    const auto objects = usedObjects(document);
-    for (const Ref<Object>& object : objects) {
+    if (search.find(document.trailer())) return "Trailer" + search.way() + ": " + search.what();
+    for (const Ref<Object>& object : usedObjects(document)) {
         if (!search.find(object->value())) continue;
-        const std::string way = search.way();
-        return "Object " + std::to_string(object->id()) + (way.empty() ? "" : " ") + way + ": " +
-               search.what();
+        return "Object " + std::to_string(object->id()) + search.way() + ": " + search.what();
     }
     return {};
 }

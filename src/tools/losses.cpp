@@ -1,4 +1,5 @@
-#include "tools/page_count.h"
+#include "tools/failure.h"
+#include "tools/losses_of.h"
 #include "tools/references.h"
 
 #include <host/string.h>
@@ -6,7 +7,6 @@
 
 #include <algorithm>
 #include <initializer_list>
-#include <new>
 
 namespace Libraries::Files::PDF::Tools {
 
@@ -27,8 +27,8 @@ LossCount signatures(const Document& document) {
     const Ref<Dictionary> trailer = document.trailer();
     if (met.count != 0 || !trailer) return met;
     const Ref<Object> catalog = objectBehind(document, trailer->find("Root"_str));
-    const Ref<Dictionary> entries = catalog ? Host::cast<Dictionary>(catalog->value()) : nullptr;
-    if (!entries || !entryOf(document, *entries, "Perms")) return met;
+    const auto entries = catalog ? Host::cast<Dictionary>(catalog->value()) : nullptr;
+    if (!entryOf(document, entries, "Perms")) return met;
     return {1, catalog->id()};
 }
 
@@ -39,7 +39,7 @@ LossCount count(const Document& document, Loss kind) {
     case Loss::Encryption:
         return {entries(document, {"Encrypt"_str}), 0};
     case Loss::PageTree:
-        return {countPages(document) ? 0U : 1U, 0};
+        return {countKids(document) ? 0U : 1U, 0};
     case Loss::Signatures:
         return signatures(document);
     case Loss::Fractions:
@@ -53,19 +53,33 @@ LossCount count(const Document& document, Loss kind) {
 
 } // namespace
 
-std::vector<LossFound> losses(const Document& document) noexcept {
-    const std::uint32_t code = Host::Error::get();
-    std::vector<LossFound> found;
-    try {
-        for (std::uint32_t number = 0; number < lossKinds; ++number) {
-            const auto kind = static_cast<Loss>(number);
-            const LossCount met = count(document, kind);
-            if (met.count != 0) found.push_back({kind, met.count, met.firstObject});
-        }
-    } catch (const std::bad_alloc&) {
+std::optional<std::uint64_t> countKids(const Document& document) {
+    const auto catalog = followEntry<Dictionary>(document, document.trailer(), "Root");
+    const auto root = followEntry<Dictionary>(document, catalog, "Pages");
+    const auto kids = followEntry<Array>(document, root, "Kids");
+    if (!kids) return std::nullopt;
+    for (std::uint64_t index = 0; index < kids->size(); ++index) {
+        const Ref<ObjectRef> ref = Host::cast<ObjectRef>(kids->get(index));
+        if (!ref || !quietly([&] { return document.getObject(ref); })) return std::nullopt;
     }
-    Host::Error::set(code);
+    return kids->size();
+}
+
+std::vector<LossFound> lossesOf(const Document& document) {
+    std::vector<LossFound> found;
+    for (std::uint32_t number = 0; number < lossKinds; ++number) {
+        const auto kind = static_cast<Loss>(number);
+        const LossCount met = count(document, kind);
+        if (met.count != 0) found.push_back({kind, met.count, met.firstObject});
+    }
     return found;
+}
+
+Result<std::vector<LossFound>> losses(const Ref<Document>& document) noexcept {
+    return guarded([&] {
+        requireArgument(document, "document");
+        return lossesOf(*document);
+    });
 }
 
 bool isGrave(Loss kind) noexcept {

@@ -1,6 +1,5 @@
-#include "tools/prediction.h"
-
 #include "tools/references.h"
+#include "tools/stream_coding.h"
 
 #include <string_view>
 
@@ -18,7 +17,7 @@ constexpr std::uint64_t wholeByte = 8;
 constexpr std::uint64_t twoBytes = 16;
 
 /// A whole number between 1 and `most`, or nothing.
-std::optional<std::uint64_t> positive(const Document& document, const Dictionary& parameters,
+std::optional<std::uint64_t> positive(const Document& document, const Ref<Dictionary>& parameters,
                                       std::string_view key, std::uint64_t absent,
                                       std::int64_t most) {
     const Ref<Value> value = followEntry(document, parameters, key);
@@ -43,16 +42,15 @@ std::optional<Prediction::Kind> kindOf(std::uint64_t number) noexcept {
 std::optional<Prediction> predictionOf(const Document& document,
                                        const Ref<Dictionary>& parameters) {
     if (!parameters) return Prediction();
-    const Dictionary& entries = *parameters;
     constexpr std::int64_t lastPng = 15;
-    const auto number = positive(document, entries, "Predictor", 1, lastPng);
+    const auto number = positive(document, parameters, "Predictor", 1, lastPng);
     const auto kind = number ? kindOf(*number) : std::nullopt;
     if (!kind || *kind == Prediction::Kind::None) {
         return kind ? std::optional(Prediction()) : std::nullopt;
     }
-    const auto colors = positive(document, entries, "Colors", 1, mostColors);
-    const auto bits = positive(document, entries, "BitsPerComponent", wholeByte, twoBytes);
-    const auto columns = positive(document, entries, "Columns", 1, mostColumns);
+    const auto colors = positive(document, parameters, "Colors", 1, mostColors);
+    const auto bits = positive(document, parameters, "BitsPerComponent", wholeByte, twoBytes);
+    const auto columns = positive(document, parameters, "Columns", 1, mostColumns);
     const bool legal = colors && bits && columns && (*bits & (*bits - 1)) == 0;
     return legal ? std::optional(Prediction{*kind, *colors, *bits, *columns}) : std::nullopt;
 }

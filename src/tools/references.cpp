@@ -2,7 +2,7 @@
 
 #include "tools/failure.h"
 
-#include <pdf/tools/editing.h>
+#include <pdf/errors.h>
 
 #include <utility>
 
@@ -14,6 +14,10 @@ constexpr unsigned longestChain = 32;
 
 bool isReference(const Ref<Value>& value) noexcept {
     return value && value->type() == Value::Type::ObjectRef;
+}
+
+bool isNothing(const Ref<Value>& value) noexcept {
+    return !value || value->type() == Value::Type::Null;
 }
 
 } // namespace
@@ -35,36 +39,38 @@ Ref<Object> objectBehind(const Document& document, Ref<Value> value) {
     return value ? object : nullptr;
 }
 
-Ref<Value> entryOf(const Document& document, const Dictionary& dictionary, std::string_view key) {
-    Ref<Value> entry = quietly([&] { return dictionary.find(key); });
-    const Ref<Value> value = follow(document, entry);
-    if (!value || value->type() == Value::Type::Null) return nullptr;
-    return entry;
+Ref<Value> findEntry(const Ref<Dictionary>& dictionary, std::string_view key) {
+    return quietly([&] { return dictionary ? dictionary->find(key) : nullptr; });
 }
 
-Ref<Value> followEntry(const Document& document, const Dictionary& dictionary,
+std::vector<Ref<Value>> elementsOf(const Ref<Array>& array) {
+    std::vector<Ref<Value>> elements;
+    for (std::uint64_t index = 0; array && index < array->size(); ++index)
+        elements.push_back(array->get(index));
+    return elements;
+}
+
+Ref<Value> entryOf(const Document& document, const Ref<Dictionary>& dictionary,
+                   std::string_view key) {
+    Ref<Value> entry = findEntry(dictionary, key);
+    return isNothing(follow(document, entry)) ? nullptr : entry;
+}
+
+Ref<Value> followEntry(const Document& document, const Ref<Dictionary>& dictionary,
                        std::string_view key) {
-    return follow(document, entryOf(document, dictionary, key));
+    Ref<Value> value = follow(document, findEntry(dictionary, key));
+    return isNothing(value) ? nullptr : value;
 }
 
-bool canBeUsed(const Document& document, const Ref<Value>& value) noexcept {
-    if (!value || document.homeOf(*value) != Home::Elsewhere) return true;
-    return fail(InvalidArgument, "A value is that of another document's object");
+void requireHome(const Document& document, const Ref<Value>& value, std::string_view what) {
+    if (!value || document.homeOf(*value) != Home::Elsewhere) return;
+    fail(InvalidArgument, "The ", what, " belongs to another document");
 }
 
 bool isName(const Ref<Value>& value, std::string_view name) noexcept {
     const Ref<Name> held = Host::cast<Name>(value);
     const Ref<Host::String> text = held ? held->name() : nullptr;
     return text && text->equals(name);
-}
-
-Ref<Value> resolve(const Document& document, Ref<Value> value) noexcept {
-    if (!value) return nullptr;
-    return guarded([&]() -> Ref<Value> {
-        Ref<Value> found = follow(document, value);
-        if (!found) return fail(ReferenceNotResolved, "A reference leads nowhere");
-        return found;
-    });
 }
 
 } // namespace Libraries::Files::PDF::Tools

@@ -39,14 +39,14 @@ public:
     Conversion(BlockFilter& filter, Host::ByteBuffer& output, std::uint64_t limit) noexcept
         : filter_(filter), output_(output), limit_(limit) {}
 
-    [[nodiscard]] Converted run(Interfaces::Stripe& data);
-    [[nodiscard]] Converted run(std::span<const std::uint8_t> data);
+    [[nodiscard]] Inflated run(Interfaces::Stripe& data);
+    [[nodiscard]] Inflated run(std::span<const std::uint8_t> data);
 
 private:
     [[nodiscard]] bool isTooLarge() const noexcept { return output_.size() > limit_; }
-    [[nodiscard]] Converted take(std::span<const std::uint8_t> input);
-    [[nodiscard]] Converted finish();
-    [[nodiscard]] static Converted damaged();
+    [[nodiscard]] Inflated take(std::span<const std::uint8_t> input);
+    [[nodiscard]] Inflated finish();
+    [[nodiscard]] static Inflated damaged();
 
     BlockFilter& filter_;
     Host::ByteBuffer& output_;
@@ -54,12 +54,12 @@ private:
     std::vector<std::uint8_t> block_; ///< of data that is not held in memory
 };
 
-Converted Conversion::damaged() {
+Inflated Conversion::damaged() {
     if (Host::Error::get() == Host::OutOfMemory) throw std::bad_alloc();
-    return Converted::Damaged;
+    return Inflated::Damaged;
 }
 
-Converted Conversion::take(std::span<const std::uint8_t> input) {
+Inflated Conversion::take(std::span<const std::uint8_t> input) {
     while (!input.empty() && !isTooLarge()) {
         BlockFilter::Progress progress;
         if (!filter_.convert(input, roomIn(output_), progress)) return damaged();
@@ -67,21 +67,21 @@ Converted Conversion::take(std::span<const std::uint8_t> input) {
         input = input.subspan(progress.consumed);
         output_.extend(progress.produced);
     }
-    return isTooLarge() ? Converted::TooLarge : Converted::Done;
+    return isTooLarge() ? Inflated::TooLarge : Inflated::Done;
 }
 
-Converted Conversion::finish() {
+Inflated Conversion::finish() {
     while (!isTooLarge()) {
         std::uint64_t produced = 0;
         const auto report = filter_.flush(roomIn(output_), produced);
-        if (report == BlockFilter::Flush::Finished) return Converted::Done;
+        if (report == BlockFilter::Flush::Finished) return Inflated::Done;
         if (report == BlockFilter::Flush::Failed) return damaged();
         output_.extend(produced);
     }
-    return Converted::TooLarge;
+    return Inflated::TooLarge;
 }
 
-Converted Conversion::run(Interfaces::Stripe& data) {
+Inflated Conversion::run(Interfaces::Stripe& data) {
     Host::Error::set(Host::NoError);
     const std::uint64_t size = data.size();
     for (std::uint64_t position = 0; position < size;) {
@@ -91,32 +91,37 @@ Converted Conversion::run(Interfaces::Stripe& data) {
             block_.resize(std::min<std::uint64_t>(blockSize, size - position));
             const bool read = data.position(position) == position &&
                               data.readBytes(block_.data(), block_.size()) == block_.size();
-            if (!read) return Converted::NotRead;
+            if (!read) fail(SourceNotRead, "Failed to read the data of a stream");
             input = block_;
         }
-        const Converted taken = take(input);
-        if (taken != Converted::Done) return taken;
+        const Inflated taken = take(input);
+        if (taken != Inflated::Done) return taken;
         position += input.size();
     }
     return finish();
 }
 
-Converted Conversion::run(std::span<const std::uint8_t> data) {
+Inflated Conversion::run(std::span<const std::uint8_t> data) {
     Host::Error::set(Host::NoError);
-    const Converted taken = take(data);
-    return taken == Converted::Done ? finish() : taken;
+    const Inflated taken = take(data);
+    return taken == Inflated::Done ? finish() : taken;
 }
 
 /// Takes what stripes and spans are taken by.
 template <class Data>
-Converted deflated(Data& data, Host::ByteBuffer& output) {
+Host::ByteBuffer compressed(Data& data) {
+    Host::ByteBuffer output;
     const auto filter = orThrow(Host::ZlibFilter::createCompressorStream(0));
-    return Conversion(*filter, output, UINT64_MAX).run(data);
+    if (Conversion(*filter, output, UINT64_MAX).run(data) != Inflated::Done) {
+        fail(CodingFailed, "Failed to deflate the data of a stream");
+    }
+    output.shrink();
+    return output;
 }
 
 } // namespace
 
-Coding codingOf(const Document& document, const Dictionary& entries) {
+Coding codingOf(const Document& document, const Ref<Dictionary>& entries) {
     const Coding other{Coding::Kind::Other, {}};
     bool several = false;
     const Ref<Value> filter =
@@ -132,17 +137,17 @@ Coding codingOf(const Document& document, const Dictionary& entries) {
     return prediction ? Coding{Coding::Kind::Flate, *prediction} : other;
 }
 
-Converted inflate(Interfaces::Stripe& data, Host::ByteBuffer& output, std::uint64_t limit) {
+Inflated inflate(Interfaces::Stripe& data, Host::ByteBuffer& output, std::uint64_t limit) {
     const auto filter = orThrow(Host::ZlibFilter::createDecompressorStream());
     return Conversion(*filter, output, limit).run(data);
 }
 
-Converted deflate(Interfaces::Stripe& data, Host::ByteBuffer& output) {
-    return deflated(data, output);
+Host::ByteBuffer deflated(Interfaces::Stripe& data) {
+    return compressed(data);
 }
 
-Converted deflate(std::span<const std::uint8_t> data, Host::ByteBuffer& output) {
-    return deflated(data, output);
+Host::ByteBuffer deflated(std::span<const std::uint8_t> data) {
+    return compressed(data);
 }
 
 } // namespace Libraries::Files::PDF::Tools

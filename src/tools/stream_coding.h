@@ -1,12 +1,13 @@
 #pragma once
 
-#include "tools/prediction.h"
+#include "host/prediction.h"
 
 #include <host/byte_buffer.h>
 #include <host/stripe.h>
 #include <pdf/document.h>
 
 #include <cstdint>
+#include <optional>
 #include <span>
 
 namespace Libraries::Files::PDF::Tools {
@@ -21,22 +22,28 @@ struct Coding {
 };
 
 /// What the dictionary of a stream says. Throws `std::bad_alloc`, as does what follows.
-[[nodiscard]] Coding codingOf(const Document& document, const Dictionary& entries);
+[[nodiscard]] Coding codingOf(const Document& document, const Ref<Dictionary>& entries);
 
-enum class Converted {
+/// What decode parameters, which may be null, say that data went through before it was deflated
+/// (ISO 32000-1, 7.4.4.4); nothing where their values are none that the standard knows.
+[[nodiscard]] std::optional<Host::Prediction> predictionOf(const Document& document,
+                                                           const Ref<Dictionary>& parameters);
+
+enum class Inflated {
     Done,
-    NotRead,  ///< the data cannot be had
-    Damaged,  ///< it cannot be converted
+    Damaged,  ///< the data is none that was deflated
     TooLarge, ///< what comes out is more than was allowed
 };
 
-/// Appends all of `data`, inflated or deflated, to `output`, which may become larger than `limit`
-/// by some blocks before that is noticed.
+/// Appends all of `data`, inflated, to `output`, which may become larger than `limit` by some
+/// blocks before that is noticed. Fails where the data cannot be read.
+[[nodiscard]] Inflated inflate(Interfaces::Stripe& data, Host::ByteBuffer& output,
+                               std::uint64_t limit = UINT64_MAX);
+
+/// All of the data, deflated.
 ///@{
-[[nodiscard]] Converted inflate(Interfaces::Stripe& data, Host::ByteBuffer& output,
-                                std::uint64_t limit = UINT64_MAX);
-[[nodiscard]] Converted deflate(Interfaces::Stripe& data, Host::ByteBuffer& output);
-[[nodiscard]] Converted deflate(std::span<const std::uint8_t> data, Host::ByteBuffer& output);
+[[nodiscard]] Host::ByteBuffer deflated(Interfaces::Stripe& data);
+[[nodiscard]] Host::ByteBuffer deflated(std::span<const std::uint8_t> data);
 ///@}
 
 } // namespace Libraries::Files::PDF::Tools

@@ -1,5 +1,6 @@
 #include "tools/changes.h"
 #include "tools/failure.h"
+#include "tools/new_values.h"
 #include "tools/references.h"
 #include "tools/stored_data.h"
 #include "tools/stream_budget.h"
@@ -9,7 +10,6 @@
 #include <pdf/errors.h>
 #include <pdf/tools/streams.h>
 
-#include <algorithm>
 #include <string_view>
 #include <unordered_map>
 #include <unordered_set>
@@ -32,25 +32,25 @@ struct Work {
     Ref<Host::MemoryStripe> recoded; ///< null where it stays as it is
 };
 
-/// Stores the streams of a document otherwise. Throws `std::bad_alloc`.
+/// Stores the streams of a document otherwise.
 class Recoding {
 public:
     Recoding(Document& document, Task task, std::optional<std::uint64_t> limit) noexcept
         : document_(document), task_(task), limit_(limit) {}
 
-    [[nodiscard]] bool run();
+    void run();
 
 private:
-    [[nodiscard]] bool collect();
-    [[nodiscard]] bool consider(const Ref<Object>& object);
-    [[nodiscard]] bool isWanted(const Dictionary& entries, const Coding& coding) const;
-    [[nodiscard]] bool findData();
-    [[nodiscard]] bool recode(Work& work);
-    [[nodiscard]] bool compress(Work& work);
-    [[nodiscard]] bool expand(Work& work);
+    void collect();
+    void consider(const Ref<Object>& object);
+    [[nodiscard]] bool isWanted(const Ref<Dictionary>& entries, const Coding& coding) const;
+    void findData();
+    void recode(Work& work);
+    static void compress(Work& work);
+    void expand(Work& work);
     [[nodiscard]] bool losesLineFeed(const Host::ByteBuffer& plain) const noexcept;
-    [[nodiscard]] bool change();
-    [[nodiscard]] bool describe(Changes& changes, const Work& work) const;
+    void change();
+    void describe(Changes& changes, const Work& work) const;
 
     Document& document_;
     Task task_;
@@ -60,59 +60,51 @@ private:
     std::unordered_map<const Dictionary*, std::size_t> users_; ///< streams with that dictionary
 };
 
-bool isEncrypted(const Document& document) {
-    const Ref<Dictionary> trailer = document.trailer();
-    return trailer && entryOf(document, *trailer, "Encrypt");
+void Recoding::run() {
+    if (entryOf(document_, document_.trailer(), "Encrypt")) return;
+    collect();
+    findData();
+    for (Work& work : works_)
+        recode(work);
+    change();
 }
 
-bool Recoding::run() {
-    if (isEncrypted(document_)) return true;
-    return collect() && findData() &&
-           std::ranges::all_of(works_, [this](Work& work) { return recode(work); }) && change();
-}
-
-bool Recoding::collect() {
+void Recoding::collect() {
     Host::Error::set(Host::NoError);
     const auto objects = document_.getObjects();
-    if (objects.empty() && Host::Error::get() != Host::NoError) return false;
+    if (objects.empty() && Host::Error::get() != Host::NoError) failAsBefore();
     for (const Ref<Object>& object : objects) {
-        if (object->valueType() == Value::Type::Stream && !consider(object)) return false;
+        if (object->valueType() == Value::Type::Stream) consider(object);
     }
     std::erase_if(works_, [this](const Work& work) { return users_[work.entries.get()] > 1; });
-    return true;
 }
 
-bool Recoding::consider(const Ref<Object>& object) {
+void Recoding::consider(const Ref<Object>& object) {
     const Ref<Stream> stream = quietly([&] { return object->valueAsStream(); });
-    if (!stream || !met_.insert(stream.get()).second) return true;
+    if (!stream || !met_.insert(stream.get()).second) return;
     const Ref<Dictionary> entries = stream->dict();
-    if (!entries) {
-        return fail(StreamDictionaryMissing, "The stream has no dictionary: ", object);
-    }
+    if (!entries) fail(StreamDictionaryMissing, "The stream has no dictionary: ", object);
     ++users_[entries.get()];
-    const Ref<StreamObj> held = Host::cast<StreamObj>(stream);
-    if (!held) return true;
-    const Coding coding = codingOf(document_, *entries);
-    if (isWanted(*entries, coding)) {
-        works_.push_back({object->id(), held, entries, coding, nullptr, nullptr});
-    }
-    return true;
+    const Ref<StreamObj> ours = Host::cast<StreamObj>(stream);
+    if (!ours) return;
+    const Coding coding = codingOf(document_, entries);
+    if (isWanted(entries, coding))
+        works_.push_back({object->id(), ours, entries, coding, nullptr, nullptr});
 }
 
-bool Recoding::isWanted(const Dictionary& entries, const Coding& coding) const {
+bool Recoding::isWanted(const Ref<Dictionary>& entries, const Coding& coding) const {
     if (entryOf(document_, entries, "F")) return false; // its data is in another file
     if (task_ == Task::Expand) return coding.kind == Coding::Kind::Flate;
     return coding.kind == Coding::Kind::Plain &&
            !isName(followEntry(document_, entries, "Type"), "Metadata");
 }
 
-bool Recoding::findData() {
+void Recoding::findData() {
     StreamBudget budget;
     std::uint64_t total = 0;
     for (Work& work : works_) {
         const bool held = work.stream->strmData() != nullptr;
-        work.data = rawData(document_, work.stream);
-        if (!work.data) return false;
+        work.data = atObject(work.id, [&] { return rawData(document_, work.stream); });
         const std::uint64_t size = work.data->size();
         total += size;
         if (held) {
@@ -122,63 +114,36 @@ bool Recoding::findData() {
         }
     }
     const std::uint64_t allowed = budget.bytes();
-    if (total > allowed) return fail(ExpansionTooBig, "Streams lie in each other");
+    if (total > allowed)
+        fail(ExpansionTooBig, "Streams lie in each other: they have ", total, " bytes together");
     if (!limit_) limit_ = allowed;
-    return true;
 }
 
-bool Recoding::recode(Work& work) {
-    const bool done = task_ == Task::Compress ? compress(work) : expand(work);
+void Recoding::recode(Work& work) {
+    atObject(work.id, [&] { task_ == Task::Compress ? compress(work) : expand(work); });
     work.data = nullptr;
-    return done;
 }
 
-Failure notRead(const Work& work) {
-    return fail(SourceNotRead, "Failed to read the data of stream ", work.id);
-}
-
-Ref<Host::MemoryStripe> held(Host::ByteBuffer bytes) {
-    bytes.shrink();
-    return orThrow(Host::MemoryStripe::create(std::move(bytes)));
-}
-
-bool Recoding::compress(Work& work) {
+void Recoding::compress(Work& work) {
     // What the dictionary takes more.
     constexpr std::string_view entry = " /Filter /FlateDecode";
-    Host::ByteBuffer deflated;
-    switch (deflate(*work.data, deflated)) {
-    case Converted::Done:
-        break;
-    case Converted::NotRead:
-        return notRead(work);
-    default:
-        return fail(CodingFailed, "Failed to deflate the data of stream ", work.id);
-    }
-    if (deflated.size() + entry.size() < work.data->size())
-        work.recoded = held(std::move(deflated));
-    return true;
+    Host::ByteBuffer smaller = deflated(*work.data);
+    if (smaller.size() + entry.size() < work.data->size()) work.recoded = held(std::move(smaller));
 }
 
-bool Recoding::expand(Work& work) {
+void Recoding::expand(Work& work) {
     Host::ByteBuffer plain;
-    switch (inflate(*work.data, plain, *limit_)) {
-    case Converted::Done:
-        break;
-    case Converted::NotRead:
-        return notRead(work);
-    case Converted::TooLarge:
-        return fail(ExpansionTooBig, "Expanded streams take more than is allowed, at stream ",
-                    work.id);
-    default:
-        return true;
+    const Inflated inflated = inflate(*work.data, plain, *limit_);
+    if (inflated == Inflated::Damaged) return;
+    if (inflated == Inflated::TooLarge) {
+        fail(ExpansionTooBig, "Streams, up to this one, expand to more than is allowed");
     }
     const Host::Prediction& prediction = work.coding.prediction;
-    if (!prediction.fillsRows(plain.size()) || !Host::undoPrediction(prediction, plain))
-        return true;
-    if (losesLineFeed(plain)) return true;
+    if (!prediction.fillsRows(plain.size()) || !Host::undoPrediction(prediction, plain)) return;
+    if (losesLineFeed(plain)) return;
     *limit_ -= plain.size();
+    plain.shrink();
     work.recoded = held(std::move(plain));
-    return true;
 }
 
 bool Recoding::losesLineFeed(const Host::ByteBuffer& plain) const noexcept {
@@ -186,43 +151,38 @@ bool Recoding::losesLineFeed(const Host::ByteBuffer& plain) const noexcept {
 }
 
 /// From here on only the entries can fail, and they go back.
-bool Recoding::change() {
+void Recoding::change() {
     std::erase_if(works_, [](const Work& work) { return !work.recoded; });
     Changes changes(document_);
-    for (const Work& work : works_) {
-        if (!describe(changes, work)) return false;
-    }
+    for (const Work& work : works_)
+        describe(changes, work);
     changes.keep();
     for (const Work& work : works_)
         work.stream->strmData(work.recoded);
-    return true;
 }
 
-bool Recoding::describe(Changes& changes, const Work& work) const {
-    const auto size = static_cast<std::int64_t>(work.recoded->size());
-    const Ref<Value> filter =
-        task_ == Task::Compress ? orThrow(Name::create("FlateDecode")) : nullptr;
+void Recoding::describe(Changes& changes, const Work& work) const {
+    changes.set(work.entries, "Length", newNumber(work.recoded->size()));
+    changes.set(work.entries, "Filter", task_ == Task::Compress ? newName("FlateDecode") : nullptr);
     // Parameters without a filter said nothing, and must not begin to.
-    return changes.set(work.entries, "Length", orThrow(Number::create(size))) &&
-           changes.set(work.entries, "Filter", filter) && changes.drop(work.entries, "DecodeParms");
+    changes.drop(work.entries, "DecodeParms");
 }
 
-bool recode(Document& document, Task task, std::optional<std::uint64_t> limit) noexcept {
-    const std::uint32_t code = Host::Error::get();
+Result<void> recode(const Ref<Document>& document, Task task,
+                    std::optional<std::uint64_t> limit) noexcept {
     return guarded([&] {
-        const bool done = Recoding(document, task, limit).run();
-        if (done) Host::Error::set(code);
-        return done;
+        requireArgument(document, "document");
+        Recoding(*document, task, limit).run();
     });
 }
 
 } // namespace
 
-bool compressStreams(Document& document) noexcept {
+Result<void> compressStreams(const Ref<Document>& document) noexcept {
     return recode(document, Task::Compress, std::nullopt);
 }
 
-bool expandStreams(Document& document, const ExpandOptions& options) noexcept {
+Result<void> expandStreams(const Ref<Document>& document, const ExpandOptions& options) noexcept {
     return recode(document, Task::Expand, options.limit);
 }
 

@@ -11,8 +11,8 @@ namespace Libraries::Files::PDF {
 /// The library's log filter, "PDF".
 extern const std::uint32_t logFilter;
 
-using Host::Failure;
 using Host::LogLevel;
+using Host::NoResult;
 
 // The texts of messages are part of the interface, as the codes are, because programs look for
 // them. They stay as they are. That includes misspellings ("identifer", "Stirng", "resoure"), and
@@ -20,7 +20,7 @@ using Host::LogLevel;
 
 /// Logs an error, sets the code and gives "no result", so that a failure takes one line.
 template <class... Pieces>
-Failure fail(std::uint32_t code, const Pieces&... pieces) noexcept {
+NoResult fail(std::uint32_t code, const Pieces&... pieces) noexcept {
     if constexpr (sizeof...(pieces) != 0) Host::log(logFilter, LogLevel::Error, pieces...);
     Host::Error::set(code);
     return {};
@@ -28,7 +28,7 @@ Failure fail(std::uint32_t code, const Pieces&... pieces) noexcept {
 
 /// Logs an error and gives "no result". The caller sets the code.
 template <class... Pieces>
-Failure refuse(const Pieces&... pieces) noexcept {
+NoResult refuse(const Pieces&... pieces) noexcept {
     Host::log(logFilter, LogLevel::Error, pieces...);
     return {};
 }

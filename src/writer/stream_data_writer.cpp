@@ -28,8 +28,8 @@ private:
     bool chooseFilter(const Dictionary& dict) noexcept;
     bool writeAsItIs(Interfaces::Stripe& data) noexcept;
     bool writeCompressed(Interfaces::Stripe& data) noexcept;
-    Host::Failure failReading(std::uint64_t read, std::uint64_t wanted) noexcept;
-    Host::Failure failCompressing(Host::PumpResult result, const Host::ShortRead& read) noexcept;
+    Host::NoResult failReading(std::uint64_t read, std::uint64_t wanted) noexcept;
+    Host::NoResult failCompressing(Host::PumpResult result, const Host::ShortRead& read) noexcept;
     /// Whether the target took all of it.
     bool put(std::span<const std::uint8_t> bytes) noexcept;
 
@@ -100,13 +100,13 @@ bool StreamDataWriter::writeCompressed(Interfaces::Stripe& data) noexcept {
     return true;
 }
 
-Host::Failure StreamDataWriter::failReading(std::uint64_t read, std::uint64_t wanted) noexcept {
+Host::NoResult StreamDataWriter::failReading(std::uint64_t read, std::uint64_t wanted) noexcept {
     return fail(CodingFailed, "Failed to read updated stream data of stream ", stored_.id(),
                 "; read ", read, " of ", wanted, "; error: ", Host::Error::get());
 }
 
-Host::Failure StreamDataWriter::failCompressing(Host::PumpResult result,
-                                                const Host::ShortRead& read) noexcept {
+Host::NoResult StreamDataWriter::failCompressing(Host::PumpResult result,
+                                                 const Host::ShortRead& read) noexcept {
     if (result == Host::PumpResult::ReadFailed) return failReading(read.read, read.wanted);
     const bool flushing = result == Host::PumpResult::FlushFailed;
     return fail(CodingFailed,

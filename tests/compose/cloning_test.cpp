@@ -6,21 +6,18 @@
 
 namespace {
 
-using namespace Libraries::Files::PDF;
 using namespace Support;
 
 /// A document to copy into: objects 1 to 4, so that copies are numbered from 5 on.
 struct Target {
-    Ref<Document> document = open(DocumentBuilder::minimal().bytes());
+    Ref<Document> document = open(DocumentBuilder::minimal());
     DocumentState& state = dynamic_cast<DocumentObj&>(*document).state();
     Cloner cloner{dynamic_cast<DocumentObj&>(*document)};
 };
 
-Ref<Document> foreignWith(std::initializer_list<std::pair<std::uint32_t, std::string>> objects) {
-    DocumentBuilder builder = DocumentBuilder::minimal();
-    for (const auto& [id, body] : objects)
-        builder.object(id, body);
-    return open(builder.bytes());
+Ref<Document>
+foreignWith(std::initializer_list<std::pair<std::uint32_t, std::string_view>> bodies) {
+    return open(DocumentBuilder::minimal().objects(bodies));
 }
 
 TEST(Cloner, CopiesEveryKindAndFollowsReferences) {
@@ -158,7 +155,7 @@ Ref<Document> chain(std::uint32_t count, bool twice, std::uint32_t last) {
         const std::string next = std::to_string(id + 1 < 5 + count ? id + 1 : last) + " 0 R ";
         builder.object(id, "[" + next + (twice ? next : "") + "]");
     }
-    return open(builder.bytes());
+    return open(builder);
 }
 
 TEST(Cloner, EndsWhatWouldHaveNoEnd) {

@@ -5,7 +5,6 @@
 
 namespace {
 
-using namespace Libraries::Files::PDF;
 using namespace Support;
 using Identity = std::pair<std::uint32_t, std::uint16_t>;
 
@@ -40,7 +39,7 @@ TEST(Navigation, ExplainsWhatIsWrongWithThePageTree) {
             builder.trailer(replacement);
         else
             builder.object(part == Root ? 1 : 2, replacement);
-        const auto document = Support::open(builder.bytes());
+        const auto document = open(builder);
         ASSERT_TRUE(document) << message;
         const RecordingLog log;
         const bool found = step == Catalog ? bool(document->getCatalog())
@@ -54,12 +53,11 @@ TEST(Navigation, ExplainsWhatIsWrongWithThePageTree) {
 }
 
 TEST(Navigation, FollowsOneReferenceToADictionary) {
-    const auto document = Support::open(DocumentBuilder::minimal()
-                                            .object(5, "[5 0 R 1 0 R 9 0 R 6 0 R << /B 2 >> (s)]")
-                                            .stream(6, "", "x")
-                                            .bytes());
+    const auto document = open(DocumentBuilder::minimal()
+                                   .object(5, "[5 0 R 1 0 R 9 0 R 6 0 R << /B 2 >> (s)]")
+                                   .stream(6, "", "x"));
     ASSERT_TRUE(document);
-    const Ref<Array> values = castTo<Array>(Support::valueOf(*document, 5));
+    const Ref<Array> values = castTo<Array>(valueOf(*document, 5));
     const std::string rows[] = {
         failure(ObjectUnreadable, "Invalid object type 8h (8)\n"),
         "<< Pages -> 2 (0) Type -> Catalog >>",
@@ -99,7 +97,7 @@ public:
 };
 
 TEST(Document, OffersNoAdditionsToAnApplicationsOwnClass) {
-    const auto ours = Support::open(DocumentBuilder::minimal().bytes());
+    const auto ours = open(DocumentBuilder::minimal());
     const auto own = Host::makeOrThrow<ApplicationDocument>();
     const auto object = ours->getObjects().at(0);
     const std::pair<const char*, std::function<bool(Document&)>> rows[] = {
@@ -121,12 +119,7 @@ TEST(Document, OffersNoAdditionsToAnApplicationsOwnClass) {
 }
 
 TEST(Document, RaisesItsVersion) {
-    const struct {
-        PdfVersion asked;
-        std::uint32_t code;
-        const char* header;
-        bool changed;
-    } rows[] = {
+    const std::tuple<PdfVersion, std::uint32_t, const char*, bool> rows[] = {
         {PdfVersion::V1_3, Host::NoError, "%PDF-1.4", false},
         {PdfVersion::V1_4, Host::NoError, "%PDF-1.4", false},
         {PdfVersion::V1_5, Host::NoError, "%PDF-1.5", true},
@@ -137,12 +130,12 @@ TEST(Document, RaisesItsVersion) {
     };
     for (const auto& [asked, code, header, changed] : rows) {
         SCOPED_TRACE(static_cast<std::uint32_t>(asked));
-        const auto document = Support::open(DocumentBuilder::minimal().version("1.4").bytes());
+        const auto document = open(DocumentBuilder::minimal().version("1.4"));
         Host::Error::set(Host::NoError);
         EXPECT_EQ(document->raiseVersion(asked), code == Host::NoError);
         EXPECT_EQ(Host::Error::get(), code);
         EXPECT_EQ(document->changed(), changed);
-        EXPECT_TRUE(Support::write(*document).starts_with(header));
+        EXPECT_TRUE(write(*document).starts_with(header));
     }
 }
 

@@ -1,11 +1,8 @@
 
-
 #include "support/testing.h"
 
 namespace {
 
-using namespace Libraries::Files::PDF;
-using namespace Host::Literals;
 using namespace Support;
 
 constexpr std::uint32_t untouched = 4711;
@@ -86,9 +83,8 @@ TEST(Field, GivesWhatItsEntriesSay) {
 
 /// Under the interface of the field's kind.
 bool setValue(const Ref<Field>& field, const Ref<Value>& value) {
-    if (const auto text = Host::cast<Fields::Text>(field)) {
-        return text->setValue(Host::cast<String>(value));
-    }
+    const auto text = Host::cast<Fields::Text>(field);
+    if (text) return text->setValue(Host::cast<String>(value));
     if (const auto choice = Host::cast<Fields::Choice>(field)) return choice->setValue(value);
     return Host::cast<Fields::Button>(field)->setValue(Host::cast<Name>(value));
 }

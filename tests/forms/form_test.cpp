@@ -6,8 +6,6 @@
 
 namespace {
 
-using namespace Libraries::Files::PDF;
-using namespace Host::Literals;
 using namespace Support;
 using Kids = std::vector<std::uint32_t>;
 using KidsOf = std::function<Kids(std::uint32_t id)>;
@@ -28,7 +26,7 @@ TEST(Form, IsLookedUpOnceAndSaysTheSameEverAfter) {
     };
     for (const auto& [acroForm, code, messages] : rows) {
         const std::string catalog = "<< /Type /Catalog /Pages 2 0 R " + acroForm + " >>";
-        const auto document = open(DocumentBuilder::minimal().object(1, catalog).bytes());
+        const auto document = open(DocumentBuilder::minimal().object(1, catalog));
         Ref<Form> first;
         for (const bool again : {false, true}) {
             SCOPED_TRACE(acroForm + (again ? " again" : ""));
@@ -161,15 +159,14 @@ TEST(Form, ReadsItsOwnEntriesWheneverAsked) {
 
 /// A document of five objects and `count` fields, of which the form lists the first, number 6.
 Ref<Document> treeOf(std::uint32_t count, const KidsOf& kidsOf) {
-    const auto document = Support::open(Support::formFile("<< /Fields [ 6 0 R ] >>", {}));
+    const auto document = open(formFile("<< /Fields [ 6 0 R ] >>", {}));
     auto& objects = dynamic_cast<DocumentObj&>(*document).state().objects;
     const auto label = makeOrThrow<StringObj>("f"_str);
     for (std::uint32_t id = 6; id < 6 + count; ++id) {
         const auto kids = makeOrThrow<ArrayObj>();
         for (const std::uint32_t kid : kidsOf(id))
-            kids->add(Support::reference(kid, 0));
-        const auto field =
-            Support::dictionary({{"FT", Support::name("Tx")}, {"T", label}, {"Kids", kids}});
+            kids->add(reference(kid, 0));
+        const auto field = dictionary({{"FT", name("Tx")}, {"T", label}, {"Kids", kids}});
         objects.append(id, 0, field);
     }
     return document;
@@ -205,14 +202,14 @@ TEST(HostileTree, HasAtMostFourFieldsForEachObject) {
     for (const auto& [name, count, kidsOf, messages] : rows) {
         SCOPED_TRACE(name);
         const auto document = treeOf(count, kidsOf);
-        Support::RecordingLog log;
+        RecordingLog log;
         Host::Error::set(untouched);
         const auto form = document->form();
         ASSERT_TRUE(form);
         const bool refused = messages != 0;
         EXPECT_EQ(Host::Error::get(), refused ? std::uint32_t{FormIncomplete} : untouched);
         EXPECT_EQ(form->fieldCount(), refused ? 0U : 1U);
-        EXPECT_EQ(std::ranges::count(Support::formMessages(log), '\n'), messages);
+        EXPECT_EQ(std::ranges::count(formMessages(log), '\n'), messages);
     }
 }
 

@@ -42,24 +42,18 @@ void giveBack(std::vector<Piece> pieces) {
     }
 }
 
-/// Runs `body` on a thread, whose slab is closed when it ends.
-template <class Body>
-void onThread(Body body) {
-    std::thread(body).join();
-}
-
 TEST(SlabHeap, GivesSlabsBackWithTheirLastPiece) {
     const std::size_t before = SlabHeap::liveSlabs();
-    onThread([&] {
+    std::thread([&] {
         std::vector<Piece> pieces = cut(1000);
         EXPECT_GT(SlabHeap::liveSlabs(), before + 10);
         giveBack(std::move(pieces));
         EXPECT_EQ(SlabHeap::liveSlabs(), before + 1) << "the one that is cut from";
-    });
+    }).join();
     EXPECT_EQ(SlabHeap::liveSlabs(), before) << "the thread has ended";
 
     std::vector<Piece> left;
-    onThread([&] { left = cut(1000); });
+    std::thread([&] { left = cut(1000); }).join();
     EXPECT_GT(SlabHeap::liveSlabs(), before + 10) << "pieces outlive their thread";
     const Piece last = left.back();
     left.pop_back();
@@ -72,13 +66,13 @@ TEST(SlabHeap, GivesSlabsBackWithTheirLastPiece) {
 TEST(SlabHeap, TakesPiecesOfOtherThreadsBack) {
     const std::size_t before = SlabHeap::liveSlabs();
     std::vector<Piece> first;
-    onThread([&] { first = cut(500); });
-    onThread([&] {
+    std::thread([&] { first = cut(500); }).join();
+    std::thread([&] {
         std::thread other([&] { giveBack(std::move(first)); });
         for (int round = 0; round < 20; ++round)
             giveBack(cut(200));
         other.join();
-    });
+    }).join();
     EXPECT_EQ(SlabHeap::liveSlabs(), before);
 }
 

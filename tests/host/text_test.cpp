@@ -133,10 +133,12 @@ TEST(HeldLog, KeepsErrorsThatNobodyWouldSee) {
 
 TEST(CharReader, EndsLinesAtAnyEnding) {
     // What stands in the file; each of its lines with the position behind it.
-    const std::pair<std::string, std::string> rows[] = {{"", ""},
-                                                        {"a\nb\rc\r\nd", "a2 b4 c7 d8 "},
-                                                        {"\n\r\n\r\r", "1 3 4 5 "},
-                                                        {"\0\xFF\n"s, "\0\xFF\63 "s}};
+    const std::pair<std::string, std::string> rows[] = {
+        {"", ""},
+        {"a\nb\rc\r\nd", "a2 b4 c7 d8 "},
+        {"\n\r\n\r\r", "1 3 4 5 "},
+        {"\0\xFF\n"s, "\0\xFF\63 "s},
+    };
     for (const auto& [text, lines] : rows) {
         const auto memory = Host::MemoryStripe::create(bytesOf(text));
         const auto plain = Host::make<FailingStripe>(memory);

@@ -1,74 +1,25 @@
 // Documents that nobody vouches for: libqpdf alone would take gigabytes, hours or the whole stack.
 
 #include "import/modern_file.h"
-#include "support/documents.h"
-#include "support/failing_stripe.h"
+#include "support/testing.h"
 
-#include <pdf/errors.h>
 #include <pdf/import.h>
 
-#include <gtest/gtest.h>
-
+#include <algorithm>
 #include <array>
-#include <thread>
+#include <future>
 
 namespace {
 
-using namespace Libraries::Files::PDF;
+using namespace Support;
 using Import::normalise;
-using Support::deflated;
-using Support::DocumentBuilder;
-using Support::FailingStripe;
-using Support::ModernFile;
-using Support::stripeOf;
 
 constexpr std::uint32_t done = Host::NoError;
 
-std::uint32_t codeOf(const std::string& bytes, const Import::Options& options = {}) {
+std::uint32_t codeOf(const std::string& bytes) {
     Host::Error::set(done);
-    const auto result = normalise(stripeOf(bytes), options);
+    const auto result = normalise(stripeOf(bytes));
     return result ? done : Host::Error::get();
-}
-
-/// Spaces behind `data`, which stays what it is, as much as the default limit is.
-std::string blown(const std::string& data) {
-    return deflated(data + std::string(std::size_t{9} << 20, ' '));
-}
-
-std::string twice(const std::string& data) {
-    return deflated(blown(data));
-}
-
-TEST(HostileImport, BoundsWhatItsStructureHolds) {
-    const std::string held = "9 0 << /A 1 >>";
-    const std::string flate = "/Filter /FlateDecode /First 4 /Length ";
-    const auto inStream = [&](const std::string& data, const std::string& entries) {
-        return ModernFile().objectStream(8, {9}, entries + std::to_string(data.size()), data);
-    };
-    const auto plain = [](const std::string& table) { return table; };
-    const ModernFile file = inStream(held, "/First 4 /Length ");
-    EXPECT_EQ(codeOf(file.bytes()), done);
-    EXPECT_EQ(codeOf(inStream(deflated(held), flate).bytes()), done);
-    EXPECT_EQ(codeOf(inStream(blown(held), flate).bytes()), LimitExceeded);
-    EXPECT_EQ(codeOf(file.bytes("/Filter /FlateDecode", blown)), LimitExceeded);
-    EXPECT_EQ(codeOf(file.bytes("/Filter [ /FlateDecode /FlateDecode ]", twice)), LimitExceeded);
-    EXPECT_EQ(codeOf(file.bytes("/Filter 9 0 R", plain)), BeyondRepair);
-    EXPECT_EQ(codeOf(file.bytes(), {.objectLimit = 50}), LimitExceeded);
-    EXPECT_EQ(codeOf(file.bytes("", plain), {.objectLimit = 200}), done);
-
-    // Disguised: the name spelled otherwise, an object in front that is only text, another length.
-    const std::pair<std::string, std::string> disguises[] = {
-        {"/XRef", "/X#52ef"},
-        {"/Type /XRef", "/A (1 0 obj << >> endobj) /Type /XRef"},
-        {"/Type /XRef", "/A [ >> ] /Type /XRef"},
-        {"/Length ", "/Length 1 /L "},
-        {"/XRef", "8 0 R"},
-    };
-    for (const auto& [former, text] : disguises) {
-        std::string bytes = file.bytes("/Filter /FlateDecode", blown);
-        bytes.replace(bytes.rfind(former), former.size(), text);
-        EXPECT_NE(codeOf(bytes), done) << text;
-    }
 }
 
 TEST(HostileImport, ReadsNothingAgainAndAgain) {
@@ -86,12 +37,9 @@ TEST(HostileImport, ReadsNothingAgainAndAgain) {
 
     // The end of each stream is looked for up to the end of the file.
     DocumentBuilder endless = DocumentBuilder::minimal();
-    std::string all;
-    for (std::uint32_t id = 5; id < 4'000; ++id) {
+    for (std::uint32_t id = 5; id < 4'000; ++id)
         endless.object(id, "<< /Length 9 >>\nstream\nxxxxxxxxxxxx");
-        all += std::to_string(id) + " 0 R ";
-    }
-    endless.object(1, "<< /Type /Catalog /Pages 2 0 R /X [ " + all + "] >>");
+    endless.object(1, "<< /Type /Catalog /Pages 2 0 R /X [ " + references(5, 3'995) + "] >>");
     std::string unended = endless.bytes();
     for (std::size_t at = 0; (at = unended.find("endobj", at)) != std::string::npos;)
         unended.replace(at, 6, "unbobj");
@@ -133,7 +81,7 @@ TEST(HostileImport, TakesAnythingCutOrChanged) {
         for (const std::string& input : {bytes.substr(0, at), changed}) {
             const auto result = normalise(stripeOf(input));
             if (!result) continue;
-            EXPECT_TRUE(Support::open(Support::contentsOf(result))) << at;
+            EXPECT_TRUE(Support::open(contentsOf(result))) << at;
         }
     }
 }
@@ -167,21 +115,17 @@ void expectFaultsSurvived(const std::string& bytes) {
 
 TEST(HostileImport, SurvivesFaultsOfStripes) {
     for (const char* name : {"modern/object-streams-office.pdf", "modern/trailer-on-one-line.pdf"})
-        expectFaultsSurvived(Support::sample(name));
+        expectFaultsSurvived(sample(name));
 }
 
 TEST(HostileImport, RunsOnManyThreads) {
-    std::vector<std::thread> threads;
-    std::array<bool, 4> same{};
-    const std::string bytes = Support::sample("modern/encrypted-empty-password.pdf");
-    const std::string wanted = Support::contentsOf(normalise(stripeOf(bytes)));
-    for (bool& result : same) {
-        threads.emplace_back(
-            [&] { result = Support::contentsOf(normalise(stripeOf(bytes))) == wanted; });
-    }
-    for (std::thread& thread : threads)
-        thread.join();
-    EXPECT_EQ(same, (std::array<bool, 4>{true, true, true, true}));
+    const std::string bytes = sample("modern/encrypted-empty-password.pdf");
+    const std::string wanted = contentsOf(normalise(stripeOf(bytes)));
+    const auto import = [&] { return contentsOf(normalise(stripeOf(bytes))); };
+    std::array<std::future<std::string>, 4> imports;
+    std::ranges::generate(imports, [&] { return std::async(std::launch::async, import); });
+    for (auto& result : imports)
+        EXPECT_TRUE(result.get() == wanted);
 }
 
 } // namespace

@@ -24,8 +24,7 @@ TEST(Structures, BecomeWhatTheImportMakesOfThem) {
     sound.insert(sound.end(), {362, 383, 555});
     for (const std::uint32_t seed : sound) {
         const Compared compared = compareWithImport(Generator::generatedFile(seed));
-        EXPECT_EQ(compared.comparison, Comparison::Same)
-            << "seed " << seed << ": " << compared.refusal;
+        EXPECT_EQ(compared.comparison, Comparison::Same) << seed << ": " << compared.refusal;
         EXPECT_TRUE(compared.isImported) << "seed " << seed;
     }
 }

@@ -7,7 +7,6 @@
 namespace {
 
 using namespace std::string_literals;
-using namespace Libraries::Files::PDF;
 using namespace Support;
 using Rows = std::initializer_list<std::string>; ///< "from => to"
 
@@ -81,7 +80,7 @@ TEST(Packing, TellsNamesApartThatDifferInTheMiddle) {
         packed += " " + name;
     }
     EXPECT_EQ(pack(text + "]"), packed + " ]");
-    const auto document = open(DocumentBuilder::minimal().object(5, text + "]").bytes());
+    const auto document = open(DocumentBuilder::minimal().object(5, text + "]"));
     EXPECT_EQ(castTo<Array>(valueOf(*document, 5))->size(), 100U);
     EXPECT_NE(write(*document).find(packed + " ]"), std::string::npos) << "as unpacked";
 }
@@ -95,7 +94,7 @@ TEST(Packing, KeepsObjectsOfAnySizeBeyondTheirDocument) {
         texts.emplace_back(size - 2, static_cast<char>('a' + texts.size())); // with parentheses
         file.object(static_cast<std::uint32_t>(texts.size()), "(" + texts.back() + ")");
     }
-    Ref<Document> document = open(file.bytes());
+    Ref<Document> document = open(file);
     const std::string untouched = write(*document);
     const auto objects = document->getObjects();
     for (std::size_t index = 0; index < texts.size(); index += 2)

@@ -1,4 +1,3 @@
-
 #include "document/document_obj.h"
 #include "host/message.h"
 #include "support/testing.h"
@@ -6,7 +5,6 @@
 namespace {
 
 using namespace Support;
-using namespace Libraries::Files::PDF;
 
 /// A number as messages print it.
 std::string printed(std::uint64_t number) {
@@ -16,7 +14,7 @@ std::string printed(std::uint64_t number) {
 }
 
 std::string opened(const std::string& bytes) {
-    return outcomeOf([&] { return bool(Support::open(bytes)); });
+    return outcomeOf([&] { return bool(open(bytes)); });
 }
 
 struct Fault {
@@ -121,7 +119,7 @@ TEST(Loader, ReadsVersions) {
         {"1", {}, ""}};
     for (const auto& [text, version, lines] : rows) {
         const RecordingLog log;
-        const auto document = Support::open(DocumentBuilder::minimal().version(text).bytes());
+        const auto document = open(DocumentBuilder::minimal().version(text));
         EXPECT_EQ(document ? document->version() : PdfVersion::Unsupported, version) << text;
         EXPECT_EQ(log.text(), lines) << text;
         EXPECT_TRUE(document || Host::Error::get() == VersionUnsupported) << text;
@@ -131,7 +129,7 @@ TEST(Loader, ReadsVersions) {
 TEST(Loader, TakesTheLineEndingOfTheFirstLine) {
     for (const std::string ending : {"\n", "\r", "\r\n"}) {
         const std::string bytes = DocumentBuilder::minimal().lineEnding(ending).bytes();
-        const auto document = Support::open(bytes);
+        const auto document = open(bytes);
         ASSERT_TRUE(document) << ending;
         EXPECT_EQ(document->lineEnding(), ending);
         EXPECT_EQ(document->getPages().size(), 1U) << ending;
@@ -143,8 +141,7 @@ TEST(Loader, TakesTheLineEndingOfTheFirstLine) {
 }
 
 TEST(Loader, NumbersObjectsFromTheFirstOfTheTable) {
-    const auto document =
-        Support::open(DocumentBuilder().object(3, "/C").object(1, "/A", 65535).first(1).bytes());
+    const auto document = open(DocumentBuilder().object(3, "/C").object(1, "/A", 65535).first(1));
     ASSERT_TRUE(document);
     const auto objects = document->getObjects();
     ASSERT_EQ(objects.size(), 2U);

@@ -9,18 +9,16 @@
 namespace {
 
 using namespace Support;
-using namespace Libraries::Files::PDF;
 using Call = FailingStripe::Call;
 
 /// Object 5 is the last one, so that its data is followed by 10 bytes and the rest of the file.
 Ref<Document> openWith(const std::string& entries, const std::string& data) {
     const std::string body = "<< " + entries + " >>\nstream\n" + data + "\nendstream";
-    return Support::open(DocumentBuilder::minimal()
-                             .object(6, "3")
-                             .object(7, "<< /A 1 >>")
-                             .object(8, "03.0 ")
-                             .object(5, body)
-                             .bytes());
+    return open(DocumentBuilder::minimal()
+                    .object(6, "3")
+                    .object(7, "<< /A 1 >>")
+                    .object(8, "03.0 ")
+                    .object(5, body));
 }
 
 TEST(StreamData, ReadsByLengthAndFilter) {
@@ -76,7 +74,7 @@ TEST(StreamData, ReadsByLengthAndFilter) {
         EXPECT_TRUE(document->cacheStreamData()) << entries;
         const bool unwritable = result.starts_with("1292") || entries.ends_with("DCTDecode");
         EXPECT_EQ(Host::Error::get() == Host::NoError, !unwritable) << entries;
-        EXPECT_EQ(Support::write(*document).empty(), unwritable) << entries;
+        EXPECT_EQ(write(*document).empty(), unwritable) << entries;
         // Whether anybody looked at the stream makes no difference.
         const auto written = [&](const Ref<Document>& of) {
             const auto target = Host::MemoryStripe::create();
@@ -85,8 +83,8 @@ TEST(StreamData, ReadsByLengthAndFilter) {
         EXPECT_EQ(written(openWith(entries, bytes)), written(document)) << entries;
     }
     const auto document = openWith("/Length 6 0 R", "abc");
-    dynamic_cast<NumberObj&>(*Support::valueOf(*document, 6)).integer(2); // and that counts
-    EXPECT_NE(Support::write(*document).find("stream\nab\nendstream"), std::string::npos);
+    dynamic_cast<NumberObj&>(*valueOf(*document, 6)).integer(2); // and that counts
+    EXPECT_NE(write(*document).find("stream\nab\nendstream"), std::string::npos);
 }
 
 TEST(StreamData, ReachesToTheLastByteOfTheSource) {
@@ -95,9 +93,9 @@ TEST(StreamData, ReachesToTheLastByteOfTheSource) {
         return DocumentBuilder::minimal().object(4, body).bytes();
     };
     const std::string file = fileWith(100);
-    const std::uint64_t rest = file.size() - streamOf(*Support::open(file), 4)->strmOfs();
+    const std::uint64_t rest = file.size() - streamOf(*open(file), 4)->strmOfs();
     for (const std::uint64_t length : {rest - 1, rest, rest + 1}) {
-        const auto document = Support::open(fileWith(length));
+        const auto document = open(fileWith(length));
         const RecordingLog log;
         const auto data = document->readStreamData(streamOf(*document, 4), false);
         ASSERT_EQ(static_cast<bool>(data), length <= rest) << length;

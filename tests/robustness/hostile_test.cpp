@@ -1,17 +1,8 @@
-
 #include "support/testing.h"
 
 namespace {
 
-using namespace Libraries::Files::PDF;
 using namespace Support;
-
-std::string repeated(std::string_view text, std::size_t times) {
-    std::string all;
-    while (times-- != 0)
-        all += text;
-    return all;
-}
 
 /// Does with a document what applications do, as far as it goes: every failure must be an ordinary
 /// one, with a code. Gives whether the document was opened and written.
@@ -38,7 +29,7 @@ bool exercise(const Ref<Interfaces::Stripe>& source, const Ref<Interfaces::Strip
 }
 
 bool exercise(std::string_view bytes) {
-    return exercise(Support::stripeOf(bytes), Host::MemoryStripe::create());
+    return exercise(stripeOf(bytes), Host::MemoryStripe::create());
 }
 
 TEST(Hostile, BoundsNesting) {
@@ -96,7 +87,7 @@ std::string withinEachOther(std::uint32_t count, const std::string& core) {
 TEST(Hostile, ObjectsWithinEachOtherAreReadInLinearTime) {
     const std::string bytes = withinEachOther(4'000, "");
     const RecordingLog log;
-    const auto source = Host::make<FailingStripe>(Support::stripeOf(bytes));
+    const auto source = Host::make<FailingStripe>(stripeOf(bytes));
     EXPECT_FALSE(exercise(source, Host::MemoryStripe::create()));
     EXPECT_LT(source->calls(FailingStripe::Call::Read), bytes.size() * 10 + (1U << 20));
     EXPECT_TRUE(log.text().starts_with("Failed to read object at "));
@@ -110,12 +101,12 @@ TEST(Hostile, ObjectsWithinEachOtherTakeNoMoreThanOthersMay) {
     EXPECT_TRUE(exercise(DocumentBuilder().object(1, "(" + octal + ")").object(2, "1 ").bytes()));
     EXPECT_TRUE(exercise(withinEachOther(4, plain)));
     EXPECT_TRUE(exercise(withinEachOther(2, mixed))) << "looked at before each object";
-    expectFailure(Support::open(withinEachOther(3, mixed)), ObjectUnreadable);
+    expectFailure(open(withinEachOther(3, mixed)), ObjectUnreadable);
 }
 
 TEST(Hostile, SurvivesEveryCutAndFlip) {
     const RecordingLog log;
-    const std::string letter = Support::sample("letterhead.pdf");
+    const std::string letter = sample("letterhead.pdf");
     ASSERT_TRUE(exercise(letter));
     std::size_t survivors = 0;
     for (std::size_t index = 0; index < letter.size(); ++index) {

@@ -22,9 +22,7 @@ std::string packed(const std::string& text, std::uint64_t window, bool hexadecim
 }
 
 struct Row {
-    const char* name;
-    std::string text;
-    std::string packed;
+    std::string name, text, packed;
 };
 
 const std::string nul(1, '\0');
@@ -44,8 +42,7 @@ const Row rows[] = {
     {"plain number", "-12.5 ", "-12.5"},
     {"spelled numbers", "[+5 .5 5. -.5 -0 007 1.05]",
      "[ \t+5\n5 \t.5\n0.5 \t5.\n5 \t-.5\n0.5 \t-0\n0 \t007\n7 \t1.05\n1.5 ]"},
-    {"long fraction", "0.12345678901234567890123 ",
-     "\t0.1234567890123456789\n0.1234567890123456789"},
+    {"long real", "0.12345678901234567890123 ", "\t0.1234567890123456789\n0.1234567890123456789"},
     {"great real", "-99999999999999999999.5 ", "\t-9223372036854775807\n-9223372036854775807"},
     {"two signs", "--5 ", "0: this is no number"},
     {"sign behind digits", "5-5 ", "0: this is no number"},
@@ -54,8 +51,7 @@ const Row rows[] = {
     {"an exponent", "1e5 ", "0: this is no number"},
     {"a great integer", "9223372036854775808 ", "0: this number is too large"},
 
-    {"names become canonical", "[/A#42#20 /a\x01\x7F\xE9 /#23 /#c3]",
-     "[ /AB#20 /a#01#7F#E9 /#23 /#C3 ]"},
+    {"canonical names", "[/A#42#20 /a\x01\x7F\xE9 /#23 /#c3]", "[ /AB#20 /a#01#7F#E9 /#23 /#C3 ]"},
     {"equal when decoded", "<</A#42 1/AB 2>>", "<< /AB 2 >>"},
     {"a number sign alone", "/A#", "0: in this name a number sign encodes nothing"},
     {"behind it no digits", "[/#4x]", "1: in this name a number sign encodes nothing"},

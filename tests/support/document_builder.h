@@ -50,6 +50,12 @@ public:
     DocumentBuilder& object(std::uint32_t id, std::string_view body, std::uint16_t generation = 0);
     /// As `object`, for a stream whose dictionary has `entries` and the Length of `data`.
     DocumentBuilder& stream(std::uint32_t id, std::string_view entries, std::string_view data);
+    DocumentBuilder&
+    objects(std::initializer_list<std::pair<std::uint32_t, std::string_view>> objects) {
+        for (const auto& [id, body] : objects)
+            object(id, body);
+        return *this;
+    }
     /// The number of the table's first entry: 0 until set.
     DocumentBuilder& first(std::uint64_t id);
     /// Entries of the trailer beside Size: "/Root 1 0 R" until set.
@@ -76,15 +82,39 @@ private:
     std::vector<Object> objects_;
 };
 
+/// A small document with one more object, 5, or another trailer.
+inline DocumentBuilder withFive(std::string_view body, std::string_view trailer = "/Root 1 0 R") {
+    return DocumentBuilder::minimal().object(5, body).trailer(trailer);
+}
+
+/// The document that this file is, as of its bytes.
+[[nodiscard]] inline Host::Ref<PDF::Document> open(const DocumentBuilder& file) {
+    return open(file.bytes());
+}
+
 /// A document with the form dictionary 5; `objects` are its fields and whatever they refer to.
 inline std::string
 formFile(std::string_view form,
          std::initializer_list<std::pair<std::uint32_t, std::string_view>> objects) {
     DocumentBuilder file = DocumentBuilder::minimal();
     file.object(1, "<< /Type /Catalog /Pages 2 0 R /AcroForm 5 0 R >>").object(5, form);
-    for (const auto& [id, body] : objects)
-        file.object(id, body);
-    return file.bytes();
+    return file.objects(objects).bytes();
+}
+
+/// A number in so many digits.
+[[nodiscard]] std::string padded(std::uint64_t number, std::size_t width);
+
+/// References to `count` objects from `first` on, each of which is so far behind the one before.
+inline std::string references(std::uint32_t first, std::size_t count, std::uint32_t step = 1) {
+    std::string text;
+    for (; count != 0; --count, first += step)
+        text += std::to_string(first) + " 0 R ";
+    return text;
+}
+
+/// The root of a page tree that lists those.
+inline std::string pageTree(std::uint32_t first, std::size_t count, std::uint32_t step = 1) {
+    return "<< /Type /Pages /Count 1 /Kids [ " + references(first, count, step) + "] >>";
 }
 
 } // namespace Support

@@ -13,6 +13,9 @@
 namespace Support {
 
 namespace PDF = Libraries::Files::PDF;
+// So that who uses this namespace has what tests are about as well.
+using namespace PDF;
+using namespace Host::Literals;
 
 /// A stripe over a copy of these bytes.
 [[nodiscard]] Host::Ref<Host::MemoryStripe> stripeOf(std::string_view bytes);

@@ -1,77 +1,77 @@
-#include "support/testing.h"
+#include "support/results.h"
 
-#include <pdf/tools/background.h>
+#include <pdf/tools/letterheads.h>
 
 #include <algorithm>
+#include <sstream>
 
 namespace {
 
-using namespace Libraries::Files::PDF;
 using namespace Support;
 
-/// A stamp over a document of one page.
-bool stamp(Document& document) {
-    return Tools::letterhead(document, open(DocumentBuilder::minimal().bytes()), {.above = true});
+std::vector<std::string> parted(std::string text) {
+    std::vector<std::string> parts;
+    std::istringstream streams(text += '|');
+    while (std::getline(streams, text, '|'))
+        parts.push_back(text);
+    return parts;
 }
 
-/// What the streams of the first page's contents hold.
-std::vector<std::string> contentsOfPage(Document& document) {
-    const auto pages = Tools::allPages(document);
-    const auto contents = castTo<Array>((*pages)[0].dictionary->find("Contents"));
-    std::vector<std::string> shown;
-    for (std::uint64_t index = 0; index < contents->size(); ++index) {
-        const auto stream = castTo<Stream>(Tools::resolve(document, contents->get(index)));
-        const auto bytes = Tools::decodedBytes(document, stream);
-        shown.push_back(bytes ? contentsOf(bytes) : "encoded otherwise");
-    }
-    return shown;
+/// What a page draws once it is stamped; its streams, stored by `filter`, hold `contents`.
+std::vector<std::string> stamped(const std::vector<std::string>& contents,
+                                 const std::string& filter = "") {
+    DocumentBuilder file = DocumentBuilder::minimal();
+    std::uint32_t id = 5;
+    for (const std::string& content : contents)
+        file.stream(id++, content == "71>" ? "/Filter /ASCIIHexDecode " : filter,
+                    filter.empty() ? content : deflated(content));
+    const std::string list = references(5, contents.size());
+    const auto document = open(file.object(3, "<< /Type /Page /Contents [ " + list + "] >>"));
+    const auto stamp = open(DocumentBuilder::minimal());
+    EXPECT_TRUE(Tools::letterhead(document, stamp, {.above = true}));
+    return parted(drawn(document, 0));
 }
 
-TEST(Stamp, StaysInItsPlaceWhateverAPageTakesBack) {
+std::string restored(std::size_t levels) {
+    return "\n" + repeated("Q\n", levels);
+}
+
+TEST(Stamp, StaysInItsPlaceWhateverAPageLeavesOpenOrTakesBack) {
     const struct {
-        const char* name;
-        std::vector<std::string> contents, shown; ///< streams
+        const char* contents; ///< streams, parted by bars
+        std::size_t levels;   ///< that are restored before the stamp is drawn
+        const char* shown = nullptr;
     } rows[] = {
-        {"balanced", {"q Q", "q", "Q"}, {"q Q", "q", "Q", "\nQ\n"}},
-        {"too many", {"1 w Q q Q Q /Q Do (Q)"}, {"1 w   q Q   /Q Do (Q)", "\nQ\n"}},
-        {"across streams", {"q q", "Q Q Q q", "Q Q"}, {"q q", "Q Q   q", "Q  ", "\nQ\n"}},
-        {"open and closed", {"Q", "q", "Q", "q"}, {" ", "q", "Q", "q", "\nQ\nQ\n"}},
-        {"image", {"BI ID Q EI Q"}, {"BI ID Q EI  ", "\nQ\n"}},
+        {"", 1},
+        {"q q Q 1 0 0 1 0 0 cm", 2},
+        {"q\nq[q]q(q)/q%q\rq<71>q<</q/q>>q{q", 9},
+        {"(\\) q (nested) q\\\\) q (q", 2},
+        {"qQ Qq 1q q1 Q", 1, "qQ Qq 1q q1  "},
+        {"BI /W 9 ID q q EI\x80 q EIq q\nEI Q", 1, "BI /W 9 ID q q EI\x80 q EIq q\nEI  "},
+        {"BI /W 9 ID EI q", 2},
+        {"ID q", 2},
+        {"BI ID q", 1},
+        {"q Q|q|Q", 1},
+        {"Q Q Q q q Q", 2, "      q q Q"},
+        {"1 w Q q Q Q /Q Do (Q)", 1, "1 w   q Q   /Q Do (Q)"},
+        {"q q|Q Q Q q|Q Q", 1, "q q|Q Q   q|Q  "},
+        {"Q|q|Q|q", 2, " |q|Q|q"},
+        {"BI ID Q EI Q", 1, "BI ID Q EI  "},
     };
     for (const auto& row : rows) {
-        for (const bool flate : {false, true}) {
-            DocumentBuilder file = DocumentBuilder::minimal();
-            std::string list;
-            std::uint32_t id = 5;
-            for (const std::string& content : row.contents) {
-                list += std::to_string(id) + " 0 R ";
-                file.stream(id++, flate ? "/Filter /FlateDecode " : "",
-                            flate ? deflated(content) : content);
-            }
-            file.object(3, "<< /Type /Page /Contents [ " + list + "] >>");
-            const auto document = open(file.bytes());
-            ASSERT_TRUE(stamp(*document));
-            std::vector<std::string> shown = contentsOfPage(*document);
+        std::vector<std::string> wanted = parted(row.shown ? row.shown : row.contents);
+        wanted.push_back(restored(row.levels));
+        for (const char* const filter : {"", "/Filter /FlateDecode "}) {
+            const std::vector<std::string> shown = stamped(parted(row.contents), filter);
             ASSERT_GE(shown.size(), 2U);
-            EXPECT_EQ(std::vector(shown.begin() + 1, shown.end() - 1), row.shown) << row.name;
+            EXPECT_EQ(std::vector(shown.begin() + 1, shown.end() - 1), wanted) << row.contents;
         }
     }
 }
 
 TEST(Stamp, IsHeldByStatesInReserveWhereContentsCannotBeLookedThrough) {
-    DocumentBuilder file = DocumentBuilder::minimal();
-    file.stream(5, "/Filter /ASCIIHexDecode ", "71>").stream(6, "", "Q Q q q");
-    const auto document =
-        open(file.object(3, "<< /Type /Page /Contents [ 5 0 R 6 0 R ] >>").bytes());
-    ASSERT_TRUE(stamp(*document));
-    const std::vector<std::string> shown = contentsOfPage(*document);
+    const std::vector<std::string> shown = stamped({"71>", "Q Q q q"});
     ASSERT_EQ(shown.size(), 7U);
-    const auto restored = [](int levels) {
-        std::string operators = "\n";
-        for (int level = 0; level < levels; ++level)
-            operators += "Q\n";
-        return operators;
-    };
     EXPECT_EQ(std::ranges::count(shown[1], 'q'), 12);
     EXPECT_EQ(shown[3], "Q Q q q") << "which may restore what nobody has seen";
     EXPECT_EQ(shown[4], restored(1 + 2 + 6)) << "the first of all, what is left open, and a half";
@@ -79,8 +79,9 @@ TEST(Stamp, IsHeldByStatesInReserveWhereContentsCannotBeLookedThrough) {
 }
 
 TEST(Stamp, LosesNoByteBehindACarriageReturn) {
-    const auto document = open(DocumentBuilder::minimal().lineEnding("\r").bytes());
-    ASSERT_TRUE(stamp(*document));
+    const auto document = open(DocumentBuilder::minimal().lineEnding("\r"));
+    const auto stamp = open(DocumentBuilder::minimal());
+    ASSERT_TRUE(Tools::letterhead(document, stamp, {.above = true}));
     EXPECT_EQ(write(*document).find("stream\r\n"), std::string::npos);
 }
 

@@ -1,13 +1,11 @@
 #include "generator/prediction.h"
-#include "support/testing.h"
+#include "support/results.h"
 
-#include <pdf/tools/editing.h>
 #include <pdf/tools/streams.h>
 
 namespace {
 
 using namespace Support;
-using namespace Libraries::Files::PDF;
 using Generator::Prediction;
 
 /// The kinds of PNG's rows 0 to 4 in turn, from `first` on.
@@ -15,18 +13,14 @@ auto inTurn(unsigned first) {
     return [first](std::size_t row) { return (first + static_cast<unsigned>(row)) % 5; };
 }
 
-std::string textOfBytes(const Bytes& bytes) {
-    return {bytes.begin(), bytes.end()};
-}
-
 /// A document with stream 5.
 Ref<Document> with(std::string_view entries, std::string_view data) {
-    return Support::open(DocumentBuilder::minimal().stream(5, entries, data).bytes());
+    return open(DocumentBuilder::minimal().stream(5, entries, data));
 }
 
 /// The dictionary and the data of stream 5, after the document was written and read.
 std::string storedOf(Document& document) {
-    const auto again = Support::open(write(document));
+    const auto again = open(write(document));
     if (!again) return "(does not open)";
     const auto stream = streamOf(*again, 5);
     return textOf(stream->dict()) + contentsOf(again->readStreamData(stream, false));
@@ -37,7 +31,7 @@ TEST(ExpandStreams, UndoesEveryPredictor) {
         for (const unsigned bits : {1U, 2U, 4U, 8U, 16U}) {
             for (const unsigned columns : {1U, 3U, 7U, 64U}) {
                 const Prediction made(colors, bits, columns);
-                const std::string rows = textOfBytes(noise(made.rowSize() * 6));
+                const std::string rows = noiseText(made.rowSize() * 6);
                 const std::string parameters = "/Colors " + std::to_string(colors) +
                                                " /BitsPerComponent " + std::to_string(bits) +
                                                " /Columns " + std::to_string(columns);
@@ -49,7 +43,7 @@ TEST(ExpandStreams, UndoesEveryPredictor) {
                     const auto document = with("/Filter /FlateDecode /DecodeParms << " +
                                                    parameters + " /Predictor " + kind + " >> ",
                                                deflated(data));
-                    ASSERT_TRUE(Tools::expandStreams(*document));
+                    ASSERT_TRUE(Tools::expandStreams(document));
                     ASSERT_EQ(storedOf(*document),
                               "<< Length -> " + std::to_string(rows.size()) + ".0 >>" + rows)
                         << parameters << " Predictor " << kind;
@@ -74,7 +68,7 @@ TEST(Streams, TouchOnlyWhatComesBackTheSame) {
     enum Task { Compress, Expand };
     const std::string plain = "one two one two one two one two one two one two one two one two";
     const std::string flate = deflated(plain);
-    const std::string big = textOfBytes(noise(300));
+    const std::string big = noiseText(300);
     const std::string png = deflated(Prediction(1, 8, 4).png("12345678", inTurn(2)));
     std::string damaged = flate;
     damaged.back() = static_cast<char>(damaged.back() ^ 1);
@@ -124,14 +118,13 @@ TEST(Streams, TouchOnlyWhatComesBackTheSame) {
     };
     for (const auto& row : rows) {
         for (const bool cached : {false, true}) {
-            const auto document =
-                Support::open(withShared().stream(5, row.entries + "/K 1 ", row.data).bytes());
+            const auto document = open(withShared().stream(5, row.entries + "/K 1 ", row.data));
             ASSERT_TRUE(document) << row.entries;
             EXPECT_TRUE(!cached || document->cacheStreamData());
             const std::string before = write(*document);
             // The content of the page is short, so that it stays as it is.
-            EXPECT_TRUE(row.task == Compress ? Tools::compressStreams(*document)
-                                             : Tools::expandStreams(*document));
+            EXPECT_TRUE(row.task == Compress ? Tools::compressStreams(document)
+                                             : Tools::expandStreams(document));
             if (row.result.empty()) {
                 EXPECT_EQ(write(*document), before) << row.entries;
                 EXPECT_FALSE(document->changed()) << row.entries;
@@ -153,15 +146,15 @@ TEST(Streams, LeaveWhatIsShared) {
     const std::string body = "\nstream\n" + plain + "\nendstream";
     DocumentBuilder file = DocumentBuilder::minimal();
     file.object(5, "<< /Length 7 0 R >>" + body).object(6, "<< /Length 7 0 R >>" + body);
-    const auto document = Support::open(file.object(7, "300").object(8, "<< /N 7 0 R >>").bytes());
+    const auto document = open(file.object(7, "300").object(8, "<< /N 7 0 R >>"));
     const auto shared = Dictionary::create({{"Length", number(300)}});
     for (int times = 0; times < 2; ++times)
-        EXPECT_TRUE(Tools::addObject(*document, Host::make<StreamObj>(shared, stripeOf(plain))));
-    EXPECT_TRUE(Tools::addObject(*document, streamOf(*document, 5)));
-    ASSERT_TRUE(Tools::compressStreams(*document));
+        EXPECT_TRUE(Tools::addObject(document, Host::make<StreamObj>(shared, stripeOf(plain))));
+    EXPECT_TRUE(Tools::addObject(document, streamOf(*document, 5)));
+    ASSERT_TRUE(Tools::compressStreams(document));
     EXPECT_EQ(textOf(valueOf(*document, 7)), "300.0");
     EXPECT_EQ(textOf(shared), "<< Length -> 300.0 >>");
-    const auto again = Support::open(write(*document));
+    const auto again = open(write(*document));
     for (const std::uint32_t id : {5U, 6U, 11U}) {
         const auto stream = streamOf(*again, id);
         EXPECT_EQ(stream->compression(), Compression::FlateDecode) << id;
@@ -172,12 +165,10 @@ TEST(Streams, LeaveWhatIsShared) {
 TEST(Streams, KeepALineFeedThatWouldBeLost) {
     for (const std::string_view ending : {"\n", "\r", "\r\n"}) {
         const std::string data = "\nq Q";
-        const auto document = Support::open(DocumentBuilder::minimal()
-                                                .lineEnding(ending)
-                                                .stream(5, "/Filter /FlateDecode ", deflated(data))
-                                                .bytes());
-        ASSERT_TRUE(Tools::expandStreams(*document));
-        const auto again = Support::open(write(*document));
+        const auto document = open(DocumentBuilder::minimal().lineEnding(ending).stream(
+            5, "/Filter /FlateDecode ", deflated(data)));
+        ASSERT_TRUE(Tools::expandStreams(document));
+        const auto again = open(write(*document));
         const auto stream = streamOf(*again, 5);
         EXPECT_EQ(contentsOf(again->readStreamData(stream, true)), data);
         EXPECT_EQ(stream->compression(),
@@ -193,44 +184,46 @@ TEST(Streams, AreBoundedAndAllOrNothing) {
     for (std::uint32_t id = 6; id < 206; ++id)
         nested.object(id, "<< /Length 100000 >>\nstream\n");
     nested.object(206, "(" + std::string(100'000, 'a') + ")");
+    const std::string bomb = DocumentBuilder(sound).stream(6, flate, zeros).bytes();
+    const auto withSix = [&](const char* body) {
+        return DocumentBuilder(sound).object(6, body).bytes();
+    };
+    const std::optional<std::uint64_t> usual;
+    const std::string tooBig = told(
+        ExpansionTooBig, "Object 6: Streams, up to this one, expand to more than is allowed", 6);
     const struct {
-        const char* name;
-        std::string file;
+        std::string name, file;
         std::optional<std::uint64_t> limit;
-        std::uint32_t expanding, compressing;
+        std::string expanding, compressing{}; ///< what is told
     } rows[] = {
-        {"a bomb", DocumentBuilder(sound).stream(6, flate, zeros).bytes(), {}, ExpansionTooBig, 0},
-        {"allowed", DocumentBuilder(sound).stream(6, flate, zeros).bytes(), 3'000'007, 0, 0},
-        {"one too many", DocumentBuilder(sound).stream(6, flate, zeros).bytes(), 3'000'006,
-         ExpansionTooBig, 0},
-        {"no Length",
-         DocumentBuilder(sound).object(6, "<< /Filter /FlateDecode >>\nstream\n").bytes(),
-         {},
-         LengthInvalid,
-         0},
-        {"behind the end",
-         DocumentBuilder(sound).object(6, "<< /Length 9999 >>\nstream\n").bytes(),
-         {},
-         0,
-         LengthInvalid},
-        {"in each other", nested.bytes(), {}, 0, ExpansionTooBig},
+        {"a bomb", bomb, usual, tooBig},
+        {"allowed", bomb, 3'000'007, ""},
+        {"one too many", bomb, 3'000'006, tooBig},
+        {"no Length", withSix("<< /Filter /FlateDecode >>\nstream\n"), usual,
+         told(LengthInvalid, "Object 6: Stream has no Length entry", 6)},
+        {"behind the end", withSix("<< /Length 9999 >>\nstream\n"), usual, "",
+         told(LengthInvalid,
+              "Object 6: Stream end 28A1h (10401) is out of range of underlying file: 265h (613)",
+              6)},
+        {"nested", nested.bytes(), usual, "",
+         told(ExpansionTooBig, "Streams lie in each other: they have 20000012 bytes together")},
     };
     for (const auto& row : rows) {
         for (const bool expanding : {true, false}) {
-            const auto document = Support::open(row.file);
+            const auto document = open(row.file);
             ASSERT_TRUE(document) << row.name;
             const std::string before = write(*document);
-            Host::Error::set(Host::NoError);
-            const bool done = expanding ? Tools::expandStreams(*document, {row.limit})
-                                        : Tools::compressStreams(*document);
-            EXPECT_EQ(Host::Error::get(), expanding ? row.expanding : row.compressing) << row.name;
-            EXPECT_EQ(done, Host::Error::get() == Host::NoError) << row.name;
+            const auto done = resultOf([&] {
+                return expanding ? Tools::expandStreams(document, {row.limit})
+                                 : Tools::compressStreams(document);
+            });
+            EXPECT_EQ(told(done), expanding ? row.expanding : row.compressing) << row.name;
             EXPECT_TRUE(done || write(*document) == before) << row.name;
         }
     }
-    const auto encrypted =
-        Support::open(DocumentBuilder(sound).trailer("/Root 1 0 R /Encrypt 1 0 R").bytes());
-    EXPECT_TRUE(Tools::expandStreams(*encrypted));
+    expectRefusal(resultOf([] { return Tools::compressStreams(nullptr); }), NullArgument);
+    const auto encrypted = open(DocumentBuilder(sound).trailer("/Root 1 0 R /Encrypt 1 0 R"));
+    EXPECT_TRUE(Tools::expandStreams(encrypted));
     EXPECT_FALSE(encrypted->changed()) << "ciphertext cannot be expanded";
 }
 

@@ -1,4 +1,3 @@
-
 #include "reader/scanner.h"
 #include "support/testing.h"
 #include "values/sub_stripe.h"
@@ -8,8 +7,6 @@
 namespace {
 
 using namespace Support;
-using namespace Libraries::Files::PDF;
-using namespace Host::Literals;
 
 AnyValue string(std::string_view utf8) {
     return String::create(text(utf8));
@@ -73,9 +70,8 @@ TEST(Stream, KnowsItsPlaceAndItsChange) {
 }
 
 TEST(Dictionary, HasKeysToWalkWithoutNamingThem) {
-    const auto dict = dictionary({{"B", null()}, {"A", null()}});
     std::string keys;
-    for (const auto& key : dict->keys())
+    for (const auto& key : dictionary({{"B", null()}, {"A", null()}})->keys())
         keys += key->narrow();
     for (const auto& key : Host::Ref<Host::TVector<Host::Ref<Host::String>>>())
         keys += key->narrow();

@@ -8,7 +8,6 @@
 namespace {
 
 using namespace Support;
-using namespace Libraries::Files::PDF;
 using namespace std::literals;
 using Call = FailingStripe::Call;
 using Fault = FailingStripe::Fault;
@@ -252,29 +251,23 @@ TEST(Serializer, ReportsWhatItCannotWrite) {
     };
     for (const auto& [value, result] : rows)
         EXPECT_EQ(serialize(value), result);
-    const char* foreigners[] = {"Writing not supported for value of type 0h (0)",
-                                "Failed to cast name to Name",
-                                "Failed to cast boolean to Boolean",
-                                "Failed to cast number to Number",
-                                "Failed to cast string to String",
-                                "Failed to cast object reference to ObjectRef",
-                                "Failed to convert dictionary to Dictionary",
-                                "Failed to convert stream to Stream",
-                                "Failed to cast array to Array",
-                                "Failed to cast value to Null",
-                                "Writing not supported for value of type Ah (10)"};
-    for (std::uint32_t type = 0; type < std::size(foreigners); ++type)
-        EXPECT_EQ(serialize(foreign(type)), "33862 " + std::string(foreigners[type]) + "\n");
+    std::uint32_t type = 0;
+    for (const std::string what :
+         {"Writing not supported for value of type 0h (0)", "Failed to cast name to Name",
+          "Failed to cast boolean to Boolean", "Failed to cast number to Number",
+          "Failed to cast string to String", "Failed to cast object reference to ObjectRef",
+          "Failed to convert dictionary to Dictionary", "Failed to convert stream to Stream",
+          "Failed to cast array to Array", "Failed to cast value to Null",
+          "Writing not supported for value of type Ah (10)"})
+        EXPECT_EQ(serialize(foreign(type++)), "33862 " + what + "\n");
     EXPECT_TRUE(serialize(nested(512)).ends_with(" ] >> ] >>"));
     EXPECT_TRUE(serialize(nested(513)).starts_with("33859 Failed to convert value of "));
 }
 
 TEST(Serializer, LaysStreamsOut) {
     std::vector<std::string> contents{"", "x", "x\r", "x\n", "\r\n", "\n ", "\xFF\x00"s};
-    for (const std::size_t size : {65535U, 65536U, 65537U, 200000U}) {
-        const Bytes data = noise(size);
-        contents.emplace_back(data.begin(), data.end());
-    }
+    for (const std::size_t size : {65535U, 65536U, 65537U, 200000U})
+        contents.push_back(noiseText(size));
     for (const std::string eol : {"\n", "\r", "\r\n"}) {
         for (const std::string& data : contents) {
             const bool ended = data.empty() || data.back() == '\r' || data.back() == '\n';

@@ -4,8 +4,10 @@
 /// What a rewrite of a document would not keep, told before it is written.
 
 #include <host/export.h>
+#include <host/ref.h>
 #include <pdf/document.h>
 #include <pdf/loss.h>
+#include <pdf/tools/result.h>
 
 #include <cstdint>
 #include <vector>
@@ -22,9 +24,8 @@ struct LossFound {
 /// The kinds of which `document` has any, in the order of `Loss`. Numbers that are written as they
 /// were read (`Document::faithfulNumbers`) are no loss. Costs next to nothing: reading has counted;
 /// where lines end in a carriage return alone the first byte of each stream is read.
-/// Logs nothing and leaves the thread's code alone; throws nothing, and where memory is exhausted
-/// tells less.
-[[nodiscard]] FILES_PDF_EXPORT std::vector<LossFound> losses(const Document& document) noexcept;
+[[nodiscard]] FILES_PDF_EXPORT Result<std::vector<LossFound>>
+losses(const Ref<Document>& document) noexcept;
 
 /// Whether what is written would be no sound document any more: parts of the file were not read, or
 /// are ciphertext; data loses bytes, or what it takes to understand it.

@@ -4,7 +4,9 @@
 /// The streams of a document, compressed or expanded, such that all that they hold stays the same.
 
 #include <host/export.h>
+#include <host/ref.h>
 #include <pdf/document.h>
+#include <pdf/tools/result.h>
 
 #include <cstdint>
 #include <optional>
@@ -22,11 +24,11 @@ namespace Libraries::Files::PDF::Tools {
 /// the document writes what it would have written before. The deflated data is held in memory; of
 /// what is read one stream at a time is.
 ///
-/// False with `NotSupported` (a document of an application's own class), `StreamDictionaryMissing`,
+/// Fails with `NotSupported` (a document of an application's own class), `StreamDictionaryMissing`,
 /// `SourceNotRead` (data that cannot be read), `CodingFailed` (that cannot be deflated),
-/// `OutOfRange` (streams that lie in each other, of which more than 64 times the file and 1 MiB
-/// would be read), `OutOfMemory` or a code of `Document::readStreamData` set.
-[[nodiscard]] FILES_PDF_EXPORT bool compressStreams(Document& document) noexcept;
+/// `ExpansionTooBig` (streams that lie in each other, of which more than 64 times the file and 1
+/// MiB would be read), `OutOfMemory` or a code of `Document::readStreamData`.
+FILES_PDF_EXPORT Result<void> compressStreams(const Ref<Document>& document) noexcept;
 
 /// How far streams may be expanded.
 struct ExpandOptions {
@@ -42,7 +44,7 @@ struct ExpandOptions {
 /// stays deflated: plain it would lose that.
 ///
 /// All else is as for `compressStreams`; `ExpansionTooBig` too for more than `options` allows.
-[[nodiscard]] FILES_PDF_EXPORT bool expandStreams(Document& document,
-                                                  const ExpandOptions& options = {}) noexcept;
+FILES_PDF_EXPORT Result<void> expandStreams(const Ref<Document>& document,
+                                            const ExpandOptions& options = {}) noexcept;
 
 } // namespace Libraries::Files::PDF::Tools

@@ -1,8 +1,8 @@
 #include "tools/fonts/text_font.h"
 
-#include "tools/failure.h"
 #include "tools/fonts/standard_font.h"
 #include "tools/geometry.h"
+#include "tools/new_values.h"
 #include "tools/references.h"
 
 #include <algorithm>
@@ -46,9 +46,7 @@ double plausible(double width) noexcept {
 
 std::optional<double> numberIn(const Document& document, const Ref<Dictionary>& dictionary,
                                std::string_view key) {
-    if (!dictionary) return std::nullopt;
-    const Ref<Number> number = Host::cast<Number>(followEntry(document, *dictionary, key));
-    return number ? std::optional(valueOf(*number)) : std::nullopt;
+    return valueOf(followEntry(document, dictionary, key));
 }
 
 Characters charactersOf(LatinEncoding encoding) noexcept {
@@ -108,31 +106,30 @@ Characters encodingOf(const Ref<Value>& value, bool standardOtherwise) {
 }
 
 /// `standardOtherwise` tells whether the font's own encoding is known to be that.
-Characters charactersOf(const Document& document, const Dictionary& font, bool standardOtherwise) {
+Characters charactersOf(const Document& document, const Ref<Dictionary>& font,
+                        bool standardOtherwise) {
     const Ref<Value> encoding = followEntry(document, font, "Encoding");
     const Ref<Dictionary> dictionary = Host::cast<Dictionary>(encoding);
     if (!dictionary) return encodingOf(encoding, standardOtherwise);
     Characters characters =
-        encodingOf(followEntry(document, *dictionary, "BaseEncoding"), standardOtherwise);
-    const Ref<Value> differences = followEntry(document, *dictionary, "Differences");
-    if (const Ref<Array> array = Host::cast<Array>(differences))
-        applyDifferences(document, *array, characters);
+        encodingOf(followEntry(document, dictionary, "BaseEncoding"), standardOtherwise);
+    const auto differences = followEntry<Array>(document, dictionary, "Differences");
+    if (differences) applyDifferences(document, *differences, characters);
     return characters;
 }
 
 /// Nothing where the font does not say. LastChar tells no more than the length of Widths.
-std::optional<Widths> widthsOf(const Document& document, const Dictionary& font, double missing) {
-    const Ref<Array> listed = Host::cast<Array>(followEntry(document, font, "Widths"));
-    const Ref<Number> first = Host::cast<Number>(followEntry(document, font, "FirstChar"));
+std::optional<Widths> widthsOf(const Document& document, const Ref<Dictionary>& font,
+                               double missing) {
+    const auto listed = followEntry<Array>(document, font, "Widths");
+    const auto first = followEntry<Number>(document, font, "FirstChar");
     Widths widths;
     widths.fill(missing);
     const auto end = static_cast<std::int64_t>(widths.size());
     if (!listed || !first || first->integer() < 0 || first->integer() >= end) return std::nullopt;
     auto code = static_cast<std::size_t>(first->integer());
-    for (std::uint64_t index = 0; index < listed->size() && code < widths.size(); ++index) {
-        const Ref<Number> width = Host::cast<Number>(follow(document, listed->get(index)));
-        widths[code++] = width ? plausible(valueOf(*width)) : 0;
-    }
+    for (std::uint64_t index = 0; index < listed->size() && code < widths.size(); ++index)
+        widths[code++] = plausible(valueOf(follow(document, listed->get(index))).value_or(0));
     return widths;
 }
 
@@ -153,12 +150,12 @@ bool isSymbolic(const Document& document, const Ref<Dictionary>& descriptor) {
 
 bool isEmbedded(const Document& document, const Ref<Dictionary>& descriptor) {
     constexpr std::string_view programs[] = {"FontFile", "FontFile2", "FontFile3"};
-    return descriptor && std::ranges::any_of(programs, [&](std::string_view key) {
-               return entryOf(document, *descriptor, key) != nullptr;
-           });
+    return std::ranges::any_of(programs, [&](std::string_view key) {
+        return entryOf(document, descriptor, key) != nullptr;
+    });
 }
 
-bool isSimple(const Document& document, const Dictionary& font) {
+bool isSimple(const Document& document, const Ref<Dictionary>& font) {
     const Ref<Value> kind = followEntry(document, font, "Subtype");
     return isName(kind, "Type1") || isName(kind, "TrueType") || isName(kind, "MMType1");
 }
@@ -187,21 +184,19 @@ void TextFont::readReach(const Document& document, const Ref<Dictionary>& descri
         if (isAscent) ascent_ = std::max(ascent_, ascent);
     }
     if (descent > 0 && descent <= most) descent_ = -descent;
-    const auto box = descriptor
-                         ? rectangleOf(document, followEntry(document, *descriptor, "FontBBox"))
-                         : std::nullopt;
+    const auto box = rectangleOf(document, followEntry(document, descriptor, "FontBBox"));
     if (!box || box->top < 400 || box->bottom > 0) return;
     ascent_ = std::min(ascent_, box->top);
     descent_ = std::max(descent_, box->bottom);
 }
 
-std::optional<TextFont> TextFont::read(const Document& document, const Dictionary& font) {
-    const Ref<Name> baseFont = Host::cast<Name>(followEntry(document, font, "BaseFont"));
+std::optional<TextFont> TextFont::read(const Document& document, const Ref<Dictionary>& font) {
+    const auto baseFont = followEntry<Name>(document, font, "BaseFont");
     const Ref<Host::String> text = baseFont ? baseFont->name() : nullptr;
     const FontName name = FontName::read(text ? text->narrow() : std::string_view());
     if (!isSimple(document, font) || name.pictures) return std::nullopt;
 
-    const auto descriptor = Host::cast<Dictionary>(followEntry(document, font, "FontDescriptor"));
+    const auto descriptor = followEntry<Dictionary>(document, font, "FontDescriptor");
     const bool embedded = name.subset || isEmbedded(document, descriptor);
     const bool readersOwn = name.standard && !embedded;
     const Characters characters =
@@ -231,10 +226,10 @@ TextFont TextFont::helvetica() {
 }
 
 Ref<Dictionary> TextFont::helveticaDictionary() {
-    return orThrow(Dictionary::create({{"Type", Name::create("Font")},
-                                       {"Subtype", Name::create("Type1")},
-                                       {"BaseFont", Name::create("Helvetica")},
-                                       {"Encoding", Name::create("WinAnsiEncoding")}}));
+    return newDictionary({{"Type", newName("Font")},
+                          {"Subtype", newName("Type1")},
+                          {"BaseFont", newName("Helvetica")},
+                          {"Encoding", newName("WinAnsiEncoding")}});
 }
 
 std::optional<unsigned char> TextFont::codeOf(char32_t character) const noexcept {

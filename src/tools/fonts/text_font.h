@@ -18,10 +18,10 @@ public:
     ///@}
 
     /// The font of a dictionary; nothing where text cannot be set in it here: composite and Type 3
-    /// fonts, Symbol and ZapfDingbats, a font without Widths that is none of the standard 14.
+    /// fonts, Symbol and ZapfDingbats, a font without Widths that is none of the standard 14, null.
     /// Throws `std::bad_alloc`.
     [[nodiscard]] static std::optional<TextFont> read(const Document& document,
-                                                      const Dictionary& font);
+                                                      const Ref<Dictionary>& font);
     /// Helvetica in WinAnsiEncoding: what fields without a font get.
     [[nodiscard]] static TextFont helvetica();
     /// The dictionary for it, a new one. Throws `std::bad_alloc`.

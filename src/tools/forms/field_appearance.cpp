@@ -1,14 +1,10 @@
 #include "tools/forms/field_appearance.h"
 
 #include "spelling/digits.h"
-#include "tools/failure.h"
-#include "tools/new_stream.h"
+#include "tools/new_values.h"
 #include "tools/references.h"
 
-#include <pdf/tools/editing.h>
-
 #include <algorithm>
-#include <cstdio>
 #include <utility>
 
 namespace Libraries::Files::PDF::Tools {
@@ -17,14 +13,6 @@ namespace {
 
 /// Bytes that are worth the time and the entry that deflating takes.
 constexpr std::size_t shortest = 512;
-
-constexpr const char* unknownFont = "no text can be set in its font";
-
-std::string lacks(char32_t character) {
-    char text[32];
-    std::snprintf(text, sizeof text, "its font lacks U+%04X", static_cast<unsigned>(character));
-    return text;
-}
 
 TextPlace textPlace(const FieldEntries& widget, const WidgetFrame& frame, const Rectangle& area,
                     double size) {
@@ -119,46 +107,32 @@ Rectangle textArea(const WidgetFrame& frame, bool stacked) {
     return area;
 }
 
-std::optional<Codes> FieldAppearances::encoded(const std::optional<FormFont>& font,
-                                               std::string_view text) {
-    auto codes = font ? TextLayout::encoded(font->font, text) : std::nullopt;
-    if (codes) return codes;
-    const char32_t character = font ? TextLayout::lacking(font->font, text) : 0;
-    obstacle_ = !font ? unknownFont : character == 0 ? "it is too long" : lacks(character);
-    return codes;
-}
-
 Filled FieldAppearances::showText(const FieldEntries& widget, std::string_view text) {
-    const WidgetFrame frame(document_, *widget.own());
-    if (!frame.hasArea()) return Filled::Shown;
+    const WidgetFrame frame(document(), widget.own());
+    if (!frame.hasArea()) return {};
     const TextStyle& style = shared_.style(widget);
-    if (!shared_.draw(text.size() + style.fontName.size())) return Filled::Failed;
+    shared_.draw(text.size() + style.fontName.size());
     const auto font = fonts_.find(widget, style.fontName);
-    auto codes = encoded(font, text);
-    if (!codes) return Filled::ViewerNeeded;
+    if (!font) return {true, font.error()};
+    auto codes = TextLayout::encoded(font->font, text);
+    if (!codes) return {true, codes.error()};
     if (widget.kind() == Field::Kind::Text && widget.has(FieldFlags::password)) {
-        const auto star = font->font.codeOf(U'*');
-        if (!star) {
-            obstacle_ = lacks(U'*');
-            return Filled::ViewerNeeded;
-        }
-        std::ranges::fill(*codes, *star);
+        const auto star = TextLayout::encoded(font->font, "*");
+        if (!star) return {true, star.error()};
+        std::ranges::fill(*codes, star->front());
     }
     const std::uint64_t cells = combCells(widget);
-    const TextBlock block = laidOut(widget, frame, font->font, std::move(*codes), style.size);
-    const std::string lines = cells == 0 ? "" : combLines(frame, cells);
-    return show(widget, frame, lines, block, style, *font);
+    const TextBlock block = laidOut(widget, frame, font->font, *std::move(codes), style.size);
+    draw(widget, frame, cells == 0 ? "" : combLines(frame, cells), block, *font);
+    return {};
 }
 
 Filled FieldAppearances::showList(const FieldEntries& widget, const Selection& selection) {
-    const WidgetFrame frame(document_, *widget.own());
-    if (!frame.hasArea()) return Filled::Shown;
+    const WidgetFrame frame(document(), widget.own());
+    if (!frame.hasArea()) return {};
     const TextStyle& style = shared_.style(widget);
     const auto font = fonts_.find(widget, style.fontName);
-    if (!font) {
-        obstacle_ = unknownFont;
-        return Filled::ViewerNeeded;
-    }
+    if (!font) return {true, font.error()};
     const Rectangle area = textArea(frame, true);
     const TextLayout layout(font->font, textPlace(widget, frame, area, style.size));
     const double line = TextLayout::leading(TextLayout::listSize(style.size));
@@ -169,15 +143,16 @@ Filled FieldAppearances::showList(const FieldEntries& widget, const Selection& s
     for (std::size_t index = listTop(widget, selection);
          index < options.size() && top > area.bottom; ++index) {
         constexpr std::size_t around = 64; // what is drawn for an option beside its text
-        if (!shared_.draw(options[index].text.size() + around)) return Filled::Failed;
-        auto codes = encoded(font, options[index].text);
-        if (!codes) return Filled::ViewerNeeded;
-        texts.push_back(std::move(*codes));
+        shared_.draw(options[index].text.size() + around);
+        auto codes = TextLayout::encoded(font->font, options[index].text);
+        if (!codes) return {true, codes.error()};
+        texts.push_back(*std::move(codes));
         const Rectangle behind{frame.inside().left, top - line, frame.inside().right, top};
         if (selection.values.contains(options[index].value)) marks += marked(behind);
         top = behind.bottom;
     }
-    return show(widget, frame, marks, layout.list(std::move(texts)), style, *font);
+    draw(widget, frame, marks, layout.list(std::move(texts)), *font);
+    return {};
 }
 
 std::size_t FieldAppearances::listTop(const FieldEntries& widget, const Selection& selection) {
@@ -186,54 +161,48 @@ std::size_t FieldAppearances::listTop(const FieldEntries& widget, const Selectio
     const std::size_t top = given < options.list().size() ? given : 0;
     const auto first = shared_.firstOf(options, selection);
     if (!first) return top;
-    const double height = textArea(WidgetFrame(document_, *widget.own()), true).height();
+    const double height = textArea(WidgetFrame(document(), widget.own()), true).height();
     const double line = TextLayout::leading(TextLayout::listSize(shared_.style(widget).size));
     const auto lines = static_cast<std::size_t>(std::clamp(height / line, 1.0, 1e6));
     if (*first < top) return *first;
     return std::max(top, *first + 1 - std::min(lines, *first + 1));
 }
 
-Filled FieldAppearances::show(const FieldEntries& widget, const WidgetFrame& frame,
-                              const std::string& ground, const TextBlock& block,
-                              const TextStyle& style, const FormFont& font) {
+void FieldAppearances::draw(const FieldEntries& widget, const WidgetFrame& frame,
+                            const std::string& ground, const TextBlock& block,
+                            const FormFont& font) {
+    const TextStyle& style = shared_.style(widget);
     const Rectangle area = textClip(frame, font.font.lineHeight(block.size));
     const std::string operators = ground + textOperators(block, style);
-    if (!shared_.draw(operators.size())) return Filled::Failed;
+    shared_.draw(operators.size());
     const std::string content = frame.rectangle() + "/Tx BMC\nq\n" + rectangleOperands(area) +
                                 " re W n\n" + operators + "Q\nEMC\n";
-    const Ref<Dictionary> fonts = orThrow(Dictionary::create());
-    if (!fonts->set(style.fontName, font.entry)) throw std::bad_alloc();
-    const Ref<Dictionary> resources = orThrow(Dictionary::create({{"Font", fonts}}));
-    const Ref<Value> looks = stream(frame, content, resources);
-    return looks && setNormal(widget.own(), looks) ? Filled::Shown : Filled::Failed;
+    const Ref<Dictionary> fonts = newDictionary({{style.fontName, font.entry}});
+    setNormal(widget.own(), stream(frame, content, newDictionary({{"Font", fonts}})));
 }
 
 Ref<Value> FieldAppearances::stream(const WidgetFrame& frame, const std::string& content,
                                     const Ref<Dictionary>& resources) {
-    const Ref<Stream> stream = newStream(content, content.size() > shortest);
-    if (!stream) return nullptr;
-    frame.describe(*stream->dict());
-    if (!stream->dict()->set("Resources", resources)) throw std::bad_alloc();
-    const Ref<Object> object = changes_.add(stream);
-    return object ? Ref<Value>(orThrow(referenceTo(object))) : nullptr;
+    const bool isLong = content.size() > shortest;
+    const Ref<Stream> stream = newStream(content, isLong ? Storing::Deflated : Storing::Plain);
+    frame.describe(stream->dict());
+    put(stream->dict(), "Resources", resources);
+    return changes_.add(stream);
 }
 
 /// Other looks of the widget, as for a pressed button, show the former value. What stands behind a
 /// reference may be another widget's as well.
-bool FieldAppearances::setNormal(const Ref<Dictionary>& widget, const Ref<Value>& looks) {
-    const auto own = Host::cast<Dictionary>(quietly([&] { return widget->find("AP"); }));
-    if (!own) return changes_.set(widget, "AP", orThrow(Dictionary::create({{"N", looks}})));
-    return changes_.set(own, "N", looks) && changes_.drop(own, "D") && changes_.drop(own, "R");
+void FieldAppearances::setNormal(const Ref<Dictionary>& widget, const Ref<Value>& looks) {
+    const auto own = Host::cast<Dictionary>(findEntry(widget, "AP"));
+    if (!own) return changes_.set(widget, "AP", newDictionary({{"N", looks}}));
+    changes_.set(own, "N", looks);
+    changes_.drop(own, "D");
+    changes_.drop(own, "R");
 }
 
-bool FieldAppearances::provideFor(const FieldEntries& field) {
+void FieldAppearances::provideFor(const FieldEntries& field) {
     fonts_.provideMarks(field);
-    const Ref<Value> text = orThrow(textString("/Helv 0 Tf 0 g"));
-    return field.find("DA") || changes_.set(field.form(), "DA", text);
-}
-
-bool FieldAppearances::clear(const Ref<Dictionary>& widget) {
-    return changes_.drop(widget, "AP");
+    if (!field.find("DA")) changes_.set(field.form(), "DA", newText("/Helv 0 Tf 0 g"));
 }
 
 } // namespace Libraries::Files::PDF::Tools

@@ -1,15 +1,13 @@
 #include "tools/failure.h"
 #include "tools/forms/field_appearance.h"
-#include "tools/forms/form_field.h"
-#include "tools/forms/form_text.h"
-#include "tools/new_stream.h"
+#include "tools/forms/field_entries.h"
+#include "tools/new_values.h"
 #include "tools/pages/page_contents.h"
 #include "tools/pages/page_resources.h"
 #include "tools/pages/page_tree_changes.h"
 #include "tools/references.h"
 
-#include <pdf/tools/editing.h>
-#include <pdf/tools/filling.h>
+#include <pdf/tools/forms.h>
 
 #include <optional>
 #include <unordered_map>
@@ -26,8 +24,6 @@ constexpr std::int64_t unseen = 0x2 | 0x20;
 /// Widgets that are drawn in one call.
 constexpr std::uint64_t mostWidgets = 1 << 20;
 
-constexpr std::uint64_t leastWidget = 64; ///< bytes that one takes in a file
-
 /// How often annotations may be met for each one that is listed, and beyond that: pages may share a
 /// list of them.
 constexpr std::uint64_t mostAnnotations = 4;
@@ -36,32 +32,23 @@ constexpr std::uint64_t alwaysMet = 4096;
 /// Draws the widgets of a document's form on its pages.
 class FormFlattening {
 public:
-    FormFlattening(Document& document, Changes& changes, Ref<Dictionary> form)
-        : document_(document),
-          changes_(changes),
-          form_(std::move(form)),
-          contents_(document, changes),
-          resources_(document, changes),
-          appearances_(document, changes),
-          names_("Field") {}
+    explicit FormFlattening(Changes& changes) noexcept
+        : changes_(changes), contents_(changes), resources_(changes), appearances_(changes) {}
 
-    [[nodiscard]] bool run();
+    void run(const Ref<Dictionary>& form);
 
 private:
-    [[nodiscard]] bool flattenPage(const Page& page);
-    [[nodiscard]] bool draw(const Page& page, const Ref<Dictionary>& widget,
-                            std::string& operators);
-    [[nodiscard]] std::optional<Matrix> placeOf(const Dictionary& widget,
-                                                const Dictionary& looks) const;
-    [[nodiscard]] bool complete(const Ref<Dictionary>& widget);
-    [[nodiscard]] bool completeText(const FieldEntries& widget);
-    [[nodiscard]] bool finished(const FieldEntries& widget, Filled shown) const;
-    [[nodiscard]] Ref<Object> normalLooks(const Dictionary& widget) const;
-    [[nodiscard]] bool append(const Ref<Dictionary>& page, const std::string& operators);
+    [[nodiscard]] const Document& document() const noexcept { return changes_.document(); }
+    void flattenPage(const Page& page);
+    void draw(const Page& page, const Ref<Dictionary>& widget, std::string& operators);
+    [[nodiscard]] std::optional<Matrix> placeOf(const Ref<Dictionary>& widget,
+                                                const Ref<Dictionary>& looks) const;
+    void complete(const Ref<Dictionary>& widget);
+    [[nodiscard]] Filled completed(const FieldEntries& widget);
+    [[nodiscard]] Filled showText(const FieldEntries& widget);
+    [[nodiscard]] Ref<Object> normalLooks(const Ref<Dictionary>& widget) const;
 
-    Document& document_;
     Changes& changes_;
-    Ref<Dictionary> form_;
     std::uint64_t widgets_ = 0;
     std::uint64_t annotationsLeft_ = alwaysMet;
     std::unordered_set<const Array*> lists_;         ///< of annotations
@@ -70,58 +57,51 @@ private:
     PageContents contents_;
     PageResources resources_;
     FieldAppearances appearances_;
-    UnusedNames names_;
+    UnusedNames names_{"Field"};
     std::unordered_map<std::uint32_t, std::string> drawn_; ///< names of looks, by their objects
 };
 
-bool FormFlattening::run() {
-    PageTreeChanges tree(document_, changes_);
-    if (!tree.flatten() || !tree.complete()) return false;
-    const auto rebuild = Host::cast<Boolean>(followEntry(document_, *form_, "NeedAppearances"));
+void FormFlattening::run(const Ref<Dictionary>& form) {
+    PageTreeChanges(changes_).complete();
+    const auto rebuild = followEntry<Boolean>(document(), form, "NeedAppearances");
     stale_ = rebuild && rebuild->value();
-    const auto pages = allPages(document_);
-    if (!pages) return false;
+    const auto pages = pagesOf(document());
     for (const Page& page : pages)
-        names_.avoid(document_, page.resources);
-    for (const Page& page : pages) {
-        if (!flattenPage(page)) return false;
-    }
-    return changes_.drop(catalogEntries(document_), "AcroForm");
+        names_.avoid(document(), page.resources);
+    for (const Page& page : pages)
+        flattenPage(page);
+    changes_.drop(catalogEntries(document()), "AcroForm");
 }
 
-bool FormFlattening::flattenPage(const Page& page) {
-    const auto annotations = Host::cast<Array>(followEntry(document_, *page.dictionary, "Annots"));
-    if (!annotations) return true;
-    if (lists_.insert(annotations.get()).second) {
-        annotationsLeft_ += mostAnnotations * annotations->size();
-    }
+void FormFlattening::flattenPage(const Page& page) {
+    const auto list = followEntry<Array>(document(), page.dictionary, "Annots");
+    const auto annotations = elementsOf(list);
+    if (lists_.insert(list.get()).second) annotationsLeft_ += mostAnnotations * annotations.size();
     std::vector<Ref<Value>> others;
     std::unordered_set<const Dictionary*> drawnHere;
     std::string operators;
-    for (std::uint64_t index = 0; index < annotations->size(); ++index) {
-        Ref<Value> entry = annotations->get(index);
-        const auto annotation = Host::cast<Dictionary>(follow(document_, entry));
-        if (annotationsLeft_-- == 0) return fail(OutOfRange, "Pages share too many annotations");
-        if (!annotation || !isName(followEntry(document_, *annotation, "Subtype"), "Widget")) {
-            others.push_back(std::move(entry));
-        } else if (drawnHere.insert(annotation.get()).second &&
-                   !draw(page, annotation, operators)) {
-            return false;
+    for (const Ref<Value>& entry : annotations) {
+        const auto annotation = followTo<Dictionary>(document(), entry);
+        if (annotationsLeft_-- == 0)
+            fail(OutOfRange, "Pages share too many annotations, up to page ", page.object);
+        if (!isName(followEntry(document(), annotation, "Subtype"), "Widget")) {
+            others.push_back(entry);
+        } else if (drawnHere.insert(annotation.get()).second) {
+            draw(page, annotation, operators);
         }
     }
-    if (others.size() == annotations->size()) return true;
-    const Ref<Value> kept = others.empty() ? nullptr : orThrow(Array::create(others));
-    if (!changes_.set(page.dictionary, "Annots", kept)) return false;
-    return operators.empty() || append(page.dictionary, operators);
+    if (others.size() == annotations.size()) return;
+    changes_.set(page.dictionary, "Annots", others.empty() ? nullptr : newArray(others));
+    if (!operators.empty()) contents_.drawAbove(page.dictionary, operators);
 }
 
 /// From the appearance's coordinates to those of the page (ISO 32000-1, 12.5.5); nothing where the
 /// widget shows nothing.
-std::optional<Matrix> FormFlattening::placeOf(const Dictionary& widget,
-                                              const Dictionary& looks) const {
-    const auto area = rectangleOf(document_, followEntry(document_, widget, "Rect"));
-    const auto box = rectangleOf(document_, followEntry(document_, looks, "BBox"));
-    const auto turn = matrixOf(document_, followEntry(document_, looks, "Matrix"));
+std::optional<Matrix> FormFlattening::placeOf(const Ref<Dictionary>& widget,
+                                              const Ref<Dictionary>& looks) const {
+    const auto area = rectangleOf(document(), followEntry(document(), widget, "Rect"));
+    const auto box = rectangleOf(document(), followEntry(document(), looks, "BBox"));
+    const auto turn = matrixOf(document(), followEntry(document(), looks, "Matrix"));
     const Rectangle shown = turn.value_or(Matrix()).bounds(box.value_or(Rectangle()));
     if (!area || shown.width() <= 0 || shown.height() <= 0) return std::nullopt;
     const double wide = area->width() / shown.width();
@@ -131,102 +111,84 @@ std::optional<Matrix> FormFlattening::placeOf(const Dictionary& widget,
 }
 
 /// Adds what draws a widget where its viewer would.
-bool FormFlattening::draw(const Page& page, const Ref<Dictionary>& widget, std::string& operators) {
-    if (widgets_++ == mostWidgets) return fail(OutOfRange, "The pages have too many fields");
-    const auto flags = Host::cast<Number>(followEntry(document_, *widget, "F"));
-    if (flags && (flags->integer() & unseen) != 0) return true;
-    if (!complete(widget)) return false;
-    const Ref<Object> looks = normalLooks(*widget);
-    const Ref<Stream> stream =
-        looks ? Host::cast<Stream>(quietly([&] { return looks->value(); })) : nullptr;
+void FormFlattening::draw(const Page& page, const Ref<Dictionary>& widget, std::string& operators) {
+    if (widgets_++ == mostWidgets)
+        fail(OutOfRange, "The pages have too many widgets, up to page ", page.object);
+    const auto flags = followEntry<Number>(document(), widget, "F");
+    if (flags && (flags->integer() & unseen) != 0) return;
+    complete(widget);
+    const Ref<Object> looks = normalLooks(widget);
+    const auto stream = looks ? Host::cast<Stream>(looks->value()) : nullptr;
     const Ref<Dictionary> entries = stream ? stream->dict() : nullptr;
-    const auto place = entries ? placeOf(*widget, *entries) : std::nullopt;
-    if (!place) return true;
+    const auto place = placeOf(widget, entries);
+    if (!place) return;
     std::string& name = drawn_[looks->id()];
     if (name.empty()) name = names_.next();
     operators += "q\n" + spelled(*place) + " cm\n/" + name + " Do\nQ\n";
     // Streams of appearances are taken for what they are, whatever they call themselves.
-    return changes_.set(entries, "Subtype", orThrow(Name::create("Form"))) &&
-           resources_.addXObject(page, name, orThrow(referenceTo(looks)));
+    changes_.set(entries, "Subtype", newName("Form"));
+    resources_.addXObject(page, name, newReference(looks));
 }
 
-bool FormFlattening::finished(const FieldEntries& widget, Filled shown) const {
-    if (shown != Filled::ViewerNeeded) return shown == Filled::Shown;
-    return fail(NotSupported, "No appearance can be made for the text of field ", widget.text("T"),
-                ": ", appearances_.obstacle());
-}
-
-Ref<Object> FormFlattening::normalLooks(const Dictionary& widget) const {
-    const auto all = Host::cast<Dictionary>(followEntry(document_, widget, "AP"));
-    Ref<Value> entry = all ? entryOf(document_, *all, "N") : nullptr;
-    if (const auto states = Host::cast<Dictionary>(follow(document_, entry))) {
-        const auto state = Host::cast<Name>(followEntry(document_, widget, "AS"));
+Ref<Object> FormFlattening::normalLooks(const Ref<Dictionary>& widget) const {
+    const auto all = followEntry<Dictionary>(document(), widget, "AP");
+    Ref<Value> entry = entryOf(document(), all, "N");
+    if (const auto states = followTo<Dictionary>(document(), entry)) {
+        const auto state = followEntry<Name>(document(), widget, "AS");
         entry = state ? quietly([&] { return states->find(state->name()); }) : nullptr;
     }
-    Ref<Object> looks = objectBehind(document_, entry);
+    Ref<Object> looks = objectBehind(document(), entry);
     return looks && looks->valueType() == Value::Type::Stream ? looks : nullptr;
 }
 
-bool FormFlattening::complete(const Ref<Dictionary>& widget) {
-    if (!complete_.insert(widget.get()).second) return true;
-    appearances_.shared().read(leastWidget);
-    const FieldEntries entries(document_, widget);
-    switch (entries.kind()) {
-    case Field::Kind::Text:
-    case Field::Kind::Choice:
-        return completeText(entries);
-    case Field::Kind::Button:
-        if (!entries.has(FieldFlags::pushButton)) {
-            return appearances_.showOwnState(entries, stale_) == Filled::Shown;
-        }
-        [[fallthrough]];
-    default:
-        return normalLooks(*widget) || finished(entries, appearances_.showCaption(entries));
-    }
+/// Gives a widget the appearance that it lacks.
+void FormFlattening::complete(const Ref<Dictionary>& widget) {
+    if (!complete_.insert(widget.get()).second) return;
+    appearances_.shared().readWidget();
+    const FieldEntries entries(document(), widget);
+    at([&] { return "field " + entries.path(); },
+       [&] {
+           const Filled shown = completed(entries);
+           if (shown.viewerNeeded)
+               fail(NotSupported, "no appearance can be made for its text: ", shown.reason);
+       });
 }
 
-bool FormFlattening::completeText(const FieldEntries& widget) {
-    const bool looks = normalLooks(*widget.own()) != nullptr;
-    if (looks && !stale_) return true;
+Filled FormFlattening::completed(const FieldEntries& widget) {
+    const Field::Kind kind = widget.kind();
+    if (kind == Field::Kind::Button && !widget.has(FieldFlags::pushButton)) {
+        appearances_.showOwnState(widget, stale_);
+        return {};
+    }
+    const bool hasLooks = normalLooks(widget.own()) != nullptr;
+    if (kind != Field::Kind::Text && kind != Field::Kind::Choice)
+        return hasLooks ? Filled() : appearances_.showCaption(widget);
+    if (hasLooks && !stale_) return {};
+    Filled shown = showText(widget);
+    return hasLooks ? Filled() : shown;
+}
+
+Filled FormFlattening::showText(const FieldEntries& widget) {
     SharedEntries& shared = appearances_.shared();
     const Selection& selection = shared.selection(widget);
-    Filled shown = Filled::Shown;
-    if (widget.kind() == Field::Kind::Choice && !widget.has(FieldFlags::combo)) {
-        shown = appearances_.showList(widget, selection);
-    } else {
-        const auto& options = shared.options(widget);
-        std::string text = selection.texts.empty() ? std::string() : selection.texts.front();
-        if (const auto place = options.at(text)) text = options.list()[*place].text;
-        shown = appearances_.showText(widget, text);
-    }
-    return (looks && shown == Filled::ViewerNeeded) || finished(widget, shown);
-}
-
-bool FormFlattening::append(const Ref<Dictionary>& page, const std::string& operators) {
-    const Ref<Stream> stream = newStream(operators, true);
-    const Ref<Object> object = stream ? changes_.add(stream) : nullptr;
-    if (!object) return false;
-    const Ref<Value> drawing = orThrow(referenceTo(object));
-    std::vector<Ref<Value>> contents = {drawing};
-    if (!contentStreams(document_, *page).empty()) {
-        contents = contents_.covered(*page, drawing);
-        Ref<Value> opening = contents.empty() ? nullptr : contents_.opening();
-        if (!opening) return false;
-        contents.insert(contents.begin(), std::move(opening));
-    }
-    return changes_.set(page, "Contents", orThrow(Array::create(contents)));
+    if (widget.kind() == Field::Kind::Choice && !widget.has(FieldFlags::combo))
+        return appearances_.showList(widget, selection);
+    const ChoiceOptions& options = shared.options(widget);
+    std::string text = selection.texts.empty() ? std::string() : selection.texts.front();
+    if (const auto place = options.at(text)) text = options.list()[*place].text;
+    return appearances_.showText(widget, text);
 }
 
 } // namespace
 
-bool flattenForm(Document& document) noexcept {
+Result<void> flattenForm(const Ref<Document>& document) noexcept {
     return guarded([&] {
-        Changes changes(document);
-        const Ref<Dictionary> form = formEntries(document);
-        if (!form) return true;
-        if (!FormFlattening(document, changes, form).run()) return false;
+        requireArgument(document, "document");
+        const Ref<Dictionary> form = formEntries(*document);
+        if (!form) return;
+        Changes changes(*document);
+        FormFlattening(changes).run(form);
         changes.keep();
-        return true;
     });
 }
 

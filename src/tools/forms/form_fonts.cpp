@@ -1,10 +1,8 @@
 #include "tools/forms/form_fonts.h"
 
-#include "tools/failure.h"
 #include "tools/geometry.h"
+#include "tools/new_values.h"
 #include "tools/references.h"
-
-#include <pdf/tools/editing.h>
 
 #include <algorithm>
 #include <charconv>
@@ -69,53 +67,49 @@ TextStyle styleOf(const FieldEntries& field) {
     return style;
 }
 
-std::optional<FormFont> FormFonts::find(const FieldEntries& field, std::string_view name) {
+Result<FormFont, std::string> FormFonts::find(const FieldEntries& field, std::string_view name) {
+    const Document& document = changes_.document();
     const auto resources = Host::cast<Dictionary>(field.find("DR"));
-    const auto fonts =
-        resources ? Host::cast<Dictionary>(followEntry(document_, *resources, "Font")) : nullptr;
-    Ref<Value> entry = fonts ? entryOf(document_, *fonts, name) : nullptr;
+    const auto fonts = followEntry<Dictionary>(document, resources, "Font");
+    Ref<Value> entry = entryOf(document, fonts, name);
     if (!entry) entry = add(field, name, TextFont::helveticaDictionary());
-    if (!entry) return std::nullopt;
-    const auto dictionary = Host::cast<Dictionary>(follow(document_, entry));
-    if (!dictionary) return std::nullopt;
-    const auto& font = read(dictionary);
-    if (!font) return std::nullopt;
+    const auto& font = read(followTo<Dictionary>(document, entry));
+    if (!font) return Unexpected<std::string>("no text can be set in its font");
     return FormFont{*font, std::move(entry)};
 }
 
 const std::optional<TextFont>& FormFonts::read(const Ref<Dictionary>& dictionary) {
     const auto [place, isNew] = fonts_.try_emplace(dictionary.get());
-    if (isNew) place->second = {dictionary, TextFont::read(document_, *dictionary)};
+    if (isNew) place->second = {dictionary, TextFont::read(changes_.document(), dictionary)};
     return place->second.font;
 }
 
 void FormFonts::provideMarks(const FieldEntries& field) {
-    const Ref<Dictionary> font =
-        orThrow(Dictionary::create({{"Type", orThrow(Name::create("Font"))},
-                                    {"Subtype", orThrow(Name::create("Type1"))},
-                                    {"BaseFont", orThrow(Name::create("ZapfDingbats"))}}));
-    static_cast<void>(add(field, "ZaDb", font));
+    static_cast<void>(add(field, "ZaDb",
+                          newDictionary({{"Type", newName("Font")},
+                                         {"Subtype", newName("Type1")},
+                                         {"BaseFont", newName("ZapfDingbats")}})));
 }
 
-/// The font of the form's resources that has the name, which is the given one where there was none.
+/// The font of the form's resources that has the name, which is the given one where there was none;
+/// null where the resources can have none.
 Ref<Value> FormFonts::add(const FieldEntries& field, std::string_view name,
                           const Ref<Dictionary>& font) {
-    const auto resources = dictionaryIn(field.form(), "DR");
-    const auto fonts = resources ? dictionaryIn(resources, "Font") : nullptr;
-    if (!fonts) return nullptr;
-    if (Ref<Value> former = entryOf(document_, *fonts, name)) return former;
-    const Ref<Object> object = changes_.add(font);
-    if (!object) return nullptr;
-    Ref<Value> entry = orThrow(referenceTo(object));
-    return changes_.set(fonts, name, entry) ? entry : nullptr;
+    const auto fonts = dictionaryIn(dictionaryIn(field.form(), "DR"), "Font");
+    Ref<Value> entry = entryOf(changes_.document(), fonts, name);
+    if (!fonts || entry) return entry;
+    entry = changes_.add(font);
+    changes_.set(fonts, name, entry);
+    return entry;
 }
 
 /// The dictionary in an entry, which is made where there is none.
 Ref<Dictionary> FormFonts::dictionaryIn(const Ref<Dictionary>& from, std::string_view key) {
-    if (!from) return nullptr;
-    if (const auto value = followEntry(document_, *from, key)) return Host::cast<Dictionary>(value);
-    Ref<Dictionary> made = orThrow(Dictionary::create());
-    return changes_.set(from, key, made) ? made : nullptr;
+    const Ref<Value> value = followEntry(changes_.document(), from, key);
+    if (!from || value) return Host::cast<Dictionary>(value);
+    Ref<Dictionary> made = newDictionary();
+    changes_.set(from, key, made);
+    return made;
 }
 
 } // namespace Libraries::Files::PDF::Tools

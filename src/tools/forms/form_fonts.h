@@ -2,7 +2,9 @@
 
 #include "tools/changes.h"
 #include "tools/fonts/text_font.h"
-#include "tools/forms/form_field.h"
+#include "tools/forms/field_entries.h"
+
+#include <pdf/tools/result.h>
 
 #include <optional>
 #include <string>
@@ -32,11 +34,11 @@ struct FormFont {
 /// that is asked for.
 class FormFonts {
 public:
-    FormFonts(Document& document, Changes& changes) noexcept
-        : document_(document), changes_(changes) {}
+    explicit FormFonts(Changes& changes) noexcept : changes_(changes) {}
 
-    /// Nothing where text cannot be set in that font here; throws where a resource cannot be made.
-    [[nodiscard]] std::optional<FormFont> find(const FieldEntries& field, std::string_view name);
+    /// The font; or why text cannot be set in it here.
+    [[nodiscard]] Result<FormFont, std::string> find(const FieldEntries& field,
+                                                     std::string_view name);
     /// Sees to the font that viewers take for the marks of buttons, under the name by which they
     /// look for it, where the form's resources can have one.
     void provideMarks(const FieldEntries& field);
@@ -45,7 +47,6 @@ private:
     [[nodiscard]] Ref<Value> add(const FieldEntries& field, std::string_view name,
                                  const Ref<Dictionary>& font);
     [[nodiscard]] Ref<Dictionary> dictionaryIn(const Ref<Dictionary>& from, std::string_view key);
-
     [[nodiscard]] const std::optional<TextFont>& read(const Ref<Dictionary>& dictionary);
 
     /// The dictionary is kept, so that its place is no other's.
@@ -54,7 +55,6 @@ private:
         std::optional<TextFont> font;
     };
 
-    Document& document_;
     Changes& changes_;
     std::unordered_map<const Dictionary*, Known> fonts_;
 };

@@ -16,11 +16,10 @@ namespace Libraries::Files::PDF::Tools {
 /// that a page has and the form does not list. Everything throws `std::bad_alloc`.
 class RadioGroups {
 public:
-    RadioGroups(Document& document, Changes& changes) noexcept
-        : document_(document), changes_(changes) {}
+    explicit RadioGroups(Changes& changes) noexcept : changes_(changes) {}
 
-    /// Joins those at the top of a form; false with the code set.
-    [[nodiscard]] bool join(const Ref<Dictionary>& form);
+    /// Joins those at the top of a form.
+    void join(const Ref<Dictionary>& form);
     /// Whether this was a field until it was joined.
     [[nodiscard]] bool hasJoined(const Ref<Dictionary>& field) const;
 
@@ -31,13 +30,12 @@ private:
         Ref<Value> field; ///< to the one that they become
     };
 
-    void collect(const Array& elements, bool isForm);
+    void collect(const Ref<Array>& list, bool isForm);
     void collectFromPages();
-    [[nodiscard]] bool join(Group& group);
-    [[nodiscard]] Ref<Value> made(const Group& group);
-    [[nodiscard]] bool replace(const Ref<Dictionary>& form, const Array& fields);
+    void join(Group& group);
+    [[nodiscard]] Ref<Dictionary> made(const Group& group) const;
+    void replace(const Ref<Dictionary>& form, const Ref<Array>& fields);
 
-    Document& document_;
     Changes& changes_;
     std::map<std::string, Group, std::less<>> groups_;
     std::unordered_map<const Value*, Group*> joined_;

@@ -9,37 +9,6 @@
 
 namespace Libraries::Files::PDF::Tools {
 
-ChoiceOptions::ChoiceOptions(const FieldEntries& field) : list_(optionsOf(field)) {
-    byText_.reserve(list_.size());
-    for (std::size_t place = 0; place < list_.size(); ++place) {
-        const ChoiceOption& option = list_[place];
-        if (!Host::cast<String>(option.exported)) continue;
-        byText_.try_emplace(option.text, place);
-        if (option.value != option.text) byValue_.try_emplace(option.value, place);
-    }
-}
-
-std::optional<std::size_t> ChoiceOptions::at(std::string_view text) const {
-    for (const auto* const places : {&byText_, &byValue_}) {
-        if (const auto found = places->find(text); found != places->end()) return found->second;
-    }
-    return std::nullopt;
-}
-
-std::optional<std::size_t> ChoiceOptions::firstOf(const Selection& selection) const {
-    std::optional<std::size_t> first;
-    for (const std::string& text : selection.texts) {
-        if (const auto place = at(text); place && list_[*place].value == text) {
-            first = std::min(first.value_or(*place), *place);
-        }
-        // Another option may show what this one exports.
-        if (const auto found = byValue_.find(text); found != byValue_.end()) {
-            first = std::min(first.value_or(found->second), found->second);
-        }
-    }
-    return first;
-}
-
 namespace {
 
 std::uint64_t sizeOf(const TextStyle& style) noexcept {
@@ -94,10 +63,9 @@ std::optional<std::size_t> SharedEntries::firstOf(const ChoiceOptions& options,
     return found->second = options.firstOf(selection);
 }
 
-bool SharedEntries::draw(std::uint64_t bytes) noexcept {
-    if (bytes > room_) return fail(OutOfRange, "Fields that share a text show too much of it");
+void SharedEntries::draw(std::uint64_t bytes) {
+    if (bytes > room_) fail(OutOfRange, "Widgets that share a text show too much of it");
     room_ -= bytes;
-    return true;
 }
 
 } // namespace Libraries::Files::PDF::Tools

@@ -1,46 +1,16 @@
 #pragma once
 
-#include "tools/forms/form_field.h"
+#include "tools/forms/field_options.h"
 #include "tools/forms/form_fonts.h"
 
 #include <cstdint>
 #include <map>
 #include <optional>
-#include <string>
 #include <string_view>
 #include <unordered_map>
-#include <unordered_set>
 #include <utility>
-#include <vector>
 
 namespace Libraries::Files::PDF::Tools {
-
-/// What a choice field has selected.
-struct Selection {
-    explicit Selection(const FieldEntries& field)
-        : texts(selectionOf(field)), values(texts.begin(), texts.end()) {}
-
-    std::vector<std::string> texts;
-    std::unordered_set<std::string> values;
-};
-
-/// The options of a choice field, and where each of them is.
-class ChoiceOptions {
-public:
-    explicit ChoiceOptions(const FieldEntries& field);
-    ChoiceOptions(const ChoiceOptions&) = delete;
-    ChoiceOptions& operator=(const ChoiceOptions&) = delete;
-
-    [[nodiscard]] const std::vector<ChoiceOption>& list() const noexcept { return list_; }
-    /// The place of the option that shows or exports a text; nothing where there is none.
-    [[nodiscard]] std::optional<std::size_t> at(std::string_view text) const;
-    /// The place of the first option that is selected; nothing where none is.
-    [[nodiscard]] std::optional<std::size_t> firstOf(const Selection& selection) const;
-
-private:
-    std::vector<ChoiceOption> list_;
-    std::unordered_map<std::string_view, std::size_t> byText_, byValue_;
-};
 
 /// Entries that fields may share, as by inheritance: each is read once, however many have it. What
 /// is drawn of them is bounded: a file of one long text and many fields that show it would become
@@ -57,13 +27,16 @@ public:
 
     /// Makes room for drawing what was read, or given.
     void read(std::uint64_t bytes) noexcept { room_ += mostDrawn * bytes; }
-    /// Takes room for what a widget is to show. False with `OutOfRange` set where there is no more.
-    [[nodiscard]] bool draw(std::uint64_t bytes) noexcept;
+    /// The same for one more widget, whatever it has.
+    void readWidget() noexcept { read(leastWidget); }
+    /// Takes room for what a widget is to show. Fails with `OutOfRange` where there is no more.
+    void draw(std::uint64_t bytes);
 
 private:
     /// How often each byte that was read may be drawn, and bytes beyond that.
     static constexpr std::uint64_t mostDrawn = 16;
     static constexpr std::uint64_t alwaysDrawn = 1 << 20;
+    static constexpr std::uint64_t leastWidget = 64; ///< bytes that one takes in a file
 
     struct Style : TextStyle {
         explicit Style(const FieldEntries& field) : TextStyle(styleOf(field)) {}

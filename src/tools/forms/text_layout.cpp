@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
+#include <optional>
 #include <utility>
 
 namespace Libraries::Files::PDF::Tools {
@@ -41,8 +43,10 @@ std::optional<unsigned char> codeInLine(const TextFont& font, char32_t character
     return code == newline ? std::nullopt : code;
 }
 
-bool endsLine(char32_t character) noexcept {
-    return character == '\r' || character == '\n';
+std::string lacks(char32_t character) {
+    char text[32];
+    std::snprintf(text, sizeof text, "its font lacks U+%04X", static_cast<unsigned>(character));
+    return text;
 }
 
 } // namespace
@@ -56,30 +60,24 @@ double TextLayout::leading(double size) noexcept {
     return size * factor;
 }
 
-std::optional<Codes> TextLayout::encoded(const TextFont& font, std::string_view utf8) {
+Result<Codes, std::string> TextLayout::encoded(const TextFont& font, std::string_view utf8) {
+    using No = Unexpected<std::string>;
     Codes codes;
     char32_t before = 0;
     for (char32_t character : charactersOf(utf8)) {
         const bool secondOfTwo = before == '\r' && character == '\n';
         before = character;
         if (secondOfTwo) continue;
-        if (endsLine(character)) {
+        if (character == '\r' || character == '\n') {
             codes.push_back(newline);
             continue;
         }
         const auto code = codeInLine(font, character);
-        if (!code || codes.size() == longest) return std::nullopt;
+        if (!code) return No(lacks(character));
+        if (codes.size() == longest) return No("it is too long");
         codes.push_back(*code);
     }
     return codes;
-}
-
-char32_t TextLayout::lacking(const TextFont& font, std::string_view utf8) {
-    const std::u32string characters = charactersOf(utf8);
-    const auto first = std::ranges::find_if(characters, [&](char32_t character) {
-        return !endsLine(character) && !codeInLine(font, character);
-    });
-    return first == characters.end() ? 0 : *first;
 }
 
 double TextLayout::widthOf(const Codes& codes, double size) const noexcept {

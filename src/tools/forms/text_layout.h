@@ -4,8 +4,8 @@
 #include "tools/geometry.h"
 
 #include <pdf/form.h>
+#include <pdf/tools/result.h>
 
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -41,12 +41,10 @@ public:
     TextLayout(const TextFont& font, const TextPlace& place) noexcept
         : font_(font), place_(place) {}
 
-    /// The codes for a text, line ends as line feeds; nothing where the font lacks a character, nor
-    /// for more than 65,536 of them.
-    [[nodiscard]] static std::optional<Codes> encoded(const TextFont& font, std::string_view utf8);
-
-    /// The first character of a text that the font has no code for; 0 where that is none.
-    [[nodiscard]] static char32_t lacking(const TextFont& font, std::string_view utf8);
+    /// The codes for a text, line ends as line feeds; or why there are none: the font lacks a
+    /// character, or they are more than 65,536.
+    [[nodiscard]] static Result<Codes, std::string> encoded(const TextFont& font,
+                                                            std::string_view utf8);
 
     /// One line, in the middle of the height. Where it is higher than the field it stands where
     /// most of what this text draws is seen.

@@ -1,22 +1,19 @@
 #include "tools/forms/widget_frame.h"
 
-#include "tools/failure.h"
+#include "tools/new_values.h"
 #include "tools/references.h"
 
 #include <algorithm>
 #include <array>
-#include <optional>
 #include <utility>
 
 namespace Libraries::Files::PDF::Tools {
 
 namespace {
 
-std::optional<double> numberAt(const Document& document, const Ref<Array>& array,
-                               std::uint64_t index) {
-    const Ref<Number> number =
-        array ? Host::cast<Number>(follow(document, array->get(index))) : nullptr;
-    return number ? std::optional(valueOf(*number)) : std::nullopt;
+double numberAt(const Document& document, const Array& array, std::uint64_t index,
+                double otherwise) {
+    return valueOf(follow(document, array.get(index))).value_or(otherwise);
 }
 
 /// A colour of 1, 3 or 4 components with the operator for it; empty where there is none.
@@ -27,7 +24,7 @@ std::string colourOf(const Document& document, const Ref<Value>& value,
     if (count != 1 && count != 3 && count != 4) return {};
     std::string text;
     for (std::uint64_t index = 0; index < count; ++index)
-        text += spelled(numberAt(document, components, index).value_or(0)) + " ";
+        text += spelled(numberAt(document, *components, index, 0)) + " ";
     return text + operators[count == 1 ? 0 : count - 2] + "\n";
 }
 
@@ -39,47 +36,42 @@ std::string rectanglePath(const Rectangle& box) {
 std::string dashesOf(const Document& document, const Ref<Array>& pattern) {
     std::string text;
     for (std::uint64_t index = 0; pattern && index < pattern->size() && index < 8; ++index)
-        text += (index == 0 ? "" : " ") + spelled(numberAt(document, pattern, index).value_or(3));
+        text += (index == 0 ? "" : " ") + spelled(numberAt(document, *pattern, index, 3));
     return "[" + (text.empty() ? "3" : text) + "] 0 d\n";
 }
 
 } // namespace
 
-WidgetFrame::WidgetFrame(const Document& document, const Dictionary& widget) {
+WidgetFrame::WidgetFrame(const Document& document, const Ref<Dictionary>& widget) {
     const Rectangle area =
         rectangleOf(document, followEntry(document, widget, "Rect")).value_or(Rectangle());
     width_ = area.width();
     height_ = area.height();
-    const auto looks = Host::cast<Dictionary>(followEntry(document, widget, "MK"));
-    if (looks) {
-        background_ = colourOf(document, followEntry(document, *looks, "BG"), {"g", "rg", "k"});
-        border_ = colourOf(document, followEntry(document, *looks, "BC"), {"G", "RG", "K"});
-        const auto turn = Host::cast<Number>(followEntry(document, *looks, "R"));
-        if (turn && turn->integer() % 90 == 0) turn_ = (turn->integer() % 360 + 360) % 360;
-        if (turn_ % 180 != 0) std::swap(width_, height_);
-    }
+    const auto looks = followEntry<Dictionary>(document, widget, "MK");
+    background_ = colourOf(document, followEntry(document, looks, "BG"), {"g", "rg", "k"});
+    border_ = colourOf(document, followEntry(document, looks, "BC"), {"G", "RG", "K"});
+    const auto turn = followEntry<Number>(document, looks, "R");
+    if (turn && turn->integer() % 90 == 0) turn_ = (turn->integer() % 360 + 360) % 360;
+    if (turn_ % 180 != 0) std::swap(width_, height_);
     readBorder(document, widget);
 }
 
-void WidgetFrame::readBorder(const Document& document, const Dictionary& widget) {
-    const auto style = Host::cast<Dictionary>(followEntry(document, widget, "BS"));
-    std::optional<double> width;
+void WidgetFrame::readBorder(const Document& document, const Ref<Dictionary>& widget) {
+    double width = 1;
     Ref<Array> pattern;
-    if (style) {
-        const auto given = Host::cast<Number>(followEntry(document, *style, "W"));
-        if (given) width = valueOf(*given);
-        const auto name = Host::cast<Name>(followEntry(document, *style, "S"));
+    if (const auto style = followEntry<Dictionary>(document, widget, "BS")) {
+        width = valueOf(followEntry(document, style, "W")).value_or(width);
+        const auto name = followEntry<Name>(document, style, "S");
         const std::string_view text = name && name->name() ? name->name()->narrow() : "S";
         if (text.size() == 1) style_ = text.front();
-        pattern = Host::cast<Array>(followEntry(document, *style, "D"));
-    } else {
-        const auto border = Host::cast<Array>(followEntry(document, widget, "Border"));
-        width = numberAt(document, border, 2);
-        if (border) pattern = Host::cast<Array>(follow(document, border->get(3)));
+        pattern = followEntry<Array>(document, style, "D");
+    } else if (const auto border = followEntry<Array>(document, widget, "Border")) {
+        width = numberAt(document, *border, 2, width);
+        pattern = followTo<Array>(document, border->get(3));
         if (pattern && pattern->size() != 0) style_ = 'D';
     }
     // A border that fills the widget leaves no room for a text.
-    borderWidth_ = std::clamp(width.value_or(1), 0.0, std::min(width_, height_) / 4);
+    borderWidth_ = std::clamp(width, 0.0, std::min(width_, height_) / 4);
     if (style_ == 'D') dashes_ = dashesOf(document, pattern);
 }
 
@@ -150,22 +142,19 @@ std::string circlePath(double x, double y, double radius) {
            curve(handle, -radius, radius, -handle, radius, 0);
 }
 
-void WidgetFrame::describe(Dictionary& entries) const {
-    const auto set = [&](std::string_view key, const Ref<Value>& value) {
-        if (!entries.set(key, value)) throw std::bad_alloc();
-    };
+void WidgetFrame::describe(const Ref<Dictionary>& entries) const {
     const auto number = [](std::int64_t integer) -> Ref<Value> {
-        return orThrow(Number::create(integer));
+        return newNumber(static_cast<std::uint64_t>(integer));
     };
-    set("Type", orThrow(Name::create("XObject")));
-    set("Subtype", orThrow(Name::create("Form")));
-    set("BBox",
-        orThrow(Array::create({number(0), number(0), numberOf(width_), numberOf(height_)})));
+    put(entries, "Type", newName("XObject"));
+    put(entries, "Subtype", newName("Form"));
+    put(entries, "BBox", newArray({number(0), number(0), numberOf(width_), numberOf(height_)}));
     if (turn_ == 0) return;
     const std::int64_t sine = turn_ == 90 ? 1 : turn_ == 270 ? -1 : 0;
     const std::int64_t cosine = turn_ == 180 ? -1 : 0;
-    set("Matrix", orThrow(Array::create({number(cosine), number(sine), number(-sine),
-                                         number(cosine), number(0), number(0)})));
+    put(entries, "Matrix",
+        newArray(
+            {number(cosine), number(sine), number(-sine), number(cosine), number(0), number(0)}));
 }
 
 } // namespace Libraries::Files::PDF::Tools

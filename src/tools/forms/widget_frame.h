@@ -14,7 +14,7 @@ namespace Libraries::Files::PDF::Tools {
 class WidgetFrame {
 public:
     /// Throws `std::bad_alloc`, as does what follows.
-    WidgetFrame(const Document& document, const Dictionary& widget);
+    WidgetFrame(const Document& document, const Ref<Dictionary>& widget);
 
     /// Whether there is an area to draw in.
     [[nodiscard]] bool hasArea() const noexcept;
@@ -32,10 +32,10 @@ public:
     [[nodiscard]] std::string circle() const;
     ///@}
     /// Makes a stream that draws in it a form XObject (ISO 32000-1, 8.10).
-    void describe(Dictionary& entries) const;
+    void describe(const Ref<Dictionary>& entries) const;
 
 private:
-    void readBorder(const Document& document, const Dictionary& widget);
+    void readBorder(const Document& document, const Ref<Dictionary>& widget);
     [[nodiscard]] std::string edges() const;
 
     double width_ = 0, height_ = 0, borderWidth_ = 1;

@@ -10,13 +10,13 @@ namespace Libraries::Files::PDF::Tools {
 /// Copies objects of one document into another, each once, with all that they refer to: rings too.
 /// What leads nowhere becomes null, and so does what leads into the page tree, at which everything
 /// hangs. Direct values that several share are copied for each, within a budget: 64 times what was
-/// read and 1 MiB. Throws `std::bad_alloc`.
+/// read and 1 MiB.
 class Copies {
 public:
     /// `changes` are of the document that gets the copies.
     Copies(Document& from, Changes& changes) noexcept : from_(from), changes_(changes) {}
 
-    /// The reference to the copy. Null with the code set.
+    /// The reference to the copy; null for what leads nowhere.
     [[nodiscard]] Ref<ObjectRef> of(const Ref<ObjectRef>& ref);
 
 private:
@@ -31,12 +31,12 @@ private:
     [[nodiscard]] Ref<Value> begunObject(const Ref<Value>& ref);
     [[nodiscard]] Ref<Value> begunStream(const Ref<Value>& value);
     [[nodiscard]] Ref<Value> begunInner(const Ref<Value>& stream);
-    [[nodiscard]] bool fill(const Pending& pending);
-    [[nodiscard]] bool fillDictionary(const Ref<Dictionary>& source, Dictionary& copy,
-                                      unsigned depth);
+    void fill(const Pending& pending);
+    void fillArray(const Ref<Array>& source, Array& copy, unsigned depth);
+    void fillDictionary(const Ref<Dictionary>& source, Dictionary& copy, unsigned depth);
     [[nodiscard]] bool isOfPageTree(const Ref<Value>& value) const;
-    /// Whether so much of a container may be copied: about what it takes in a file.
-    [[nodiscard]] bool afford(const Ref<Value>& container, std::uint64_t bytes);
+    /// Takes so much of a container, about what it takes in a file, off the budget.
+    void afford(const Ref<Value>& container, std::uint64_t bytes);
 
     Document& from_;
     Changes& changes_;

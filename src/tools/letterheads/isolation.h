@@ -12,15 +12,14 @@
 
 namespace Libraries::Files::PDF::Tools {
 
-/// Makes form XObjects of what pages draw. Throws `std::bad_alloc`.
+/// Makes form XObjects of what pages draw.
 class Isolation {
 public:
-    Isolation(Document& document, Changes& changes) noexcept
-        : document_(document), changes_(changes) {}
+    explicit Isolation(Changes& changes) noexcept
+        : document_(changes.document()), changes_(changes) {}
 
     /// The form that draws what the page draws, upright. The page stays as it is, but that its
-    /// content stream may be the form. Pages that draw the same have one form. Null with the code
-    /// set.
+    /// content stream may be the form. Pages that draw the same have one form.
     [[nodiscard]] Ref<ObjectRef> formOf(const Page& page);
 
 private:
@@ -40,10 +39,10 @@ private:
                                     const std::vector<Ref<Object>>& streams) const;
     [[nodiscard]] Ref<Object> contentOf(const std::vector<Ref<Object>>& streams);
     [[nodiscard]] Ref<Object> soleStream(const Ref<Object>& object);
-    [[nodiscard]] Ref<Stream> copyOf(const Ref<Object>& object, const Dictionary& entries);
+    [[nodiscard]] Ref<Stream> copyOf(const Ref<Object>& object, const Ref<Dictionary>& entries);
     [[nodiscard]] Ref<Stream> joined(const std::vector<Ref<Object>>& streams);
     [[nodiscard]] Ref<Value> resourcesOf(const Page& page) const;
-    [[nodiscard]] bool describe(const Page& page, const Ref<Dictionary>& form);
+    void describe(const Page& page, const Ref<Dictionary>& form);
 
     Document& document_;
     Changes& changes_;

@@ -4,17 +4,15 @@
 #include "tools/letterheads/isolation.h"
 #include "tools/letterheads/letterhead_plan.h"
 #include "tools/letterheads/placement.h"
-#include "tools/new_stream.h"
 #include "tools/pages/page_contents.h"
 #include "tools/pages/page_resources.h"
 #include "tools/pages/page_tree_changes.h"
 #include "tools/references.h"
 
-#include <pdf/tools/background.h>
+#include <pdf/tools/letterheads.h>
 
 #include <map>
 #include <string>
-#include <utility>
 
 namespace Libraries::Files::PDF::Tools {
 
@@ -27,188 +25,103 @@ struct Sheet {
     Ref<ObjectRef> form;
 };
 
-/// A document that takes part: its pages, flattened, and what was changed of it.
-struct Party {
-    explicit Party(Document& taking) noexcept : document(taking), changes(taking) {}
-
-    [[nodiscard]] bool flatten();
-    /// Has the root list these pages alone.
-    [[nodiscard]] bool list(const std::vector<Ref<Value>>& kids);
-    [[nodiscard]] Ref<ObjectRef> add(const Ref<Value>& value);
-
-    Document& document;
-    Changes changes;
-    PageTree tree;
-};
-
-bool Party::flatten() {
-    PageTreeChanges flat(document, changes);
-    return flat.flatten() && flat.complete() && readPageTree(document, tree);
+/// A step in the letterhead, whose objects have numbers of their own.
+template <class Step>
+auto inLetterhead(Step step) {
+    return at("The letterhead", step);
 }
 
-bool Party::list(const std::vector<Ref<Value>>& kids) {
-    return changes.set(tree.rootEntries, "Kids", orThrow(Array::create(kids)));
+/// Pages, each a direct kid of the root from then on.
+PageTree flattened(Changes& changes) {
+    PageTreeChanges(changes).complete();
+    return readPageTree(changes.document());
 }
 
-Ref<ObjectRef> Party::add(const Ref<Value>& value) {
-    const Ref<Object> object = value ? changes.add(value) : nullptr;
-    return object ? orThrow(referenceTo(object)) : nullptr;
-}
-
-/// Lays a letterhead by `addBackground`, which is the last step that can fail: it raises the
-/// document's version, which nothing takes back. Before it both documents are made such that it
-/// does what is meant; the letterhead is so no longer than this lives.
+/// Lays a letterhead onto pages. The letterhead is changed so no longer than this lives.
 class Laying {
 public:
-    Laying(Document& document, const Ref<Document>& letterhead, const LetterheadOptions& options)
-        : options_(options), letterhead_(letterhead), target_(document), source_(*letterhead) {}
+    Laying(Document& document, Document& letterhead, const LetterheadOptions& options)
+        : options_(options),
+          changes_(document),
+          sourceChanges_(letterhead),
+          pages_(flattened(changes_)),
+          sourcePages_(inLetterhead([this] { return flattened(sourceChanges_); })),
+          isolation_(sourceChanges_),
+          copies_(letterhead, changes_),
+          names_("Letterhead"),
+          contents_(changes_),
+          resources_(changes_) {}
 
-    bool run();
+    void run();
 
 private:
-    bool makeSheets();
-    bool makeSheet(std::uint64_t index, Isolation& isolation, Copies& copies, UnusedNames& names);
-    bool prepare();
-    bool preparePage(const Page& page, const Sheet& sheet);
-    bool cover(const Page& page, const std::string& operators);
-    Ref<ObjectRef> streamOf(Party& party, const std::string& operators);
-    Ref<ObjectRef> laidPage(const Ref<ObjectRef>& contents);
-    bool lay();
+    void avoidNames(const Document& document, const PageTree& tree);
+    const Sheet& sheetOf(std::uint64_t index);
+    void lay(const Page& page, const Sheet& sheet);
 
     const LetterheadOptions& options_;
-    const Ref<Document>& letterhead_;
-    Party target_;
-    Party source_;
-    PageContents targetContents_{target_.document, target_.changes};
-    PageContents sourceContents_{source_.document, source_.changes};
-    PageResources resources_{target_.document, target_.changes};
-    std::vector<Assignment> assignments_;
-    std::map<std::uint64_t, Sheet> sheets_;         ///< by the index of the page
-    std::map<std::uint32_t, Sheet> drawings_;       ///< the same by their forms in the letterhead
-    std::map<std::string, Ref<ObjectRef>> streams_; ///< by what they draw
-    std::map<std::uint32_t, Ref<ObjectRef>> laid_;  ///< pages to be laid, by their contents
-    std::vector<Ref<Value>> pages_;                 ///< that get one
-    std::vector<Ref<Value>> laidPages_;             ///< what the operation lays beneath each
+    Changes changes_;
+    Changes sourceChanges_;
+    PageTree pages_, sourcePages_;
+    Isolation isolation_;
+    Copies copies_;
+    UnusedNames names_;
+    PageContents contents_;
+    PageResources resources_;
+    std::map<std::uint64_t, Sheet> sheets_;   ///< by the index of the page
+    std::map<std::uint32_t, Sheet> drawings_; ///< the same by their forms in the letterhead
 };
 
-bool Laying::run() {
-    if (!target_.flatten() || !source_.flatten()) return false;
-    auto assignments = assign(options_, target_.tree.pages.size(), source_.tree.pages.size());
-    if (!assignments) return false;
-    assignments_ = std::move(*assignments);
-    if (assignments_.empty()) return true;
-    return makeSheets() && prepare() && lay();
+void Laying::run() {
+    const auto assignments = assign(options_, pages_.pages.size(), sourcePages_.pages.size());
+    if (assignments.empty()) return;
+    avoidNames(changes_.document(), pages_);
+    avoidNames(sourceChanges_.document(), sourcePages_);
+    for (const Assignment& assignment : assignments)
+        lay(pages_.pages[assignment.page].page, sheetOf(assignment.sheet));
+    orFail(changes_.document().raiseVersion(sourceChanges_.document().version()));
+    changes_.keep();
 }
 
-bool Laying::makeSheets() {
-    UnusedNames names("Letterhead");
-    for (const Party* party : {&target_, &source_}) {
-        for (const FoundPage& found : party->tree.pages)
-            names.avoid(party->document, found.page.resources);
-    }
-    Isolation isolation(source_.document, source_.changes);
-    Copies copies(source_.document, target_.changes);
-    for (const Assignment& assignment : assignments_) {
-        if (sheets_.contains(assignment.sheet)) continue;
-        if (!makeSheet(assignment.sheet, isolation, copies, names)) return false;
-    }
-    return true;
+void Laying::avoidNames(const Document& document, const PageTree& tree) {
+    for (const FoundPage& found : tree.pages)
+        names_.avoid(document, found.page.resources);
 }
 
-bool Laying::makeSheet(std::uint64_t index, Isolation& isolation, Copies& copies,
-                       UnusedNames& names) {
-    const Page& page = source_.tree.pages[index].page;
-    const Ref<ObjectRef> form = isolation.formOf(page);
-    if (!form) return false;
-    const auto [sheet, isNew] = drawings_.try_emplace(form->id());
+/// Pages of the letterhead that draw the same have equal sheets.
+const Sheet& Laying::sheetOf(std::uint64_t index) {
+    if (const auto known = sheets_.find(index); known != sheets_.end()) return known->second;
+    const Page& page = sourcePages_.pages[index].page;
+    const Ref<ObjectRef> form = inLetterhead([&] { return isolation_.formOf(page); });
+    const auto [drawing, isNew] = drawings_.try_emplace(form->id());
     if (isNew) {
-        sheet->second = {names.next(), viewOf(source_.document, page), copies.of(form)};
-        if (!sheet->second.form) return false;
+        const View view = viewOf(sourceChanges_.document(), page);
+        drawing->second = {names_.next(), view, inLetterhead([&] { return copies_.of(form); })};
     }
-    sheets_.emplace(index, sheet->second);
-    return true;
+    return sheets_.emplace(index, drawing->second).first->second;
 }
 
-bool Laying::prepare() {
-    for (const Assignment& assignment : assignments_) {
-        const Page& page = target_.tree.pages[assignment.page].page;
-        if (!preparePage(page, sheets_.at(assignment.sheet))) return false;
-        pages_.emplace_back(orThrow(referenceTo(page.object)));
-    }
-    return true;
-}
-
-bool Laying::preparePage(const Page& page, const Sheet& sheet) {
-    if (!resources_.addXObject(page, sheet.name, sheet.form)) return false;
-    const View view = viewOf(target_.document, page);
+void Laying::lay(const Page& page, const Sheet& sheet) {
+    requireSoundContents(changes_.document(), page);
+    resources_.addXObject(page, sheet.name, sheet.form);
+    const View view = viewOf(changes_.document(), page);
     const std::string operators = placed(sheet.name, sheet.view, view, options_.asIs);
-    if (options_.above && !cover(page, operators)) return false;
-    const Ref<ObjectRef> contents =
-        options_.above ? sourceContents_.opening() : streamOf(source_, operators);
-    Ref<ObjectRef> laid = contents ? laidPage(contents) : nullptr;
-    if (!laid) return false;
-    laidPages_.emplace_back(std::move(laid));
-    // The operation refuses null, and what leads nowhere would lie among the page's streams.
-    target_.changes.remember(page.dictionary, "Contents");
-    return entryOf(target_.document, *page.dictionary, "Contents") ||
-           target_.changes.set(page.dictionary, "Contents", nullptr);
-}
-
-/// Draws over the page: behind what it draws itself.
-bool Laying::cover(const Page& page, const std::string& operators) {
-    if (!hasSoundContents(target_.document, page)) return false;
-    const Ref<ObjectRef> drawing = streamOf(target_, operators);
-    if (!drawing) return false;
-    const auto contents = targetContents_.covered(*page.dictionary, drawing);
-    return !contents.empty() &&
-           target_.changes.set(page.dictionary, "Contents", orThrow(Array::create(contents)));
-}
-
-Ref<ObjectRef> Laying::streamOf(Party& party, const std::string& operators) {
-    Ref<ObjectRef>& stream = streams_[operators];
-    if (!stream) stream = party.add(newStream(operators, false));
-    return stream;
-}
-
-Ref<ObjectRef> Laying::laidPage(const Ref<ObjectRef>& contents) {
-    Ref<ObjectRef>& page = laid_[contents->id()];
-    if (!page) {
-        const Ref<Value> type = orThrow(Name::create("Page"));
-        page = source_.add(orThrow(Dictionary::create({{"Contents", contents}, {"Type", type}})));
-    }
-    return page;
-}
-
-bool Laying::lay() {
-    const Ref<Dictionary>& root = target_.tree.rootEntries;
-    const Ref<Host::String> kids = orThrow(Host::String::create("Kids"));
-    const Ref<Value> all = quietly([&] { return root->find(kids); });
-    const bool some = pages_.size() != target_.tree.pages.size();
-    if (some && !target_.list(pages_)) return false;
-    if (!source_.list(laidPages_)) return false;
-    if (!target_.changes.rememberObjects(static_cast<std::uint32_t>(laid_.size()))) return false;
-    const auto mode = static_cast<std::uint32_t>(LetterheadPages::PageByPage);
-    if (!target_.document.addBackground(letterhead_, mode)) return false;
-    // The entry is there, so that this takes no memory.
-    if (some) static_cast<void>(root->set(kids, all));
-    target_.changes.keep();
-    return true;
-}
-
-bool isMode(LetterheadPages mode) noexcept {
-    return mode <= LetterheadPages::PageByPageThenLast;
+    options_.above ? contents_.drawAbove(page.dictionary, operators)
+                   : contents_.drawBeneath(page.dictionary, operators);
 }
 
 } // namespace
 
-bool letterhead(Document& document, const Ref<Document>& letterhead,
-                const LetterheadOptions& options) noexcept {
-    if (!letterhead) return fail(NullArgument);
-    if (letterhead.get() == &document) {
-        return fail(InvalidArgument, "A document cannot be its own letterhead");
-    }
-    if (!isMode(options.mode)) return fail(InvalidArgument, "There is no such mode");
-    return guarded([&] { return Laying(document, letterhead, options).run(); });
+Result<void> letterhead(const Ref<Document>& document, const Ref<Document>& letterhead,
+                        const LetterheadOptions& options) noexcept {
+    return guarded([&] {
+        requireArgument(document, "document");
+        requireArgument(letterhead, "letterhead");
+        if (letterhead == document) {
+            fail(InvalidArgument, "A document cannot be its own letterhead");
+        }
+        Laying(*document, *letterhead, options).run();
+    });
 }
 
 } // namespace Libraries::Files::PDF::Tools

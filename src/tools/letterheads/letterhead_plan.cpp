@@ -1,6 +1,7 @@
 #include "tools/letterheads/letterhead_plan.h"
 
 #include "tools/failure.h"
+#include "tools/pages/page_tree.h"
 
 #include <algorithm>
 
@@ -8,29 +9,28 @@ namespace Libraries::Files::PDF::Tools {
 
 namespace {
 
-/// Marks the pages that are chosen; false with the code set.
-bool choose(const std::vector<PageRange>& ranges, std::vector<bool>& chosen) {
+/// Marks the pages that are chosen.
+void choose(const std::vector<PageRange>& ranges, std::vector<bool>& chosen) {
     for (const auto& [first, last] : ranges) {
         if (first > last) {
-            return fail(InvalidArgument, "Pages end before they begin: ", first, " to ", last);
+            fail(InvalidArgument, "Pages end before they begin: ", first, " to ", last);
         }
-        if (last >= chosen.size()) return fail(OutOfRange, "There is no page ", last);
+        if (last >= chosen.size()) failWithoutPage(last, chosen.size());
         std::fill(chosen.begin() + static_cast<std::ptrdiff_t>(first),
                   chosen.begin() + static_cast<std::ptrdiff_t>(last) + 1, true);
     }
-    return true;
 }
 
 } // namespace
 
-std::optional<std::vector<Assignment>> assign(const LetterheadOptions& options, std::uint64_t pages,
-                                              std::uint64_t sheets) {
-    std::vector<bool> chosen(pages, options.ranges.empty());
-    if (!choose(options.ranges, chosen)) return std::nullopt;
-    if (sheets == 0) {
-        fail(ForeignPageEmpty, "The letterhead has no page");
-        return std::nullopt;
+std::vector<Assignment> assign(const LetterheadOptions& options, std::uint64_t pages,
+                               std::uint64_t sheets) {
+    if (options.mode > LetterheadPages::PageByPageThenLast) {
+        fail(InvalidArgument, "There is no mode ", static_cast<std::uint64_t>(options.mode));
     }
+    std::vector<bool> chosen(pages, options.ranges.empty());
+    choose(options.ranges, chosen);
+    if (sheets == 0) fail(ForeignPageEmpty, "The letterhead has no page");
     const bool firstOnly = options.mode == LetterheadPages::FirstOnFirst ||
                            options.mode == LetterheadPages::FirstOnAll;
     const std::uint64_t most = options.mode == LetterheadPages::FirstOnFirst ? 1

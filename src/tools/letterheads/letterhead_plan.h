@@ -1,9 +1,8 @@
 #pragma once
 
-#include <pdf/tools/background.h>
+#include <pdf/tools/letterheads.h>
 
 #include <cstdint>
-#include <optional>
 #include <vector>
 
 namespace Libraries::Files::PDF::Tools {
@@ -14,9 +13,8 @@ struct Assignment {
     std::uint64_t sheet;
 };
 
-/// Which page gets what, in ascending order of the pages; nothing, with the code set, where the
-/// options are wrong. Throws `std::bad_alloc`.
-[[nodiscard]] std::optional<std::vector<Assignment>>
-assign(const LetterheadOptions& options, std::uint64_t pages, std::uint64_t sheets);
+/// Which page gets what, in ascending order of the pages. Fails where the options are wrong.
+[[nodiscard]] std::vector<Assignment> assign(const LetterheadOptions& options, std::uint64_t pages,
+                                             std::uint64_t sheets);
 
 } // namespace Libraries::Files::PDF::Tools

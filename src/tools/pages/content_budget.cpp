@@ -3,8 +3,6 @@
 #include "tools/failure.h"
 #include "tools/stored_data.h"
 
-#include <pdf/tools/editing.h>
-
 #include <algorithm>
 #include <limits>
 
@@ -21,34 +19,41 @@ constexpr std::uint64_t perUse = 64;
 
 Ref<Host::MemoryStripe> ContentBudget::decoded(Document& document, const Ref<Object>& object) {
     const Ref<Stream> stream = Host::cast<Stream>(object->value());
-    const Ref<Host::MemoryStripe> raw = rawBytes(document, stream);
-    if (!raw || !read(object, raw->size())) return nullptr;
-    Ref<Host::MemoryStripe> bytes = decodedBytes(document, stream, left_);
-    if (bytes) left_ -= bytes->size();
-    if (!bytes && Host::Error::get() == OutOfRange) left_ = 0; // which it took to find out
-    return bytes;
+    try {
+        return atObject(object->id(), [&] {
+            read(object->id(), rawBytes(document, stream)->size());
+            Ref<Host::MemoryStripe> bytes = Tools::decoded(document, stream, left_);
+            left_ -= bytes->size();
+            return bytes;
+        });
+    } catch (const FailedStep& step) {
+        if (step.code == OutOfRange) left_ = 0; // which it took to find out
+        throw;
+    }
 }
 
 Ref<Host::MemoryStripe> ContentBudget::stored(Document& document, const Ref<Object>& object) {
-    Ref<Host::MemoryStripe> raw = rawBytes(document, Host::cast<Stream>(object->value()));
-    if (!raw || !read(object, raw->size()) || !take(object, raw->size())) return nullptr;
-    return raw;
+    return atObject(object->id(), [&] {
+        Ref<Host::MemoryStripe> raw = rawBytes(document, Host::cast<Stream>(object->value()));
+        read(object->id(), raw->size());
+        take(raw->size());
+        return raw;
+    });
 }
 
-bool ContentBudget::read(const Ref<Object>& object, std::uint64_t size) {
+void ContentBudget::read(std::uint32_t object, std::uint64_t size) {
     constexpr std::uint64_t most = std::numeric_limits<std::uint64_t>::max();
-    if (known_.insert(object->id()).second) {
+    if (known_.insert(object).second) {
         const std::uint64_t room = (most - left_) / timesAsMuch;
         left_ =
             size < std::max(room, perUse) - perUse ? left_ + timesAsMuch * (size + perUse) : most;
     }
-    return take(object, perUse);
+    take(perUse);
 }
 
-bool ContentBudget::take(const Ref<Object>& object, std::uint64_t size) {
-    if (size > left_) return fail(OutOfRange, "Pages use a content stream too often: ", object);
+void ContentBudget::take(std::uint64_t size) {
+    if (size > left_) fail(OutOfRange, "Pages use this content stream too often");
     left_ -= size;
-    return true;
 }
 
 } // namespace Libraries::Files::PDF::Tools

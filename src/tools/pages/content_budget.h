@@ -12,16 +12,15 @@ namespace Libraries::Files::PDF::Tools {
 /// Streams that pages share count once as what is stored, and each time as what is made of them.
 class ContentBudget {
 public:
-    /// The data of a content stream, decoded. Null with `OutOfRange`, or a code of `decodedBytes`,
-    /// set. Throws `std::bad_alloc`, as does what follows.
+    /// The data of a content stream, decoded. Fails with `OutOfRange`, or as `decodedBytes`.
     [[nodiscard]] Ref<Host::MemoryStripe> decoded(Document& document, const Ref<Object>& object);
     /// The data as it is stored, in the same way.
     [[nodiscard]] Ref<Host::MemoryStripe> stored(Document& document, const Ref<Object>& object);
 
 private:
     /// Notes what is stored, once, and takes what a use costs.
-    [[nodiscard]] bool read(const Ref<Object>& object, std::uint64_t size);
-    [[nodiscard]] bool take(const Ref<Object>& object, std::uint64_t size);
+    void read(std::uint32_t object, std::uint64_t size);
+    void take(std::uint64_t size);
 
     std::uint64_t left_ = std::uint64_t{1} << 20;
     std::unordered_set<std::uint32_t> known_;

@@ -1,11 +1,8 @@
 #include "tools/pages/page_contents.h"
 
 #include "tools/failure.h"
-#include "tools/new_stream.h"
+#include "tools/new_values.h"
 #include "tools/references.h"
-#include "tools/stored_data.h"
-
-#include <pdf/tools/editing.h>
 
 #include <algorithm>
 #include <string>
@@ -41,87 +38,93 @@ std::string_view textOf(const Host::MemoryStripe& stripe) noexcept {
 
 } // namespace
 
-std::vector<Ref<Object>> contentStreams(const Document& document, const Dictionary& page) {
+std::vector<Ref<Object>> contentStreams(const Document& document, const Ref<Dictionary>& page) {
     std::vector<Ref<Object>> streams;
     const Ref<Value> entry = entryOf(document, page, "Contents");
-    const Ref<Array> list = Host::cast<Array>(follow(document, entry));
-    const std::uint64_t size = list ? list->size() : 1;
-    for (std::uint64_t index = 0; index < size; ++index) {
-        Ref<Object> object = objectBehind(document, list ? list->get(index) : entry);
+    const Ref<Array> list = followTo<Array>(document, entry);
+    for (const Ref<Value>& element : list ? elementsOf(list) : std::vector{entry}) {
+        Ref<Object> object = objectBehind(document, element);
         if (isStream(object)) streams.push_back(std::move(object));
     }
     return streams;
 }
 
-bool hasSoundContents(const Document& document, const Page& page) {
-    const Ref<Value> entry = entryOf(document, *page.dictionary, "Contents");
+void requireSoundContents(const Document& document, const Page& page) {
+    const Ref<Value> entry = entryOf(document, page.dictionary, "Contents");
     const Ref<Value> contents = follow(document, entry);
-    if (!contents || isStream(objectBehind(document, entry))) return true;
+    if (!contents || isStream(objectBehind(document, entry))) return;
     const Ref<Array> list = Host::cast<Array>(contents);
-    bool sound = list != nullptr;
-    for (std::uint64_t index = 0; sound && index < list->size(); ++index) {
-        const Ref<Value> element = list->get(index);
-        sound = !element || element->type() != Value::Type::Stream;
-    }
-    return sound || fail(PageInvalid, "Contents is of a wrong kind for page ", page.object);
+    const bool sound = list && std::ranges::none_of(elementsOf(list), [](const auto& element) {
+                           return element && element->type() == Value::Type::Stream;
+                       });
+    if (!sound) fail(PageInvalid, "Contents is of a wrong kind for page ", page.object);
 }
 
-Ref<ObjectRef> PageContents::opening() {
-    if (!opening_) opening_ = added("q\n");
-    return opening_;
+void PageContents::drawBeneath(const Ref<Dictionary>& page, const std::string& operators) {
+    std::vector<Ref<Value>> contents = {drawing(operators)};
+    for (const Ref<Object>& stream : contentStreams(changes_.document(), page))
+        contents.emplace_back(newReference(stream));
+    changes_.set(page, "Contents", newArray(contents));
 }
 
-std::vector<Ref<Value>> PageContents::covered(const Dictionary& page, const Ref<Value>& drawing) {
-    const std::vector<Ref<Object>> streams = contentStreams(document_, page);
+void PageContents::drawAbove(const Ref<Dictionary>& page, const std::string& operators) {
+    std::vector<Ref<Value>> contents = {drawing(operators)};
+    const auto streams = contentStreams(changes_.document(), page);
+    if (!streams.empty()) contents = closed(streams, contents.front());
+    changes_.set(page, "Contents", newArray(contents));
+}
+
+/// Pages with a letterhead share what draws it.
+Ref<ObjectRef> PageContents::drawing(const std::string& operators) {
+    Ref<ObjectRef>& drawing = drawings_[operators];
+    if (!drawing) drawing = added(operators);
+    return drawing;
+}
+
+std::vector<Ref<Value>> PageContents::closed(const std::vector<Ref<Object>>& streams,
+                                             const Ref<Value>& drawing) {
     const bool areKnown = std::ranges::all_of(
         streams, [this](const Ref<Object>& stream) { return balanceOf(stream).has_value(); });
-    if (unread_) return {};
-    std::vector<Ref<Value>> contents;
-    if (!areKnown) contents.emplace_back(saving());
+    if (!opening_) opening_ = added("q\n");
+    std::vector<Ref<Value>> contents = {opening_};
+    if (!areKnown) {
+        if (!saving_) saving_ = added(repeated("q\n", reserve));
+        contents.emplace_back(saving_);
+    }
     std::uint64_t open = 0;
     for (const Ref<Object>& object : streams) {
         const StateBalance balance = balanceOf(object).value_or(StateBalance());
         const bool stays = balance.restored <= open || !areKnown;
-        contents.emplace_back(stays ? orThrow(referenceTo(object)) : mended(object, open));
+        contents.emplace_back(stays ? newReference(object) : mended(object, open));
         open = open - std::min(open, balance.restored) + balance.saved;
     }
-    open += areKnown ? 1 : 1 + reserve / 2; // what `opening` saves too
+    open += areKnown ? 1 : 1 + reserve / 2; // what the first stream saves too
     contents.emplace_back(restoring(open));
     contents.emplace_back(drawing);
     if (!areKnown) contents.emplace_back(restoring(reserve / 2));
-    const bool whole =
-        std::ranges::all_of(contents, [](const auto& part) { return part != nullptr; });
-    return whole ? contents : std::vector<Ref<Value>>();
-}
-
-Ref<ObjectRef> PageContents::saving() {
-    if (!saving_) saving_ = added(repeated("q\n", reserve));
-    return saving_;
+    return contents;
 }
 
 const std::optional<StateBalance>& PageContents::balanceOf(const Ref<Object>& object) {
     const auto [place, isNew] = balances_.try_emplace(object->id());
-    if (!isNew) return place->second;
-    const Ref<Stream> stream = Host::cast<Stream>(quietly([&] { return object->value(); }));
-    const Ref<Dictionary> entries = stream ? stream->dict() : nullptr;
-    if (!entries || !canDecode(document_, *entries)) return place->second;
-    const std::uint32_t code = Host::Error::get();
-    Host::Error::set(Host::NoError);
-    const auto bytes = budget_.decoded(document_, object);
-    if (bytes) place->second = stateBalanceOf(textOf(*bytes));
-    const std::uint32_t why = bytes ? code : Host::Error::get();
-    if (why == Host::OutOfMemory && !bytes) throw std::bad_alloc();
-    unread_ = why == SourceNotRead && !bytes;
-    if (!unread_) Host::Error::set(code);
+    if (isNew) place->second = lookedThrough(object);
     return place->second;
+}
+
+std::optional<StateBalance> PageContents::lookedThrough(const Ref<Object>& object) {
+    try {
+        return stateBalanceOf(textOf(*budget_.decoded(changes_.document(), object)));
+    } catch (const FailedStep& step) {
+        // Data that is not understood is passed over; a source that cannot be read is a failure.
+        if (step.code == SourceNotRead) throw;
+        return std::nullopt;
+    }
 }
 
 Ref<ObjectRef> PageContents::mended(const Ref<Object>& object, std::uint64_t open) {
     Ref<ObjectRef>& mended = mended_[{object->id(), open}];
     if (mended) return mended;
-    const auto bytes = budget_.decoded(document_, object);
-    if (!bytes) return nullptr;
-    std::string content(textOf(*bytes));
+    std::string content(textOf(*budget_.decoded(changes_.document(), object)));
     dropSurplus(content, open);
     mended = added(content);
     return mended;
@@ -133,16 +136,16 @@ Ref<ObjectRef> PageContents::restoring(std::uint64_t open) {
     if (restoring) return restoring;
     // Behind whatever the page's last operator lacks. A line feed alone would count as the end of
     // the line "stream" where that is a carriage return.
-    std::string operators = document_.lineEnding() == "\r" ? " \n" : "\n";
+    std::string operators = changes_.document().lineEnding() == "\r" ? " \n" : "\n";
     operators += repeated("Q\n", open);
     restoring = added(operators);
     return restoring;
 }
 
 Ref<ObjectRef> PageContents::added(std::string_view operators) {
-    const Ref<Stream> stream = newStream(operators, operators.size() > 64);
-    const Ref<Object> object = stream ? changes_.add(stream) : nullptr;
-    return object ? orThrow(referenceTo(object)) : nullptr;
+    constexpr std::size_t shortest = 64; // that deflating makes shorter
+    const bool isLong = operators.size() > shortest;
+    return changes_.add(newStream(operators, isLong ? Storing::Deflated : Storing::Plain));
 }
 
 } // namespace Libraries::Files::PDF::Tools

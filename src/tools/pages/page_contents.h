@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <string>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -16,45 +17,45 @@
 namespace Libraries::Files::PDF::Tools {
 
 /// The streams that a page's contents consist of, by their objects, in order. What is no stream is
-/// left out: it draws nothing. Throws `std::bad_alloc`.
+/// left out: it draws nothing.
 [[nodiscard]] std::vector<Ref<Object>> contentStreams(const Document& document,
-                                                      const Dictionary& page);
+                                                      const Ref<Dictionary>& page);
 
-/// Whether the page's Contents is what it can be: absent, a reference to a stream, or an array,
-/// which holds no stream itself. False with `PageInvalid` set.
-[[nodiscard]] bool hasSoundContents(const Document& document, const Page& page);
+/// Fails unless the page's Contents is what it can be: absent, a reference to a stream, or an
+/// array, which holds no stream itself.
+void requireSoundContents(const Document& document, const Page& page);
 
-/// Pages' contents such that what is drawn behind them finds the graphics state in which the page
-/// began (ISO 32000-1, 8.4.2). Pages share what is made for it. Null, or nothing, with the code set
-/// on failure. Throws `std::bad_alloc`.
+/// Draws before and behind what pages draw. What is drawn behind finds the graphics state in which
+/// the page began (ISO 32000-1, 8.4.2). Pages share what is made for it, equal drawings too.
 class PageContents {
 public:
-    PageContents(Document& document, Changes& changes) noexcept
-        : document_(document), changes_(changes) {}
+    explicit PageContents(Changes& changes) noexcept : changes_(changes) {}
 
-    /// Saves the state: the first stream of all.
-    [[nodiscard]] Ref<ObjectRef> opening();
-    /// What is to follow it: the streams that the page has, what takes back all that the first
-    /// saved and they leave open, and what is drawn then. What takes back more than was saved,
-    /// which most renderers pass over, is blanked: to save as many states before would have it undo
-    /// what the page has set up until then. Where data cannot be decoded, or takes too much, some
-    /// states are saved in reserve, for as many too many or too few.
-    [[nodiscard]] std::vector<Ref<Value>> covered(const Dictionary& page,
-                                                  const Ref<Value>& drawing);
+    /// Has the page begin with these operators, which leave the graphics state as it was.
+    void drawBeneath(const Ref<Dictionary>& page, const std::string& operators);
+
+    /// Has the page end with them: between what saves the state in front of the page's streams, and
+    /// what takes back all that these leave open. What takes back more than was saved, which most
+    /// renderers pass over, is blanked: to save as many states before would have it undo what the
+    /// page has set up until then. Where data cannot be decoded, or takes too much, some states are
+    /// saved in reserve, for as many too many or too few.
+    void drawAbove(const Ref<Dictionary>& page, const std::string& operators);
 
 private:
+    [[nodiscard]] Ref<ObjectRef> drawing(const std::string& operators);
+    [[nodiscard]] std::vector<Ref<Value>> closed(const std::vector<Ref<Object>>& streams,
+                                                 const Ref<Value>& drawing);
     /// Nothing where the data cannot be looked through.
     [[nodiscard]] const std::optional<StateBalance>& balanceOf(const Ref<Object>& object);
-    [[nodiscard]] Ref<ObjectRef> saving();
+    [[nodiscard]] std::optional<StateBalance> lookedThrough(const Ref<Object>& object);
     [[nodiscard]] Ref<ObjectRef> mended(const Ref<Object>& object, std::uint64_t open);
     [[nodiscard]] Ref<ObjectRef> restoring(std::uint64_t open);
     [[nodiscard]] Ref<ObjectRef> added(std::string_view operators);
 
-    Document& document_;
     Changes& changes_;
     ContentBudget budget_;
-    bool unread_ = false; ///< whether the source failed, which is no matter of what it holds
     Ref<ObjectRef> opening_, saving_;
+    std::map<std::string, Ref<ObjectRef>> drawings_;
     std::unordered_map<std::uint64_t, Ref<ObjectRef>> restorings_;
     std::unordered_map<std::uint32_t, std::optional<StateBalance>> balances_;
     /// By their former objects, and the states that are open when they begin.

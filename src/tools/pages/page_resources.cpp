@@ -2,45 +2,43 @@
 
 #include "spelling/names.h"
 #include "tools/failure.h"
+#include "tools/new_values.h"
 #include "tools/references.h"
 
 #include <utility>
 
 namespace Libraries::Files::PDF::Tools {
 
-bool PageResources::addXObject(const Page& page, std::string_view name,
+void PageResources::addXObject(const Page& page, std::string_view name,
                                const Ref<ObjectRef>& object) {
-    const Ref<Dictionary> named = externalObjects(page);
-    if (!named) return false;
-    const Ref<Value> former = quietly([&] { return named->find(name); });
-    return (former && former->equal(object)) || changes_.set(named, name, object);
+    changes_.setUnlessEqual(externalObjects(page), name, object);
 }
 
 Ref<Dictionary> PageResources::externalObjects(const Page& page) {
     // Not `page.resources` alone: a page that is listed twice may have got them meanwhile.
+    const Document& document = changes_.document();
     Ref<Dictionary> resources = page.resources;
+    if (!resources) resources = followEntry<Dictionary>(document, page.dictionary, "Resources");
     if (!resources) {
-        resources = Host::cast<Dictionary>(followEntry(document_, *page.dictionary, "Resources"));
+        resources = newDictionary();
+        changes_.set(page.dictionary, "Resources", resources);
     }
-    if (!resources) {
-        resources = orThrow(Dictionary::create());
-        if (!changes_.set(page.dictionary, "Resources", resources)) return nullptr;
-    }
-    const Ref<Value> former = followEntry(document_, *resources, "XObject");
+    const Ref<Value> former = followEntry(document, resources, "XObject");
     Ref<Dictionary> named = Host::cast<Dictionary>(former);
     if (named) return named;
-    if (former) return fail(PageInvalid, "XObject is of a wrong kind for page ", page.object);
-    named = orThrow(Dictionary::create());
-    return changes_.set(resources, "XObject", named) ? named : nullptr;
+    if (former) fail(PageInvalid, "XObject is of a wrong kind for page ", page.object);
+    named = newDictionary();
+    changes_.set(resources, "XObject", named);
+    return named;
 }
 
 void UnusedNames::avoid(const Document& document, const Ref<Dictionary>& resources) {
-    if (!resources || !isNew(resources)) return;
+    if (!resources || !note(resources)) return;
     const auto categories = orThrow(resources->keys());
     for (const auto& category : categories) {
         const Ref<Value> entry = quietly([&] { return resources->find(category); });
-        const Ref<Dictionary> named = Host::cast<Dictionary>(follow(document, entry));
-        if (!named || !isNew(named)) continue;
+        const Ref<Dictionary> named = followTo<Dictionary>(document, entry);
+        if (!named || !note(named)) continue;
         const auto names = orThrow(named->keys());
         for (const auto& name : names) {
             std::string text = name ? Spelling::decodedName(name->utf8()) : std::string();
@@ -57,7 +55,7 @@ std::string UnusedNames::next() {
     return name;
 }
 
-bool UnusedNames::isNew(const Ref<Dictionary>& dictionary) {
+bool UnusedNames::note(const Ref<Dictionary>& dictionary) {
     if (!seen_.insert(dictionary.get()).second) return false;
     kept_.push_back(dictionary);
     return true;

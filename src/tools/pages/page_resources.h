@@ -15,19 +15,16 @@ namespace Libraries::Files::PDF::Tools {
 /// What pages draw by name (ISO 32000-1, 7.8.3): names that are free, and names that get a meaning.
 class PageResources {
 public:
-    PageResources(Document& document, Changes& changes) noexcept
-        : document_(document), changes_(changes) {}
+    explicit PageResources(Changes& changes) noexcept : changes_(changes) {}
 
     /// Gives external objects a name in the page's resources, where they stand: pages that share
-    /// those see it too. A page without resources gets some. False with `PageInvalid` set where
-    /// XObject is of a wrong kind, or as for `Changes::set`. Throws `std::bad_alloc`.
-    [[nodiscard]] bool addXObject(const Page& page, std::string_view name,
-                                  const Ref<ObjectRef>& object);
+    /// those see it too. A page without resources gets some. Fails where XObject is of a wrong
+    /// kind.
+    void addXObject(const Page& page, std::string_view name, const Ref<ObjectRef>& object);
 
 private:
     [[nodiscard]] Ref<Dictionary> externalObjects(const Page& page);
 
-    Document& document_;
     Changes& changes_;
 };
 
@@ -43,8 +40,9 @@ public:
     [[nodiscard]] std::string next();
 
 private:
-    /// Whether it is the first time; keeps the dictionary, so that its place is no other's.
-    bool isNew(const Ref<Dictionary>& dictionary);
+    /// Notes that a dictionary was seen; false where it was before. Keeps it, so that its place is
+    /// no other's.
+    bool note(const Ref<Dictionary>& dictionary);
 
     std::string stem_;
     std::uint64_t last_ = 0;

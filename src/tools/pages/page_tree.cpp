@@ -1,6 +1,7 @@
 #include "tools/pages/page_tree.h"
 
 #include "tools/failure.h"
+#include "tools/new_values.h"
 #include "tools/references.h"
 
 #include <unordered_map>
@@ -27,43 +28,42 @@ constexpr std::uint64_t alwaysVisited = 4096;
 /// Walks a tree without recursion: no depth is too deep.
 class TreeReader {
 public:
-    TreeReader(const Document& document, PageTree& tree) noexcept
-        : document_(document), tree_(tree) {}
+    explicit TreeReader(const Document& document) noexcept : document_(document) {}
 
-    bool run();
+    [[nodiscard]] PageTree run() &&;
 
 private:
-    bool enter(const Ref<Object>& node, const Ref<Dictionary>& entries, Attributes attributes);
-    bool visit(Level level, std::uint64_t index);
-    bool add(const Ref<Object>& object, const Ref<Dictionary>& entries, Attributes attributes);
-    [[nodiscard]] Attributes below(const Dictionary& entries, Attributes attributes) const;
+    void enter(const Ref<Object>& node, const Ref<Dictionary>& entries, Attributes attributes);
+    void visit(Level level, std::uint64_t index);
+    [[nodiscard]] bool isNode(const Ref<Object>& kid, const Ref<Dictionary>& entries) const;
+    void add(const Ref<Object>& object, const Ref<Dictionary>& entries, Attributes attributes);
+    [[nodiscard]] Attributes below(const Ref<Dictionary>& entries, Attributes attributes) const;
 
     const Document& document_;
-    PageTree& tree_;
+    PageTree tree_;
     std::vector<Level> levels_;
     std::unordered_set<std::uint32_t> nodes_;
     std::unordered_map<const Array*, Ref<Array>> arrays_; ///< kept, so that a place is no other's
     std::uint64_t visitsLeft_ = alwaysVisited;
 };
 
-bool TreeReader::run() {
-    tree_.root = document_.getPageCatalog();
-    if (!tree_.root) return false;
-    tree_.rootEntries = tree_.root->valueAsDictionary();
-    if (!tree_.rootEntries) return false;
-    if (!enter(tree_.root, tree_.rootEntries, below(*tree_.rootEntries, {}))) return false;
+PageTree TreeReader::run() && {
+    tree_.root = orFail(document_.getPageCatalog());
+    tree_.rootEntries = orFail(tree_.root->valueAsDictionary());
+    enter(tree_.root, tree_.rootEntries, below(tree_.rootEntries, {}));
     while (!levels_.empty()) {
         Level& level = levels_.back();
         if (level.next == level.kids->size()) {
             levels_.pop_back();
-        } else if (const std::uint64_t index = level.next++; !visit(level, index)) {
-            return false;
+        } else {
+            const std::uint64_t index = level.next++;
+            visit(level, index);
         }
     }
-    return true;
+    return std::move(tree_);
 }
 
-Attributes TreeReader::below(const Dictionary& entries, Attributes attributes) const {
+Attributes TreeReader::below(const Ref<Dictionary>& entries, Attributes attributes) const {
     for (std::size_t index = 0; index < inheritable.size(); ++index) {
         Ref<Value> own = entryOf(document_, entries, inheritable[index]);
         attributes.own[index] = own != nullptr;
@@ -72,53 +72,50 @@ Attributes TreeReader::below(const Dictionary& entries, Attributes attributes) c
     return attributes;
 }
 
-bool TreeReader::enter(const Ref<Object>& node, const Ref<Dictionary>& entries,
+void TreeReader::enter(const Ref<Object>& node, const Ref<Dictionary>& entries,
                        Attributes attributes) {
     if (!nodes_.insert(node->id()).second) {
-        return fail(PageTreeInvalid, "Node of the page tree is listed twice: ", node);
+        fail(PageTreeInvalid, "Node of the page tree is listed twice: ", node);
     }
-    Ref<Array> kids = Host::cast<Array>(followEntry(document_, *entries, "Kids"));
-    if (!kids) {
-        return fail(PageTreeInvalid, "Node of the page tree has no valid Kids entry: ", node);
-    }
+    Ref<Array> kids = followEntry<Array>(document_, entries, "Kids");
+    if (!kids) fail(PageTreeInvalid, "Node of the page tree has no valid Kids entry: ", node);
     if (arrays_.emplace(kids.get(), kids).second) visitsLeft_ += mostVisits * kids->size();
     levels_.push_back({node, std::move(kids), std::move(attributes), 0});
-    return true;
 }
 
 // Takes the level by value: the vector that it is in may grow.
-bool TreeReader::visit(Level level, std::uint64_t index) {
+void TreeReader::visit(Level level, std::uint64_t index) {
     if (visitsLeft_-- == 0) {
-        return fail(OutOfRange, "Nodes of the page tree share too many kids: ", level.node);
+        fail(OutOfRange, "Nodes of the page tree share too many kids: ", level.node);
     }
     const Ref<ObjectRef> ref = Host::cast<ObjectRef>(level.kids->get(index));
-    if (!ref) {
-        return fail(PageTreeInvalid, "Kid ", index, " is no reference in node ", level.node);
-    }
+    if (!ref) fail(PageTreeInvalid, "Kid ", index, " is no reference in node ", level.node);
     const Ref<Object> kid = quietly([&] { return document_.getObject(ref); });
-    if (!kid) return fail(PageTreeInvalid, "Kid ", index, " leads nowhere in node ", level.node);
+    if (!kid) fail(PageTreeInvalid, "Kid ", index, " leads nowhere in node ", level.node);
     const Ref<Dictionary> entries = Host::cast<Dictionary>(quietly([&] { return kid->value(); }));
-    if (!entries) return fail(PageTreeInvalid, "Node of the page tree is no dictionary: ", kid);
+    if (!entries) fail(PageTreeInvalid, "Node of the page tree is no dictionary: ", kid);
 
-    const Ref<Value> type = followEntry(document_, *entries, "Type");
-    const bool isNode =
-        type ? isName(type, "Pages") : entryOf(document_, *entries, "Kids") != nullptr;
-    if (type && !isNode && !isName(type, "Page")) {
-        return fail(PageTreeInvalid,
-                    "Type of a node of the page tree is neither Page nor Pages: ", kid);
-    }
-    Attributes attributes = below(*entries, std::move(level.inherited));
-    return isNode ? enter(kid, entries, std::move(attributes))
-                  : add(kid, entries, std::move(attributes));
+    Attributes attributes = below(entries, std::move(level.inherited));
+    isNode(kid, entries) ? enter(kid, entries, std::move(attributes))
+                         : add(kid, entries, std::move(attributes));
 }
 
-bool TreeReader::add(const Ref<Object>& object, const Ref<Dictionary>& entries,
+/// Whether there are pages below it; else it is a page itself.
+bool TreeReader::isNode(const Ref<Object>& kid, const Ref<Dictionary>& entries) const {
+    const Ref<Value> type = followEntry(document_, entries, "Type");
+    if (!type) return entryOf(document_, entries, "Kids") != nullptr;
+    if (isName(type, "Pages")) return true;
+    if (isName(type, "Page")) return false;
+    fail(PageTreeInvalid, "Type of a node of the page tree is neither Page nor Pages: ", kid);
+}
+
+void TreeReader::add(const Ref<Object>& object, const Ref<Dictionary>& entries,
                      Attributes attributes) {
     const auto& [resources, mediaBox, cropBox, rotate] = attributes.values;
     Page page;
     page.object = object;
     page.dictionary = entries;
-    page.resources = Host::cast<Dictionary>(follow(document_, resources));
+    page.resources = followTo<Dictionary>(document_, resources);
     page.mediaBox = directBox(document_, mediaBox);
     page.cropBox = directBox(document_, cropBox);
     page.rotate = directNumber(document_, rotate);
@@ -126,22 +123,20 @@ bool TreeReader::add(const Ref<Object>& object, const Ref<Dictionary>& entries,
     const bool valid[] = {!resources == !page.resources, !mediaBox == !page.mediaBox,
                           !cropBox == !page.cropBox, !rotate == !page.rotate};
     for (std::size_t index = 0; index < inheritable.size(); ++index) {
-        if (!valid[index]) {
-            return fail(PageInvalid, inheritable[index], " is of a wrong kind for page ", object);
-        }
+        if (!valid[index])
+            fail(PageInvalid, inheritable[index], " is of a wrong kind for page ", object);
     }
     tree_.pages.push_back({std::move(page), std::move(attributes)});
-    return true;
 }
 
 } // namespace
 
-bool readPageTree(const Document& document, PageTree& tree) {
-    return TreeReader(document, tree).run();
+PageTree readPageTree(const Document& document) {
+    return TreeReader(document).run();
 }
 
 Ref<Number> directNumber(const Document& document, const Ref<Value>& value) {
-    Ref<Number> number = Host::cast<Number>(follow(document, value));
+    Ref<Number> number = followTo<Number>(document, value);
     if (!number || number == value) return number;
     // The number of an object may be some stream's Length, which changes.
     return orThrow(Number::create(number->integer(), number->fraction()));
@@ -149,26 +144,27 @@ Ref<Number> directNumber(const Document& document, const Ref<Value>& value) {
 
 Ref<Array> directBox(const Document& document, const Ref<Value>& value) {
     constexpr std::uint64_t sides = 4;
-    const Ref<Array> box = Host::cast<Array>(follow(document, value));
+    const Ref<Array> box = followTo<Array>(document, value);
     if (!box || box->size() != sides) return nullptr;
     std::vector<Ref<Value>> numbers;
     for (std::uint64_t side = 0; side < sides; ++side) {
         numbers.emplace_back(directNumber(document, box->get(side)));
         if (!numbers.back()) return nullptr;
     }
-    return orThrow(Array::create(numbers));
+    return newArray(numbers);
 }
 
-Ref<Host::TVector<Page>> allPages(const Document& document) noexcept {
-    return guarded([&]() -> Ref<Host::TVector<Page>> {
-        PageTree tree;
-        if (!readPageTree(document, tree)) return nullptr;
-        std::vector<Page> pages;
-        pages.reserve(tree.pages.size());
-        for (FoundPage& found : tree.pages)
-            pages.push_back(std::move(found.page));
-        return orThrow(Host::make<Host::TVector<Page>>(std::move(pages)));
-    });
+void failWithoutPage(std::uint64_t index, std::uint64_t pages) {
+    fail(OutOfRange, "There is no page ", index, ": there are ", pages, ", counted from 0");
+}
+
+std::vector<Page> pagesOf(const Document& document) {
+    PageTree tree = readPageTree(document);
+    std::vector<Page> pages;
+    pages.reserve(tree.pages.size());
+    for (FoundPage& found : tree.pages)
+        pages.push_back(std::move(found.page));
+    return pages;
 }
 
 } // namespace Libraries::Files::PDF::Tools

@@ -4,6 +4,7 @@
 #include <pdf/tools/pages.h>
 
 #include <array>
+#include <cstdint>
 #include <string_view>
 #include <vector>
 
@@ -32,8 +33,14 @@ struct PageTree {
     std::vector<FoundPage> pages;
 };
 
-/// False, with the code set and the reason logged, on failure. Throws `std::bad_alloc`.
-[[nodiscard]] bool readPageTree(const Document& document, PageTree& tree);
+/// Fails for a tree of which a page cannot be found.
+[[nodiscard]] PageTree readPageTree(const Document& document);
+
+/// The pages of the tree, as `Pages` has them.
+[[nodiscard]] std::vector<Page> pagesOf(const Document& document);
+
+/// Fails with `OutOfRange`: none of so many pages has that index.
+[[noreturn]] void failWithoutPage(std::uint64_t index, std::uint64_t pages);
 
 /// A box of its own, and a number, both direct; null where the value is none.
 ///@{

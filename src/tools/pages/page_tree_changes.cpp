@@ -1,12 +1,8 @@
 #include "tools/pages/page_tree_changes.h"
 
 #include "tools/failure.h"
+#include "tools/new_values.h"
 #include "tools/references.h"
-
-#include <pdf/tools/editing.h>
-
-#include <algorithm>
-#include <utility>
 
 namespace Libraries::Files::PDF::Tools {
 
@@ -14,7 +10,7 @@ namespace {
 
 /// The dictionary with entries of its own, values shared.
 Ref<Dictionary> copyOf(const Dictionary& dictionary) {
-    Ref<Dictionary> copy = orThrow(Dictionary::create());
+    Ref<Dictionary> copy = newDictionary();
     const auto keys = orThrow(dictionary.keys());
     for (const auto& key : keys) {
         if (!copy->set(key, dictionary.find(key))) throw std::bad_alloc();
@@ -37,104 +33,88 @@ std::uint64_t sizeOf(const Dictionary& dictionary) {
 
 } // namespace
 
-bool PageTreeChanges::flatten() {
-    if (!readPageTree(document_, tree_)) return false;
-    root_ = orThrow(referenceTo(tree_.root));
+PageTreeChanges::PageTreeChanges(Changes& changes)
+    : changes_(changes),
+      tree_(readPageTree(changes.document())),
+      root_(newReference(tree_.root)),
+      room_(alwaysCopied + mostCopies * referenceSize * tree_.pages.size()) {
     kids_.reserve(tree_.pages.size() + 1);
-    room_ = alwaysCopied + mostCopies * referenceSize * tree_.pages.size();
-    return std::ranges::all_of(tree_.pages, [&](FoundPage& found) { return flattenPage(found); });
+    for (FoundPage& found : tree_.pages)
+        flattenPage(found);
 }
 
-bool PageTreeChanges::flattenPage(FoundPage& found) {
+void PageTreeChanges::flattenPage(FoundPage& found) {
     Page& page = found.page;
-    if (!seen_.insert(page.object->id()).second && !copyPage(page)) return false;
-    kids_.emplace_back(orThrow(referenceTo(page.object)));
-    return inherit(found) && makeContentsDirect(page) && adopt(page.dictionary);
+    if (!seen_.insert(page.object->id()).second) copyPage(page);
+    kids_.emplace_back(newReference(page.object));
+    inherit(found);
+    makeContentsDirect(page);
+    adopt(page.dictionary);
 }
 
 /// What a page that is listed again inherits, and what is laid beneath it, need not be what the
 /// first one has.
-bool PageTreeChanges::copyPage(Page& page) {
+void PageTreeChanges::copyPage(Page& page) {
     const auto [size, isNew] = sizes_.try_emplace(page.object->id());
     if (isNew) {
         size->second = sizeOf(*page.dictionary);
         room_ += mostCopies * size->second;
     }
-    if (!takeRoom(size->second + objectSize, page.object)) return false;
+    takeRoom(size->second + objectSize, page.object);
     page.dictionary = copyOf(*page.dictionary);
-    page.object = changes_.add(page.dictionary);
-    return page.object != nullptr;
+    page.object = changes_.addObject(page.dictionary);
 }
 
-bool PageTreeChanges::takeRoom(std::uint64_t bytes, const Ref<Object>& page) {
-    if (bytes > room_) return fail(OutOfRange, "Copies take too much room for page ", page);
+void PageTreeChanges::takeRoom(std::uint64_t bytes, const Ref<Object>& page) {
+    if (bytes > room_) fail(OutOfRange, "Copies take too much room for page ", page);
     room_ -= bytes;
-    return true;
 }
 
-bool PageTreeChanges::adopt(const Ref<Dictionary>& page) {
-    return setUnlessSame(page, "Type", orThrow(Name::create("Page"))) &&
-           setUnlessSame(page, "Parent", root_);
+void PageTreeChanges::adopt(const Ref<Dictionary>& page) {
+    changes_.setUnlessEqual(page, "Type", newName("Page"));
+    changes_.setUnlessEqual(page, "Parent", root_);
 }
 
-bool PageTreeChanges::inherit(const FoundPage& found) {
+void PageTreeChanges::inherit(const FoundPage& found) {
     const Page& page = found.page;
-    Ref<Value> resources;
-    if (!findResources(found, resources)) return false;
-    const Ref<Value> inherited[] = {resources, page.mediaBox, page.cropBox, page.rotate};
+    const Ref<Value> inherited[] = {resourcesOf(found), page.mediaBox, page.cropBox, page.rotate};
     for (std::size_t index = 0; index < inheritable.size(); ++index) {
         if (found.attributes.own[index]) continue;
         // An entry that is there all the same is null, or that of the page it was copied from.
         const std::string_view key = inheritable[index];
-        const bool there = quietly([&] { return page.dictionary->find(key); }) != nullptr;
-        if (!there && !inherited[index]) continue;
-        if (!changes_.set(page.dictionary, key, inherited[index])) return false;
+        if (findEntry(page.dictionary, key) || inherited[index])
+            changes_.set(page.dictionary, key, inherited[index]);
     }
-    return true;
 }
 
-bool PageTreeChanges::findResources(const FoundPage& found, Ref<Value>& resources) {
+/// The entry for the page: what stands directly above it becomes an object, which pages share.
+Ref<Value> PageTreeChanges::resourcesOf(const FoundPage& found) {
     const Ref<Value>& entry = found.attributes.values.front();
-    resources = entry;
     const bool direct = entry && entry->type() != Value::Type::ObjectRef;
-    if (!direct || found.attributes.own.front()) return true;
+    if (!direct || found.attributes.own.front()) return entry;
     Ref<ObjectRef>& shared = resources_[entry.get()];
-    if (!shared) {
-        const Ref<Object> object = changes_.add(entry);
-        if (!object) return false;
-        shared = orThrow(referenceTo(object));
-    }
-    resources = shared;
-    return true;
+    if (!shared) shared = changes_.add(entry);
+    return shared;
 }
 
-bool PageTreeChanges::makeContentsDirect(const Page& page) {
-    const Ref<Value> entry = entryOf(document_, *page.dictionary, "Contents");
-    if (!entry || entry->type() != Value::Type::ObjectRef) return true;
-    const Ref<Array> streams = Host::cast<Array>(follow(document_, entry));
-    if (!streams) return true;
+void PageTreeChanges::makeContentsDirect(const Page& page) {
+    const Document& document = changes_.document();
+    const Ref<Value> entry = entryOf(document, page.dictionary, "Contents");
+    if (!entry || entry->type() != Value::Type::ObjectRef) return;
+    const Ref<Array> streams = followTo<Array>(document, entry);
+    if (!streams) return;
     const std::uint64_t size = streams->size() * referenceSize;
     if (contents_.emplace(streams.get(), streams).second) room_ += mostCopies * size;
-    if (!takeRoom(size, page.object)) return false;
-    std::vector<Ref<Value>> elements;
-    for (std::uint64_t index = 0; index < streams->size(); ++index)
-        elements.push_back(streams->get(index));
-    return changes_.set(page.dictionary, "Contents", orThrow(Array::create(elements)));
+    takeRoom(size, page.object);
+    changes_.set(page.dictionary, "Contents", newArray(elementsOf(streams)));
 }
 
-bool PageTreeChanges::setUnlessSame(const Ref<Dictionary>& dictionary, std::string_view key,
-                                    const Ref<Value>& value) {
-    const Ref<Value> former = quietly([&] { return dictionary->find(key); });
-    return (former && former->equal(value)) || changes_.set(dictionary, key, value);
-}
-
-bool PageTreeChanges::complete() {
+void PageTreeChanges::complete() {
     const Ref<Dictionary>& root = tree_.rootEntries;
-    const Ref<Value> count = orThrow(Number::create(static_cast<std::int64_t>(kids_.size())));
-    if (!setUnlessSame(root, "Kids", orThrow(Array::create(kids_)))) return false;
-    if (!setUnlessSame(root, "Count", count)) return false;
-    return std::ranges::all_of(inheritable,
-                               [&](std::string_view key) { return changes_.drop(root, key); });
+    changes_.setUnlessEqual(root, "Kids", newArray(kids_));
+    changes_.setUnlessEqual(root, "Count", newNumber(kids_.size()));
+    for (const std::string_view key : inheritable)
+        changes_.drop(root, key);
 }
 
 } // namespace Libraries::Files::PDF::Tools

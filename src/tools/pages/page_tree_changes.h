@@ -10,33 +10,27 @@
 namespace Libraries::Files::PDF::Tools {
 
 /// Makes the tree of a document what is asked for, with every page a direct kid of the root. What
-/// fails logs why and sets the code; what it changed goes back with `changes`. Throws
-/// `std::bad_alloc`.
+/// it changed goes back with `changes`.
 class PageTreeChanges {
 public:
-    PageTreeChanges(Document& document, Changes& changes) noexcept
-        : document_(document), changes_(changes) {}
+    /// Reads the tree and makes its pages ready to be kids of the root.
+    explicit PageTreeChanges(Changes& changes);
 
-    /// Reads the tree and makes its pages ready to be kids of the root. To be called first.
-    [[nodiscard]] bool flatten();
     /// The references to the pages, in order; for whoever wants others.
     [[nodiscard]] std::vector<Ref<Value>>& kids() noexcept { return kids_; }
     /// Makes a dictionary a page of this tree.
-    [[nodiscard]] bool adopt(const Ref<Dictionary>& page);
+    void adopt(const Ref<Dictionary>& page);
     /// Puts the pages into the root.
-    [[nodiscard]] bool complete();
+    void complete();
 
 private:
-    [[nodiscard]] bool flattenPage(FoundPage& found);
-    [[nodiscard]] bool copyPage(Page& page);
-    [[nodiscard]] bool takeRoom(std::uint64_t bytes, const Ref<Object>& page);
-    [[nodiscard]] bool inherit(const FoundPage& found);
-    [[nodiscard]] bool findResources(const FoundPage& found, Ref<Value>& resources);
-    [[nodiscard]] bool makeContentsDirect(const Page& page);
-    [[nodiscard]] bool setUnlessSame(const Ref<Dictionary>& dictionary, std::string_view key,
-                                     const Ref<Value>& value);
+    void flattenPage(FoundPage& found);
+    void copyPage(Page& page);
+    void takeRoom(std::uint64_t bytes, const Ref<Object>& page);
+    void inherit(const FoundPage& found);
+    [[nodiscard]] Ref<Value> resourcesOf(const FoundPage& found);
+    void makeContentsDirect(const Page& page);
 
-    Document& document_;
     Changes& changes_;
     PageTree tree_;
     Ref<ObjectRef> root_;

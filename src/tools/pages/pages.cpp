@@ -1,14 +1,12 @@
 #include "tools/changes.h"
 #include "tools/failure.h"
-#include "tools/new_stream.h"
+#include "tools/new_values.h"
 #include "tools/pages/page_tree_changes.h"
 #include "tools/references.h"
 
-#include <pdf/tools/editing.h>
 #include <pdf/tools/pages.h>
 
 #include <algorithm>
-#include <optional>
 #include <utility>
 
 namespace Libraries::Files::PDF::Tools {
@@ -16,105 +14,111 @@ namespace Libraries::Files::PDF::Tools {
 namespace {
 
 /// The object of what is to become a page, which is added where it is a dictionary.
-Ref<Object> objectOf(Document& document, Changes& changes, const Ref<Value>& page) {
-    if (!canBeUsed(document, page)) return nullptr;
+Ref<Object> objectOf(Changes& changes, const Ref<Value>& page) {
+    const Document& document = changes.document();
+    requireHome(document, page, "page");
     if (const Ref<Dictionary> entries = Host::cast<Dictionary>(page)) {
         const bool own = document.homeOf(*page) == Home::Here;
-        if (own || !quietly([&] { return entries->find("Parent"); })) return changes.add(page);
-        return fail(InvalidArgument, "A page with a Parent is that of some other document");
+        if (own || !findEntry(entries, "Parent")) return changes.addObject(page);
+        fail(InvalidArgument, "The page has a Parent, and is no object's of this document");
     }
     const Ref<ObjectRef> ref = Host::cast<ObjectRef>(page);
     Ref<Object> object = ref ? quietly([&] { return document.getObject(ref); }) : nullptr;
-    if (object) return object;
-    return fail(InvalidArgument, "A page is a dictionary, or a reference to one");
+    if (!object) fail(InvalidArgument, "A page is a dictionary, or a reference to one");
+    return object;
 }
 
-bool isUsable(const Document& document, const Ref<Object>& object,
-              const std::vector<Ref<Value>>& kids) {
-    const Ref<Value> ref = orThrow(referenceTo(object));
-    if (std::ranges::any_of(kids, [&](const auto& kid) { return kid->equal(ref); })) {
-        return fail(InvalidArgument, "Object is a page of the tree already: ", object);
+/// The dictionary of an object that can become a page.
+Ref<Dictionary> pageEntries(const Document& document, const Ref<Object>& object,
+                            const std::vector<Ref<Value>>& kids) {
+    Ref<Dictionary> entries = Host::cast<Dictionary>(quietly([&] { return object->value(); }));
+    if (!entries) fail(InvalidArgument, "Object of a page is no dictionary: ", object);
+    const auto isThis = [&](const Ref<Value>& kid) { return follow(document, kid) == entries; };
+    const auto former = std::ranges::find_if(kids, isThis);
+    if (former != kids.end()) {
+        fail(InvalidArgument,
+             "Object is a page of the tree already: ", objectBehind(document, *former));
     }
-    const Ref<Dictionary> entries =
-        Host::cast<Dictionary>(quietly([&] { return object->value(); }));
-    if (!entries) return fail(InvalidArgument, "Object of a page is no dictionary: ", object);
-    if (directBox(document, entryOf(document, *entries, "MediaBox"))) return true;
-    return fail(PageInvalid, "Page has no valid MediaBox: ", object);
+    if (!directBox(document, entryOf(document, entries, "MediaBox"))) {
+        fail(PageInvalid, "Page has no valid MediaBox: ", object);
+    }
+    return entries;
 }
 
-/// Puts a page in, behind the last one where no index is given; the caller keeps the changes.
-Ref<ObjectRef> inserted(Document& document, Changes& changes, std::optional<std::uint64_t> index,
+/// Puts a page in.
+Ref<ObjectRef> inserted(Changes& changes, PageTreeChanges& tree, std::uint64_t index,
                         const Ref<Value>& page) {
-    PageTreeChanges tree(document, changes);
-    if (!tree.flatten()) return nullptr;
     auto& kids = tree.kids();
-    const std::uint64_t place = index.value_or(kids.size());
-    if (place > kids.size()) return fail(OutOfRange, "There is no page ", place);
-    const Ref<Object> object = objectOf(document, changes, page);
-    if (!object || !isUsable(document, object, kids)) return nullptr;
-    Ref<ObjectRef> ref = orThrow(referenceTo(object));
-    kids.insert(kids.begin() + static_cast<std::ptrdiff_t>(place), ref);
-    if (!tree.adopt(Host::cast<Dictionary>(object->value())) || !tree.complete()) return nullptr;
-    return ref;
-}
-
-Ref<ObjectRef> added(Document& document, Bytes content, const Ref<Array>& mediaBox,
-                     const Ref<Value>& resources) {
-    if (!canBeUsed(document, mediaBox) || !canBeUsed(document, resources)) return nullptr;
-    Changes changes(document);
-    const Ref<Stream> stream = newStream(content, true);
-    const Ref<Object> object = stream ? changes.add(stream) : nullptr;
-    if (!object) return nullptr;
-    const Ref<Value> contents = orThrow(referenceTo(object));
-    const Ref<Value> own = resources ? resources : orThrow(Dictionary::create());
-    const Ref<Dictionary> page = orThrow(
-        Dictionary::create({{"Contents", contents}, {"MediaBox", mediaBox}, {"Resources", own}}));
-    Ref<ObjectRef> ref = inserted(document, changes, std::nullopt, page);
-    if (ref) changes.keep();
+    if (index > kids.size()) failWithoutPage(index, kids.size());
+    const Ref<Object> object = objectOf(changes, page);
+    const Ref<Dictionary> entries = pageEntries(changes.document(), object, kids);
+    Ref<ObjectRef> ref = newReference(object);
+    kids.insert(kids.begin() + static_cast<std::ptrdiff_t>(index), ref);
+    tree.adopt(entries);
     return ref;
 }
 
 } // namespace
 
-bool flattenPages(Document& document) noexcept {
+Pages::Pages(Ref<Document> document, std::vector<Page> pages) noexcept
+    : document_(std::move(document)), pages_(std::move(pages)) {}
+
+Result<Pages> Pages::of(const Ref<Document>& document) noexcept {
     return guarded([&] {
-        Changes changes(document);
-        PageTreeChanges tree(document, changes);
-        if (!tree.flatten() || !tree.complete()) return false;
+        requireArgument(document, "document");
+        return Pages(document, pagesOf(*document));
+    });
+}
+
+/// Changes the flattened tree by `change(changes, tree)`, and reads it anew.
+template <class Change>
+auto Pages::change(Change change) noexcept {
+    return guarded([&] {
+        requireArgument(document_, "document");
+        Changes changes(*document_);
+        PageTreeChanges tree(changes);
+        auto given = change(changes, tree);
+        tree.complete();
+        pages_ = pagesOf(*document_);
         changes.keep();
-        return true;
+        return given;
     });
 }
 
-Ref<ObjectRef> insertPage(Document& document, std::uint64_t index,
-                          const Ref<Value>& page) noexcept {
-    if (!page) return fail(NullArgument);
-    return guarded([&] {
-        Changes changes(document);
-        Ref<ObjectRef> ref = inserted(document, changes, index, page);
-        if (ref) changes.keep();
-        return ref;
+Result<void> Pages::flatten() noexcept {
+    const auto nothing = [](Changes& /*changes*/, PageTreeChanges& /*tree*/) { return true; };
+    return change(nothing).transform([](bool /*done*/) {});
+}
+
+Result<Ref<ObjectRef>> Pages::insert(std::uint64_t index, const Ref<Value>& page) noexcept {
+    return change([&](Changes& changes, PageTreeChanges& tree) {
+        requireArgument(page, "page");
+        return inserted(changes, tree, index, page);
     });
 }
 
-Ref<ObjectRef> addPage(Document& document, Bytes content, const Ref<Array>& mediaBox,
-                       const Ref<Value>& resources) noexcept {
-    if (!mediaBox) return fail(NullArgument);
-    return guarded([&] { return added(document, content, mediaBox, resources); });
+Result<Ref<ObjectRef>> Pages::add(Bytes content, const Ref<Array>& mediaBox,
+                                  const Ref<Value>& resources) noexcept {
+    return change([&](Changes& changes, PageTreeChanges& tree) {
+        requireArgument(mediaBox, "MediaBox");
+        requireHome(*document_, mediaBox, "MediaBox");
+        requireHome(*document_, resources, "dictionary of resources");
+        const Ref<Value> own = resources ? resources : newDictionary();
+        const Ref<Dictionary> page =
+            newDictionary({{"Contents", changes.add(newStream(content, Storing::Deflated))},
+                           {"MediaBox", mediaBox},
+                           {"Resources", own}});
+        return inserted(changes, tree, tree.kids().size(), page);
+    });
 }
 
-Ref<ObjectRef> removePage(Document& document, std::uint64_t index) noexcept {
-    return guarded([&]() -> Ref<ObjectRef> {
-        Changes changes(document);
-        PageTreeChanges tree(document, changes);
-        if (!tree.flatten()) return nullptr;
+Result<Ref<ObjectRef>> Pages::remove(std::uint64_t index) noexcept {
+    return change([&](Changes& /*changes*/, PageTreeChanges& tree) {
         auto& kids = tree.kids();
-        if (index >= kids.size()) return fail(OutOfRange, "There is no page ", index);
+        if (index >= kids.size()) failWithoutPage(index, kids.size());
         const auto place = kids.begin() + static_cast<std::ptrdiff_t>(index);
         Ref<ObjectRef> ref = Host::cast<ObjectRef>(*place);
         kids.erase(place);
-        if (!tree.complete()) return nullptr;
-        changes.keep();
         return ref;
     });
 }

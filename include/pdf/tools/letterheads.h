@@ -8,34 +8,12 @@
 #include <host/export.h>
 #include <host/ref.h>
 #include <pdf/document.h>
-#include <pdf/tools/pages.h>
-#include <pdf/values.h>
+#include <pdf/tools/result.h>
 
 #include <cstdint>
-#include <string_view>
 #include <vector>
 
 namespace Libraries::Files::PDF::Tools {
-
-/// Makes what a page draws one form XObject (ISO 32000-1, 8.10), which draws it anywhere, and the
-/// page one that draws just that, under `name`: it looks as before. The form has the resources that
-/// hold for the page, the page's visible box as its BBox (the crop box within the media box, US
-/// letter where there is none; in whole points around it, so that clipping leaves no soft edge),
-/// its turn as its Matrix, so that it is upright, and its Group. Contents of one stream become the
-/// form as they are stored, whatever their filter; several are decoded and joined, so that they
-/// must be plain or stored by FlateDecode alone (the import makes them so with `plainFilters`).
-///
-/// The page keeps its boxes, Rotate, Group and annotations. Marked content in it (14.7) is no
-/// longer found by the structure tree of a tagged document.
-///
-/// `page` is one of `allPages`; what was read of it before is not true any more. Gives the
-/// reference to the form. Null with `NullArgument`, `InvalidArgument` (a page of another document;
-/// a name that is empty or holds other characters than ASCII's printable ones without `#%()/<>[]{}`
-/// and space), `PageInvalid` (Contents of a wrong kind, or a stream that is no object) or, for
-/// several streams, `OutOfRange` (more than 64 times what is stored, and 1 MiB) or a code of
-/// `decodedBytes` set.
-FILES_PDF_EXPORT Ref<ObjectRef> isolatePage(Document& document, const Page& page,
-                                            std::string_view name) noexcept;
 
 /// Which page of a letterhead goes onto which page: the modes of `Document::addBackground`.
 enum class LetterheadPages : std::uint32_t {
@@ -45,7 +23,7 @@ enum class LetterheadPages : std::uint32_t {
     PageByPageThenLast = 3 ///< each onto its own, the last one onto all further pages
 };
 
-/// Pages from one to another by their zero-based indexes, as in `insertPage`; both belong to it.
+/// Pages from one to another by their zero-based indexes, as in `Pages`; both belong to it.
 struct PageRange {
     std::uint64_t first; ///< at most `last`
     std::uint64_t last;  ///< must be there
@@ -71,7 +49,7 @@ struct LetterheadOptions {
 /// several. One copy serves all pages; fonts and images that pages of the letterhead share are
 /// copied once. Annotations and form fields are not taken over.
 ///
-/// The document's tree is flattened (`flattenPages`), and its version becomes the higher of the
+/// The document's tree is flattened (`Pages::flatten`), and its version becomes the higher of the
 /// two. Names are added to resources where they stand. Above, the page's contents are put between
 /// operators that save and restore the graphics state, so that the stamp does not depend on what
 /// they leave behind. Contents that take back more than they saved get streams without what is too
@@ -85,12 +63,13 @@ struct LetterheadOptions {
 /// All or nothing: after a failure `document` writes what it would have written before.
 /// `letterhead` does so in any case.
 ///
-/// False with `NullArgument`, `InvalidArgument` (the same document twice; another mode; a range
-/// from a later page to an earlier one), `OutOfRange` (a range behind the last page; more is to be
-/// copied or decoded than that),
-/// `ForeignPageEmpty` (the letterhead has no page), or a code of `flattenPages`, `isolatePage`,
-/// `Document::readStreamData` or `addBackground` set.
-[[nodiscard]] FILES_PDF_EXPORT bool letterhead(Document& document, const Ref<Document>& letterhead,
-                                               const LetterheadOptions& options = {}) noexcept;
+/// Fails with `InvalidArgument` (the same document twice; another mode; a range from a later page
+/// to an earlier one), `OutOfRange` (a range behind the last page; more is to be copied or decoded
+/// than that), `ForeignPageEmpty` (the letterhead has no page), `StepFailed` (values nest in more
+/// than 512 levels, which no file that opens has), or a code of `Pages::flatten`,
+/// `Pages::isolate` or `Document::readStreamData`.
+FILES_PDF_EXPORT Result<void> letterhead(const Ref<Document>& document,
+                                         const Ref<Document>& letterhead,
+                                         const LetterheadOptions& options = {}) noexcept;
 
 } // namespace Libraries::Files::PDF::Tools
