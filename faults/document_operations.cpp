@@ -59,6 +59,10 @@ void setValue(Subject& subject) {
     require(entries && entries->set("\xC3\xA9", same));
 }
 
+void reencode(Subject& subject, Compression target) {
+    require(subject.document->setCompression(target));
+}
+
 void writeStream(Subject& subject, bool encoded) {
     const auto written = subject.document->writeStreamData(subject.stream, subject.target, encoded);
     require(written == 1);
@@ -83,12 +87,10 @@ std::vector<Operation> documentOperations() {
              [](Subject& subject) { require(subject.document->cacheStreamData()); },
              {StepFailed}},
             {"deflate",
-             [](Subject& subject) {
-                 require(subject.document->setCompression(Compression::FlateDecode));
-             },
+             [](Subject& subject) { reencode(subject, Compression::FlateDecode); },
              {FilterNotUpdated, CodingFailed, StreamObjectInvalid}},
             {"inflate",
-             [](Subject& subject) { require(subject.document->setCompression(Compression::None)); },
+             [](Subject& subject) { reencode(subject, Compression::None); },
              {CodingFailed, StreamObjectInvalid}},
             {"fill", fill, {RootInvalid}},
             {"background",

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tools/budget.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <utility>
@@ -18,18 +20,17 @@ public:
 
     /// What working on that data may take: 64 times what there is of it, and 1 MiB.
     [[nodiscard]] std::uint64_t bytes() {
-        constexpr std::uint64_t times = 64;
-        constexpr std::uint64_t least = std::uint64_t{1} << 20;
         std::ranges::sort(places_);
-        std::uint64_t read = held_;
+        Budget budget;
+        budget.read(held_);
         std::uint64_t end = 0;
         for (const auto& [offset, size] : places_) {
             const std::uint64_t behind = offset + size;
             if (behind <= end) continue;
-            read += behind - std::max(offset, end);
+            budget.read(behind - std::max(offset, end));
             end = behind;
         }
-        return std::min(read, (UINT64_MAX - least) / times) * times + least;
+        return budget.left();
     }
 
 private:

@@ -4,7 +4,6 @@
 
 #include <pdf/errors.h>
 
-#include <algorithm>
 #include <utility>
 
 namespace Libraries::Files::PDF::Tools {
@@ -59,13 +58,12 @@ std::optional<std::size_t> SharedEntries::firstOf(const ChoiceOptions& options,
                                                   const Selection& selection) {
     const auto [found, isNew] = firsts_.try_emplace({&options, &selection});
     if (!isNew) return found->second;
-    room_ -= std::min<std::uint64_t>(room_, selection.texts.size());
+    if (!room_.take(selection.texts.size())) room_.takeAll();
     return found->second = options.firstOf(selection);
 }
 
 void SharedEntries::draw(std::uint64_t bytes) {
-    if (bytes > room_) fail(OutOfRange, "Widgets that share a text show too much of it");
-    room_ -= bytes;
+    if (!room_.take(bytes)) fail(OutOfRange, "Widgets that share a text show too much of it");
 }
 
 } // namespace Libraries::Files::PDF::Tools

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tools/budget.h"
 #include "tools/forms/field_options.h"
 #include "tools/forms/form_fonts.h"
 
@@ -26,16 +27,15 @@ public:
                                                      const Selection& selection);
 
     /// Makes room for drawing what was read, or given.
-    void read(std::uint64_t bytes) noexcept { room_ += mostDrawn * bytes; }
+    void read(std::uint64_t bytes) noexcept { room_.read(bytes); }
     /// The same for one more widget, whatever it has.
     void readWidget() noexcept { read(leastWidget); }
     /// Takes room for what a widget is to show. Fails with `OutOfRange` where there is no more.
     void draw(std::uint64_t bytes);
 
 private:
-    /// How often each byte that was read may be drawn, and bytes beyond that.
+    /// How often each byte that was read may be drawn.
     static constexpr std::uint64_t mostDrawn = 16;
-    static constexpr std::uint64_t alwaysDrawn = 1 << 20;
     static constexpr std::uint64_t leastWidget = 64; ///< bytes that one takes in a file
 
     struct Style : TextStyle {
@@ -60,7 +60,7 @@ private:
     Known<ChoiceOptions> options_;
     Known<Selection> selections_;
     std::map<std::pair<const ChoiceOptions*, const Selection*>, std::optional<std::size_t>> firsts_;
-    std::uint64_t room_ = alwaysDrawn;
+    Budget room_{mostDrawn};
 };
 
 } // namespace Libraries::Files::PDF::Tools

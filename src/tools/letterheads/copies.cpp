@@ -13,7 +13,6 @@ namespace Libraries::Files::PDF::Tools {
 namespace {
 
 constexpr unsigned deepest = 512;
-constexpr std::uint64_t timesAsMuch = 64;
 
 /// What a value takes in a file, without what is in it.
 std::uint64_t sizeOf(const Ref<Value>& value) {
@@ -124,11 +123,9 @@ void Copies::fillDictionary(const Ref<Dictionary>& source, Dictionary& copy, uns
 }
 
 void Copies::afford(const Ref<Value>& container, std::uint64_t bytes) {
-    constexpr std::uint64_t most = UINT64_MAX / timesAsMuch / 2; // more than any memory has
-    bytes = std::min(bytes, most);
-    if (read_.emplace(container.get(), container).second) left_ += timesAsMuch * bytes;
-    if (bytes > left_) fail(OutOfRange, "More is to be copied than a sound letterhead needs");
-    left_ -= bytes;
+    if (read_.emplace(container.get(), container).second) budget_.read(bytes);
+    if (!budget_.take(bytes))
+        fail(OutOfRange, "More is to be copied than a sound letterhead needs");
 }
 
 bool Copies::isOfPageTree(const Ref<Value>& value) const {

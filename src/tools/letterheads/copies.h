@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tools/budget.h"
 #include "tools/changes.h"
 
 #include <unordered_map>
@@ -43,7 +44,7 @@ private:
     std::unordered_map<std::uint32_t, Ref<ObjectRef>> copied_; ///< by their former numbers
     std::vector<Pending> pending_;
     std::unordered_map<const Value*, Ref<Value>> read_; ///< kept, so that their places are theirs
-    std::uint64_t left_ = std::uint64_t{1} << 20;
+    Budget budget_;
 };
 
 } // namespace Libraries::Files::PDF::Tools

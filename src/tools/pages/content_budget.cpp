@@ -3,14 +3,9 @@
 #include "tools/failure.h"
 #include "tools/stored_data.h"
 
-#include <algorithm>
-#include <limits>
-
 namespace Libraries::Files::PDF::Tools {
 
 namespace {
-
-constexpr std::uint64_t timesAsMuch = 64;
 
 /// What a stream takes beside its data, however often it is listed.
 constexpr std::uint64_t perUse = 64;
@@ -22,12 +17,12 @@ Ref<Host::MemoryStripe> ContentBudget::decoded(Document& document, const Ref<Obj
     try {
         return atObject(object->id(), [&] {
             read(object->id(), rawBytes(document, stream)->size());
-            Ref<Host::MemoryStripe> bytes = Tools::decoded(document, stream, left_);
-            left_ -= bytes->size();
+            Ref<Host::MemoryStripe> bytes = Tools::decoded(document, stream, budget_.left());
+            take(bytes->size());
             return bytes;
         });
     } catch (const FailedStep& step) {
-        if (step.code == OutOfRange) left_ = 0; // which it took to find out
+        if (step.code == OutOfRange) budget_.takeAll(); // which it took to find out
         throw;
     }
 }
@@ -42,18 +37,12 @@ Ref<Host::MemoryStripe> ContentBudget::stored(Document& document, const Ref<Obje
 }
 
 void ContentBudget::read(std::uint32_t object, std::uint64_t size) {
-    constexpr std::uint64_t most = std::numeric_limits<std::uint64_t>::max();
-    if (known_.insert(object).second) {
-        const std::uint64_t room = (most - left_) / timesAsMuch;
-        left_ =
-            size < std::max(room, perUse) - perUse ? left_ + timesAsMuch * (size + perUse) : most;
-    }
+    if (known_.insert(object).second) budget_.read(size + perUse);
     take(perUse);
 }
 
 void ContentBudget::take(std::uint64_t size) {
-    if (size > left_) fail(OutOfRange, "Pages use this content stream too often");
-    left_ -= size;
+    if (!budget_.take(size)) fail(OutOfRange, "Pages use this content stream too often");
 }
 
 } // namespace Libraries::Files::PDF::Tools

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tools/budget.h"
+
 #include <host/memory_stripe.h>
 #include <pdf/document.h>
 
@@ -22,7 +24,7 @@ private:
     void read(std::uint32_t object, std::uint64_t size);
     void take(std::uint64_t size);
 
-    std::uint64_t left_ = std::uint64_t{1} << 20;
+    Budget budget_;
     std::unordered_set<std::uint32_t> known_;
 };
 

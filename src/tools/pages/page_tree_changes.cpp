@@ -18,10 +18,6 @@ Ref<Dictionary> copyOf(const Dictionary& dictionary) {
     return copy;
 }
 
-/// Bytes that copies may take for each byte of what was read, and beyond that.
-constexpr std::uint64_t mostCopies = 64;
-constexpr std::uint64_t alwaysCopied = 1 << 20;
-
 constexpr std::uint64_t referenceSize = 6; ///< bytes in a file, at least
 constexpr std::uint64_t objectSize = 64;   ///< bytes that an object takes beside its value
 
@@ -34,10 +30,8 @@ std::uint64_t sizeOf(const Dictionary& dictionary) {
 } // namespace
 
 PageTreeChanges::PageTreeChanges(Changes& changes)
-    : changes_(changes),
-      tree_(readPageTree(changes.document())),
-      root_(newReference(tree_.root)),
-      room_(alwaysCopied + mostCopies * referenceSize * tree_.pages.size()) {
+    : changes_(changes), tree_(readPageTree(changes.document())), root_(newReference(tree_.root)) {
+    room_.read(referenceSize * tree_.pages.size());
     kids_.reserve(tree_.pages.size() + 1);
     for (FoundPage& found : tree_.pages)
         flattenPage(found);
@@ -58,7 +52,7 @@ void PageTreeChanges::copyPage(Page& page) {
     const auto [size, isNew] = sizes_.try_emplace(page.object->id());
     if (isNew) {
         size->second = sizeOf(*page.dictionary);
-        room_ += mostCopies * size->second;
+        room_.read(size->second);
     }
     takeRoom(size->second + objectSize, page.object);
     page.dictionary = copyOf(*page.dictionary);
@@ -66,8 +60,7 @@ void PageTreeChanges::copyPage(Page& page) {
 }
 
 void PageTreeChanges::takeRoom(std::uint64_t bytes, const Ref<Object>& page) {
-    if (bytes > room_) fail(OutOfRange, "Copies take too much room for page ", page);
-    room_ -= bytes;
+    if (!room_.take(bytes)) fail(OutOfRange, "Copies take too much room for page ", page);
 }
 
 void PageTreeChanges::adopt(const Ref<Dictionary>& page) {
@@ -104,7 +97,7 @@ void PageTreeChanges::makeContentsDirect(const Page& page) {
     const Ref<Array> streams = followTo<Array>(document, entry);
     if (!streams) return;
     const std::uint64_t size = streams->size() * referenceSize;
-    if (contents_.emplace(streams.get(), streams).second) room_ += mostCopies * size;
+    if (contents_.emplace(streams.get(), streams).second) room_.read(size);
     takeRoom(size, page.object);
     changes_.set(page.dictionary, "Contents", newArray(elementsOf(streams)));
 }

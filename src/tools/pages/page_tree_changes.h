@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tools/budget.h"
 #include "tools/changes.h"
 #include "tools/pages/page_tree.h"
 
@@ -39,7 +40,7 @@ private:
     std::unordered_map<const Value*, Ref<ObjectRef>> resources_;
     std::unordered_map<std::uint32_t, std::uint64_t> sizes_; ///< of pages that are copied
     std::unordered_map<const Array*, Ref<Array>> contents_;  ///< that were made direct
-    std::uint64_t room_ = 0;                                 ///< bytes that copies may yet take
+    Budget room_;                                            ///< for copies
 };
 
 } // namespace Libraries::Files::PDF::Tools
