@@ -1,5 +1,6 @@
 #include "tools/fonts/text_font.h"
 
+#include "spelling/digits.h"
 #include "tools/fonts/standard_font.h"
 #include "tools/geometry.h"
 #include "tools/new_values.h"
@@ -65,7 +66,7 @@ char32_t characterSpelled(std::string_view name) noexcept {
     if (!name.starts_with('u')) return 0;
     name.remove_prefix(four ? 3 : 1);
     if (name.size() < 4 || name.size() > (four ? 4 : 6)) return 0;
-    if (name.find_first_not_of("0123456789ABCDEF") != name.npos) return 0;
+    if (name.find_first_not_of(Spelling::hexDigits) != name.npos) return 0;
     std::uint32_t character = 0;
     std::from_chars(name.data(), name.data() + name.size(), character, 16);
     const bool surrogate = character >= 0xD800 && character <= 0xDFFF;

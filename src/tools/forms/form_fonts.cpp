@@ -1,5 +1,6 @@
 #include "tools/forms/form_fonts.h"
 
+#include "spelling/characters.h"
 #include "tools/geometry.h"
 #include "tools/new_values.h"
 #include "tools/references.h"
@@ -14,15 +15,13 @@ namespace Libraries::Files::PDF::Tools {
 namespace {
 
 std::vector<std::string_view> wordsOf(std::string_view text) {
-    constexpr std::string_view space(" \t\r\n\f\0", 6);
     std::vector<std::string_view> words;
-    for (std::size_t at = text.find_first_not_of(space); at != std::string_view::npos;
-         at = text.find_first_not_of(space, at)) {
-        const std::size_t end = std::min(text.find_first_of(space, at), text.size());
-        words.push_back(text.substr(at, end - at));
-        at = end;
+    for (auto at = text.begin();;) {
+        const auto begin = std::find_if_not(at, text.end(), Spelling::isWhite);
+        if (begin == text.end()) return words;
+        at = std::find_if(begin, text.end(), Spelling::isWhite);
+        words.emplace_back(begin, at);
     }
-    return words;
 }
 
 std::optional<double> numberFrom(std::string_view word) {
