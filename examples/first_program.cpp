@@ -28,7 +28,7 @@ int main(int argc, char** argv) {
 
     const auto opened = Tools::open(argv[1]);
     if (!opened) return report(opened.error());
-    const Host::Ref<Document> document = *opened;
+    const Host::Ref<Document>& document = *opened;
     std::printf("%zu objects, %zu pages\n", document->getObjects().size(),
                 document->getPages().size());
 
