@@ -71,6 +71,12 @@ TEST(Filling, SetsRadioButtonsOfOneNameTogether) {
     ASSERT_EQ(options.size(), 3U);
     EXPECT_EQ(options[2].text, "cd");
 
+    // Of pages that cannot be found nothing is asked.
+    const auto unlisted = opened("<< /Fields [ 11 0 R 10 0 R ] >>");
+    ASSERT_TRUE(dictionary(unlisted, 2)->set("Kids", number(1)));
+    EXPECT_EQ(fill(unlisted, "r", "1"), "shown");
+    EXPECT_EQ(entry(unlisted, 16, "Kids"), "[11 (0)10 (0) ]");
+
     // One button is a group already, and a form that was built before stays what it was.
     const auto single = opened("<< /Fields [ 13 0 R 15 0 R ] >>");
     const auto built = opened("<< /Fields [ 10 0 R 11 0 R ] >>");

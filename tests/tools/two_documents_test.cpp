@@ -91,6 +91,8 @@ TEST(TwoDocuments, AreKnownByTheValuesOfTheirObjects) {
     closed = nullptr;
     EXPECT_EQ(document->homeOf(*left), Home::Elsewhere);
     EXPECT_EQ(document->homeOf(*object), Home::Elsewhere);
+    EXPECT_EQ(document->homeOf(*document->form()), Home::Here);
+    EXPECT_EQ(document->homeOf(*mixed()->form()), Home::Elsewhere);
 
     const auto fresh = castTo<Dictionary>(*Tools::parseValue("<< /A << /B 3 0 R >> >>"));
     EXPECT_EQ(document->homeOf(*fresh), Home::Unknown);
