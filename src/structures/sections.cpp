@@ -207,8 +207,7 @@ void Sections::add(Entry entry, std::uint64_t offset) {
 
 void Sections::takeTrailer(std::string_view dict, std::uint64_t offset) {
     if (!findPackedEntry(dict, "Encrypt").empty()) {
-        throw Flaw{FileEncrypted, offset,
-                   "the trailer has an entry Encrypt, so the file is encrypted"};
+        throw Flaw{FileEncrypted, offset, "the trailer has an entry Encrypt"};
     }
     if (trailer_ == 0) trailer_ = offset;
     former_ = numberIn(dict, "Prev", 0, offset, "Prev is no number");
