@@ -2,8 +2,6 @@
 
 #include <pdf/errors.h>
 
-#include <cstring>
-
 namespace Libraries::Files::PDF::Tools {
 
 Failure::Failure(std::uint32_t code, std::string_view text, std::uint32_t object) noexcept

@@ -10,11 +10,6 @@ namespace Libraries::Files::PDF::Tools {
 
 namespace {
 
-/// Whether that is what counts as absent (ISO 32000-1, 7.3.7).
-bool isNothing(const Ref<Value>& value) noexcept {
-    return !value || value->type() == Value::Type::Null;
-}
-
 /// A kind of value, as people call it.
 std::string_view nameOf(Value::Type kind) noexcept {
     constexpr std::array<std::string_view, 10> names = {

@@ -16,11 +16,11 @@ bool isReference(const Ref<Value>& value) noexcept {
     return value && value->type() == Value::Type::ObjectRef;
 }
 
+} // namespace
+
 bool isNothing(const Ref<Value>& value) noexcept {
     return !value || value->type() == Value::Type::Null;
 }
-
-} // namespace
 
 Ref<Value> follow(const Document& document, Ref<Value> value) {
     if (!isReference(value)) return value;

@@ -48,6 +48,9 @@ template <class T>
 /// lead elsewhere here. Null passes.
 void requireHome(const Document& document, const Ref<Value>& value, std::string_view what);
 
+/// Whether that counts as absent (ISO 32000-1, 7.3.7).
+[[nodiscard]] bool isNothing(const Ref<Value>& value) noexcept;
+
 /// Whether a value is this name.
 [[nodiscard]] bool isName(const Ref<Value>& value, std::string_view name) noexcept;
 

@@ -127,12 +127,12 @@ Coding codingOf(const Document& document, const Ref<Dictionary>& entries) {
     const Ref<Value> filter =
         soleElement(document, followEntry(document, entries, "Filter"), several);
     if (several) return other;
-    if (!filter || filter->type() == Value::Type::Null) return {};
+    if (isNothing(filter)) return {};
     if (!isName(filter, "FlateDecode")) return other;
     const Ref<Value> value =
         soleElement(document, followEntry(document, entries, "DecodeParms"), several);
     const Ref<Dictionary> parameters = Host::cast<Dictionary>(value);
-    if (several || (value && !parameters && value->type() != Value::Type::Null)) return other;
+    if (several || (!parameters && !isNothing(value))) return other;
     const auto prediction = predictionOf(document, parameters);
     return prediction ? Coding{Coding::Kind::Flate, *prediction} : other;
 }

@@ -28,10 +28,8 @@ void describe(Changes& changes, const Ref<Dictionary>& entries, std::uint64_t si
 
 /// Whether an application's entries say that of a stream's data.
 bool hasAny(const Ref<Dictionary>& entries, std::span<const std::string_view> keys) {
-    return std::ranges::any_of(keys, [&](std::string_view key) {
-        const Ref<Value> value = findEntry(entries, key);
-        return value && value->type() != Value::Type::Null;
-    });
+    return std::ranges::any_of(
+        keys, [&](std::string_view key) { return !isNothing(findEntry(entries, key)); });
 }
 
 /// Adds a stream whose entries `describe` makes true; they are the caller's.

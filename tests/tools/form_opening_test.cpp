@@ -129,6 +129,10 @@ TEST(Forms, RefusesWithoutAChange) {
     EXPECT_EQ(told(form.choose("g.t", {})),
               told(NotSupported, "field g.t: it has no options to choose"));
     EXPECT_EQ(told(form.kind(nullptr)), told(NullArgument, "No field was given"));
+    const FormEditor moved = std::move(form);
+    EXPECT_EQ(told(form.fill("g.t", "x")), told(NullArgument, "No document was given"));
+    EXPECT_EQ(told(form.field("g.t")), told(NullArgument, "No document was given"));
+    EXPECT_TRUE(moved.field("g.t"));
 }
 
 } // namespace

@@ -25,12 +25,13 @@ Ref<Field> fieldAt(const Document& document, const Form& form, std::string_view 
 
 /// Looks at a field, or at the one whose widget it is.
 template <class Look>
-auto lookedAt(const Document& document, const Ref<Field>& field, Look look) noexcept {
+auto lookedAt(const Ref<Document>& document, const Ref<Field>& field, Look look) noexcept {
     return guarded([&] {
+        requireArgument(document, "document");
         requireArgument(field, "field");
-        if (document.homeOf(*field) == Home::Elsewhere)
+        if (document->homeOf(*field) == Home::Elsewhere)
             fail(InvalidArgument, "The field belongs to another document");
-        return look(*fieldOf(document, field));
+        return look(*fieldOf(*document, field));
     });
 }
 
@@ -53,13 +54,15 @@ std::vector<std::string> valuesOf(const FieldEntries& entries) {
 
 /// Sets the field at a path by `set(filling)`.
 template <class Set>
-Result<Filled> filled(Document& document, Form& form, std::string_view path, Set set) noexcept {
+Result<Filled> filled(const Ref<Document>& document, const Ref<Form>& form, std::string_view path,
+                      Set set) noexcept {
     return guarded([&] {
-        Changes changes(document);
-        const Ref<Field> field = fieldAt(document, form, path);
+        requireArgument(document, "document");
+        Changes changes(*document);
+        const Ref<Field> field = fieldAt(*document, *form, path);
         Filled result = at([&] { return "field " + std::string(path); },
                            [&] {
-                               Filling filling(changes, form, field);
+                               Filling filling(changes, *form, field);
                                return set(filling);
                            });
         changes.keep();
@@ -84,36 +87,39 @@ Result<FormEditor> FormEditor::of(const Ref<Document>& document) noexcept {
 }
 
 Result<Ref<Field>> FormEditor::field(std::string_view path) const noexcept {
-    return guarded([&] { return fieldAt(*document_, *form_, path); });
+    return guarded([&] {
+        requireArgument(document_, "document");
+        return fieldAt(*document_, *form_, path);
+    });
 }
 
 Result<Field::Kind> FormEditor::kind(const Ref<Field>& field) const noexcept {
-    return lookedAt(*document_, field,
+    return lookedAt(document_, field,
                     [&](const Field& held) { return FieldEntries(*document_, held).kind(); });
 }
 
 Result<std::uint32_t> FormEditor::flags(const Ref<Field>& field) const noexcept {
-    return lookedAt(*document_, field,
+    return lookedAt(document_, field,
                     [&](const Field& held) { return FieldEntries(*document_, held).flags(); });
 }
 
 Result<std::vector<FieldOption>> FormEditor::options(const Ref<Field>& field) const noexcept {
-    return lookedAt(*document_, field,
+    return lookedAt(document_, field,
                     [&](const Field& held) { return optionsFor(*document_, held); });
 }
 
 Result<std::vector<std::string>> FormEditor::values(const Ref<Field>& field) const noexcept {
-    return lookedAt(*document_, field,
+    return lookedAt(document_, field,
                     [&](const Field& held) { return valuesOf(FieldEntries(*document_, held)); });
 }
 
 Result<Filled> FormEditor::fill(std::string_view path, std::string_view text) noexcept {
-    return filled(*document_, *form_, path, [&](Filling& filling) { return filling.set(text); });
+    return filled(document_, form_, path, [&](Filling& filling) { return filling.set(text); });
 }
 
 Result<Filled> FormEditor::choose(std::string_view path,
                                   std::span<const std::string_view> options) noexcept {
-    return filled(*document_, *form_, path,
+    return filled(document_, form_, path,
                   [&](Filling& filling) { return filling.choose(options); });
 }
 

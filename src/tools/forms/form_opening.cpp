@@ -67,6 +67,7 @@ OpenedForm openForm(Document& document) {
     bringInArrays(changes);
     RadioGroups groups(changes);
     groups.join(formEntries(document));
+    // The form is built once, and shows what was brought in: nothing may fail from here on.
     OpenedForm opened = builtForm(document);
     if (!hasFormerFields(*opened.form, groups)) changes.keep();
     return opened;

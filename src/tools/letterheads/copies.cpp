@@ -67,7 +67,7 @@ Ref<Value> Copies::begun(const Ref<Value>& value, unsigned depth) {
 Ref<Value> Copies::begunObject(const Ref<Value>& ref) {
     const Ref<Object> object = objectBehind(from_, ref);
     const Ref<Value> value = object ? object->value() : nullptr;
-    if (!value || value->type() == Value::Type::Null || isOfPageTree(value)) return nothing();
+    if (isNothing(value) || isOfPageTree(value)) return nothing();
     if (const auto known = copied_.find(object->id()); known != copied_.end()) return known->second;
     const Ref<Value> copy = atObject(object->id(), [&] { return begun(value, 0); });
     return copied_[object->id()] = changes_.add(copy);
